@@ -1,0 +1,127 @@
+#pragma once
+
+#include "kestrune/library/export.h"
+#include "kestrune/platform/c_string.h"
+#include "kestrune/platform/types.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+// What the library takes from COM: a thread's initialisation, the exception of a failed call, the smart pointer, and
+// the string and variant that pass texts.
+
+/// Initialises COM for the calling thread, without which no XML document can be made. Calls are counted per thread, and
+/// each is ended by CoUninitialize. Returns S_OK on the first call of the thread and S_FALSE on further ones.
+KESTRUNE_API HRESULT CoInitialize(void *reserved);
+
+/// Ends one CoInitialize of the calling thread.
+KESTRUNE_API void CoUninitialize();
+
+namespace platform {
+
+/// Whether the calling thread has COM initialised.
+bool ComInitialized();
+
+} // namespace platform
+
+/// The failure of a COM call, thrown by value.
+class KESTRUNE_API _com_error {
+public:
+  explicit _com_error(HRESULT error, const char *description = "") : m_error(error), m_description(description) {}
+  _com_error(const _com_error &) = default;
+  _com_error &operator=(const _com_error &) = default;
+  virtual ~_com_error();
+
+  HRESULT Error() const noexcept { return m_error; }
+  /// What went wrong, in words; may be empty.
+  CString Description() const { return m_description; }
+
+private:
+  HRESULT m_error;
+  CString m_description;
+};
+
+/// Throws a _com_error.
+[[noreturn]] KESTRUNE_API void _com_issue_error(HRESULT error);
+
+/// Reference-counted pointer to an object with AddRef and Release. Using a null one throws _com_error with E_POINTER.
+template <class Interface>
+class _com_ptr_t {
+public:
+  _com_ptr_t() noexcept = default;
+  _com_ptr_t(std::nullptr_t) noexcept {}
+  _com_ptr_t(Interface *object) noexcept : m_object(object) { addRef(); }
+  _com_ptr_t(const _com_ptr_t &other) noexcept : m_object(other.m_object) { addRef(); }
+  _com_ptr_t(_com_ptr_t &&other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
+  ~_com_ptr_t() {
+    if (m_object != nullptr)
+      m_object->Release();
+  }
+
+  _com_ptr_t &operator=(_com_ptr_t other) noexcept {
+    std::swap(m_object, other.m_object);
+    return *this;
+  }
+
+  Interface *operator->() const {
+    if (m_object == nullptr)
+      _com_issue_error(E_POINTER);
+    return m_object;
+  }
+  Interface &operator*() const { return *operator->(); }
+  operator Interface *() const noexcept { return m_object; }
+  Interface *GetInterfacePtr() const noexcept { return m_object; }
+
+private:
+  void addRef() const noexcept {
+    if (m_object != nullptr)
+      m_object->AddRef();
+  }
+
+  Interface *m_object = nullptr;
+};
+
+/// A text on its way to or from a COM object. It is kept in the code page; its wide form is made when it is asked for.
+class KESTRUNE_API _bstr_t {
+public:
+  _bstr_t() = default;
+  _bstr_t(const char *text) : m_text(text) {}
+  _bstr_t(const wchar_t *text) : m_text(text) {}
+  _bstr_t(const CString &text) : m_text(text) {}
+
+  operator const char *() const noexcept { return m_text; }
+  /// The wide form; valid until the object ends or is assigned.
+  operator const wchar_t *() const;
+  operator wchar_t *() const;
+  /// Number of wide characters.
+  unsigned length() const;
+
+private:
+  std::wstring &wide() const;
+
+  CString m_text;
+  mutable std::optional<std::wstring> m_wide;
+};
+
+using VARTYPE = unsigned short;
+constexpr VARTYPE VT_NULL = 1;
+constexpr VARTYPE VT_BSTR = 8;
+
+/// The value of an attribute: a text (VT_BSTR), or the null variant (VT_NULL) where there is none.
+class KESTRUNE_API _variant_t {
+public:
+  _variant_t() : vt(VT_NULL) {}
+  _variant_t(const char *text) : _variant_t(CString(text)) {}
+  _variant_t(const wchar_t *text) : _variant_t(CString(text)) {}
+  _variant_t(CString text) : vt(VT_BSTR), m_text(std::move(text)) {}
+
+  /// The text, in the code page; empty for the null variant.
+  const CString &text() const & noexcept { return m_text; }
+  CString text() && noexcept { return std::move(m_text); }
+
+  VARTYPE vt;
+
+private:
+  CString m_text;
+};

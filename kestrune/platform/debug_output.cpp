@@ -1,0 +1,35 @@
+#include "kestrune/platform/debug_output.h"
+
+#include "kestrune/platform/hook.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+platform::Hook<platform::DebugSink> theSink;
+
+bool standardErrorWanted() {
+  const char *wanted = std::getenv("KESTRUNE_DEBUG");
+  return wanted != nullptr && std::strcmp(wanted, "1") == 0;
+}
+
+} // namespace
+
+namespace platform {
+
+void SetDebugSink(DebugSink sink) { theSink.set(std::move(sink)); }
+
+bool DebugOutputWanted() { return theSink.isSet() || standardErrorWanted(); }
+
+} // namespace platform
+
+void OutputDebugStringA(const char *text) {
+  if (text == nullptr)
+    return;
+  if (const auto sink = theSink.get())
+    (*sink)(text);
+  else if (standardErrorWanted())
+    std::fputs(text, stderr);
+}

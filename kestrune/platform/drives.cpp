@@ -1,0 +1,303 @@
+#include "kestrune/platform/drives.h"
+
+#include "kestrune/platform/ascii.h"
+#include "kestrune/platform/code_page.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <limits.h>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+// Everything below works on UTF-8 texts, in which no character holds the byte of a separator.
+
+namespace {
+
+using Parts = std::vector<std::string>;
+
+constexpr int kDriveC = 2;
+constexpr int kDriveZ = 25;
+
+bool isSeparator(char c) { return c == '/' || c == '\\'; }
+
+/// Two slashes in front make a network name.
+bool isHostPath(std::string_view name) { return name.starts_with('/') && !name.starts_with("//"); }
+
+/// Takes the components of `path` behind those in `parts`. `..` takes the last one away, and nothing where none is
+/// left.
+void append(Parts &parts, std::string_view path, const char *separators) {
+  while (!path.empty()) {
+    const std::string_view part = path.substr(0, path.find_first_of(separators));
+    path.remove_prefix(std::min(part.size() + 1, path.size()));
+    if (part == "..") {
+      if (!parts.empty())
+        parts.pop_back();
+    } else if (!part.empty() && part != ".") {
+      parts.emplace_back(part);
+    }
+  }
+}
+
+Parts hostParts(std::string_view path) {
+  Parts parts;
+  append(parts, path, "/");
+  return parts;
+}
+
+std::string join(const Parts &parts, char separator) {
+  std::string path;
+  for (const std::string &part : parts)
+    path += separator + part;
+  return path;
+}
+
+bool beginsWith(const Parts &parts, const Parts &front) {
+  return parts.size() >= front.size() && std::equal(front.begin(), front.end(), parts.begin());
+}
+
+/// The folders of the drives A to Z, each cut into its components.
+class DriveMap {
+public:
+  explicit DriveMap(std::string_view entries) {
+    m_folders[kDriveC] = m_folders[kDriveZ] = Parts();
+    while (!entries.empty()) {
+      const std::string_view entry = entries.substr(0, entries.find(';'));
+      entries.remove_prefix(std::min(entry.size() + 1, entries.size()));
+      const int drive = entry.empty() ? -1 : indexOf(entry[0]);
+      if (drive >= 0 && drive != kDriveZ && entry.substr(1).starts_with("=/"))
+        m_folders[static_cast<std::size_t>(drive)] = hostParts(entry.substr(2));
+    }
+  }
+
+  /// 0 for A, or -1 for what is no letter.
+  static int indexOf(char letter) {
+    const char upper = platform::AsciiUpper(letter);
+    return upper >= 'A' && upper <= 'Z' ? upper - 'A' : -1;
+  }
+
+  /// The components of the drive's folder, or null when the drive is not mapped.
+  const Parts *folder(int drive) const {
+    const bool isMapped = drive >= 0 && drive < 26 && m_folders[static_cast<std::size_t>(drive)];
+    return isMapped ? &*m_folders[static_cast<std::size_t>(drive)] : nullptr;
+  }
+
+private:
+  std::array<std::optional<Parts>, 26> m_folders;
+};
+
+/// The map of this moment. Each thread keeps the last one, since the variable seldom changes.
+const DriveMap &drives() {
+  static thread_local std::string lastEntries;
+  static thread_local std::unique_ptr<const DriveMap> last;
+  const char *entries = std::getenv("KESTRUNE_DRIVES");
+  if (entries == nullptr)
+    entries = "";
+  if (last == nullptr || lastEntries != entries) {
+    last = std::make_unique<const DriveMap>(entries);
+    lastEntries = entries;
+  }
+  return *last;
+}
+
+/// A place: a mapped drive and the components below its folder.
+struct Location {
+  int drive = kDriveC;
+  Parts parts;
+
+  /// In drive form.
+  std::string text() const {
+    const std::string rest = join(parts, '\\');
+    return static_cast<char>('A' + drive) + (rest.empty() ? std::string(":\\") : ":" + rest);
+  }
+};
+
+/// The place on the mapped drive whose folder is the longest prefix of `path`. With `followLinks` a drive's folder also
+/// counts under its real path, as the current directory is always told by its real path.
+Location locate(const Parts &path, bool followLinks) {
+  Location best;
+  std::size_t longest = 0;
+  bool found = false;
+  const auto offer = [&](int drive, const Parts &folder) {
+    if (!beginsWith(path, folder) || (found && folder.size() <= longest))
+      return;
+    found = true;
+    longest = folder.size();
+    best.drive = drive;
+  };
+  const auto offerDrive = [&](int drive) {
+    const Parts *folder = drives().folder(drive);
+    if (folder == nullptr)
+      return;
+    offer(drive, *folder);
+    if (!followLinks || folder->empty())
+      return;
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(join(*folder, '/').c_str(), nullptr), std::free);
+    if (real != nullptr)
+      offer(drive, hostParts(real.get()));
+  };
+  offerDrive(kDriveC);
+  for (int drive = 0; drive <= kDriveZ; ++drive)
+    offerDrive(drive);
+  best.parts.assign(path.begin() + static_cast<std::ptrdiff_t>(longest), path.end());
+  return best;
+}
+
+/// Nothing when the current directory is gone.
+std::optional<Location> currentLocation() {
+  const std::unique_ptr<char, decltype(&std::free)> path(::getcwd(nullptr, 0), std::free);
+  if (path == nullptr || *path != '/')
+    return std::nullopt;
+  return locate(hostParts(path.get()), true);
+}
+
+/// The place of a name, or nothing when it has none on the host.
+std::optional<Location> locateName(std::string_view name) {
+  if (isHostPath(name)) {
+    Parts parts;
+    append(parts, name, "/\\");
+    return locate(parts, false);
+  }
+  if (name.empty() || (name.size() > 1 && isSeparator(name[0]) && isSeparator(name[1])))
+    return std::nullopt;
+  std::optional<Location> place;
+  if (name.size() > 1 && name[1] == ':') {
+    const int drive = DriveMap::indexOf(name[0]);
+    if (drives().folder(drive) == nullptr)
+      return std::nullopt;
+    name.remove_prefix(2);
+    place = name.empty() || !isSeparator(name[0]) ? currentLocation() : std::nullopt;
+    // Another drive than the current one is at its root.
+    if (!place || place->drive != drive)
+      place = Location{drive, {}};
+  } else {
+    place = currentLocation();
+    if (!place)
+      return std::nullopt;
+    if (isSeparator(name[0]))
+      place->parts.clear();
+  }
+  append(place->parts, name, "/\\");
+  return place;
+}
+
+bool isThere(const std::string &path) {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0;
+}
+
+/// The entry of `folder` whose name differs from `name` in case alone, or empty. Of several the first by its bytes, so
+/// that the answer does not hang on the order in the directory.
+std::string findEntry(const std::string &folder, const std::string &name) {
+  const auto close = [](DIR *directory) { ::closedir(directory); };
+  const std::unique_ptr<DIR, decltype(close)> directory(::opendir(folder.empty() ? "/" : folder.c_str()), close);
+  std::string found;
+  const std::string wanted = platform::AsciiLower(name);
+  while (const dirent *entry = directory != nullptr ? ::readdir(directory.get()) : nullptr) {
+    const std::string_view candidate = entry->d_name;
+    if (candidate.size() == wanted.size() && platform::AsciiLower(candidate) == wanted &&
+        (found.empty() || candidate < found))
+      found = candidate;
+  }
+  return found;
+}
+
+std::string resolve(const Parts &folder, const Parts &parts) {
+  std::string path = join(folder, '/');
+  if (const std::string asItStands = path + join(parts, '/'); isThere(asItStands))
+    return asItStands;
+  bool exists = true;
+  for (const std::string &part : parts) {
+    std::string name = part;
+    if (exists && !isThere(path + '/' + part)) {
+      name = findEntry(path, part);
+      exists = !name.empty();
+      if (!exists)
+        name = part;
+    }
+    path += '/' + name;
+  }
+  return path;
+}
+
+} // namespace
+
+namespace platform {
+
+CString ToDrivePath(const char *name) {
+  std::string utf8;
+  if (name == nullptr || !isHostPath(name) || !TextToUtf8(name, utf8))
+    return name;
+  Parts parts;
+  append(parts, utf8, "/\\");
+  const Location place = locate(parts, false);
+  std::string path = place.text();
+  if (isSeparator(utf8.back()) && path.back() != '\\')
+    path += '\\';
+  return Utf8ToText(path).c_str();
+}
+
+bool IsRelativeHostName(const char *name) {
+  if (name == nullptr || name[0] == '\0' || name[0] == '/' || name[1] == ':')
+    return false;
+  bool hasSlash = false;
+  for (const char *p = name; *p != '\0'; p = CharNextA(p)) {
+    if (*p == '\\' || *p == '$')
+      return false;
+    hasSlash = hasSlash || *p == '/';
+  }
+  return hasSlash;
+}
+
+bool ToHostPath(const char *name, std::string &hostPath) {
+  std::string utf8;
+  if (name == nullptr || !TextToUtf8(name, utf8))
+    return false;
+  const std::optional<Location> place = locateName(utf8);
+  if (!place)
+    return false;
+  hostPath = resolve(*drives().folder(place->drive), place->parts);
+  // Only a directory may be named with a separator behind it; the host tells.
+  if (hostPath.empty() || (isSeparator(utf8.back()) && !place->parts.empty()))
+    hostPath += '/';
+  return true;
+}
+
+} // namespace platform
+
+int _getdrive() {
+  const std::optional<Location> current = currentLocation();
+  return (current ? current->drive : kDriveC) + 1;
+}
+
+char *_getdcwd(int drive, char *buffer, int size) {
+  if (drive < 0 || drive > kDriveZ + 1 || buffer == nullptr)
+    return nullptr;
+  std::optional<Location> place = currentLocation();
+  if (drive != 0 && (!place || place->drive != drive - 1))
+    place = Location{drive - 1, {}};
+  if (!place)
+    return nullptr;
+  const std::string path = platform::Utf8ToText(place->text());
+  if (size < 0 || path.size() >= static_cast<std::size_t>(size))
+    return nullptr;
+  std::memcpy(buffer, path.c_str(), path.size() + 1);
+  return buffer;
+}
+
+DWORD GetCurrentDirectoryA(DWORD size, char *buffer) {
+  const std::optional<Location> place = currentLocation();
+  if (!place)
+    return 0;
+  const std::string path = platform::Utf8ToText(place->text());
+  if (path.size() >= size || buffer == nullptr)
+    return static_cast<DWORD>(path.size() + 1);
+  std::memcpy(buffer, path.c_str(), path.size() + 1);
+  return static_cast<DWORD>(path.size());
+}

@@ -1,0 +1,70 @@
+#include "kestrune/platform/exceptions.h"
+
+#include "kestrune/platform/message_box.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace platform {
+
+void CopyErrorMessage(const char *message, char *buffer, UINT size) {
+  if (buffer == nullptr || size == 0)
+    return;
+  const std::size_t length = std::min<std::size_t>(std::strlen(message), size - 1);
+  std::memcpy(buffer, message, length);
+  buffer[length] = '\0';
+}
+
+} // namespace platform
+
+CRuntimeClass *CObject::GetRuntimeClass() const { return nullptr; }
+CObject::~CObject() = default;
+void CObject::Serialize(CArchive & /*archive*/) {}
+void CObject::AssertValid() const {}
+void CObject::Dump(CDumpContext & /*context*/) const {}
+
+CException::~CException() = default;
+
+void CException::Delete() {
+  if (m_autoDelete)
+    delete this;
+}
+
+BOOL CException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT /*pnHelpContext*/) const {
+  platform::CopyErrorMessage("", lpszError, nMaxError);
+  return FALSE;
+}
+
+// One text for both forms, whichever of them a class overrides.
+BOOL CException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext) {
+  return std::as_const(*this).GetErrorMessage(lpszError, nMaxError, pnHelpContext);
+}
+
+int CException::ReportError(UINT nType, UINT /*nMessageID*/) {
+  char message[512];
+  GetErrorMessage(message, sizeof message);
+  return AfxMessageBox(message, nType, 0);
+}
+
+CFileException::CFileException(int cause, long osError, const char *fileName)
+    : m_cause(cause), m_lOsError(osError), m_strFileName(fileName) {}
+
+CFileException::~CFileException() = default;
+
+BOOL CFileException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT /*pnHelpContext*/) const {
+  const std::string reason = std::generic_category().message(static_cast<int>(m_lOsError));
+  platform::CopyErrorMessage(m_strFileName + ": " + reason.c_str(), lpszError, nMaxError);
+  return TRUE;
+}
+
+CInvalidArgException::~CInvalidArgException() = default;
+
+BOOL CInvalidArgException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT /*pnHelpContext*/) const {
+  platform::CopyErrorMessage("Invalid argument", lpszError, nMaxError);
+  return TRUE;
+}
+
+void AfxThrowInvalidArgException() { throw new CInvalidArgException(); }

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "kestrune/platform/c_string.h"
+#include "kestrune/platform/exceptions.h"
+#include "kestrune/platform/types.h"
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+// Files and their attributes. Each function takes a name in any form and finds its place on the host as `drives.h`
+// tells.
+
+constexpr DWORD FILE_ATTRIBUTE_READONLY = 0x1;
+constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
+constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
+constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
+
+/// The attributes of a file or directory, or INVALID_FILE_ATTRIBUTES when nothing is there (a symbolic link to nothing
+/// counts as nothing). Read-only means that no write bit is set.
+DWORD GetFileAttributesA(const char *name);
+
+/// Sets or clears the read-only attribute: setting clears all three write bits, clearing gives the owner's back. Other
+/// attributes are ignored. Returns 1, or 0 on failure.
+int SetFileAttributesA(const char *name, DWORD attributes);
+
+/// There are no short names here: always 0.
+DWORD GetShortPathNameA(const char *name, char *buffer, DWORD size);
+
+/// Makes one directory: 0, or -1 on failure.
+int _mkdir(const char *name);
+
+/// Status of a file: times in seconds since 1970, size in bytes, attributes as above.
+struct CFileStatus {
+  std::int64_t m_ctime = 0;
+  std::int64_t m_mtime = 0;
+  std::int64_t m_atime = 0;
+  std::int64_t m_size = 0;
+  DWORD m_attribute = 0;
+};
+
+/// An open file. Every failure other than that of Open is thrown as CFileException*.
+class CFile {
+public:
+  enum OpenFlags : unsigned {
+    modeRead = 0x0,
+    modeWrite = 0x1,
+    shareDenyWrite = 0x20,
+    modeCreate = 0x1000,
+  };
+
+  CFile() = default;
+  CFile(const CFile &) = delete;
+  CFile &operator=(const CFile &) = delete;
+  ~CFile();
+
+  /// Opens for reading, or for writing with modeWrite; with modeCreate the file is made or emptied. Opening for writing
+  /// fails where the read-only attribute is set, and, with shareDenyWrite, where somebody has the file open with
+  /// shareDenyWrite. A refused open leaves the file as it was. Returns false on failure.
+  bool Open(const char *name, unsigned flags);
+  void Close();
+  std::uint64_t GetLength() const;
+  UINT Read(void *buffer, UINT count);
+  void Write(const void *buffer, UINT count);
+
+  static bool GetStatus(const char *name, CFileStatus &status);
+  static void SetStatus(const char *name, const CFileStatus &status);
+  static void Rename(const char *oldName, const char *newName);
+  static void Remove(const char *name);
+
+private:
+  int m_handle = -1;
+  CString m_name;
+};
+
+namespace platform {
+
+/// Writes the file in place so that links, owner and mode stay: where it must grow, the room is reserved before the
+/// first old byte is overwritten, and it is cut to its new length after the last is written. So a full disk, a limit on
+/// the file size or a read-only file leaves an old file as it was; a file that the failed call itself created is
+/// removed. Returns 0, or the host's error number.
+int WriteFileInPlace(const char *name, const std::vector<std::string_view> &blocks);
+
+} // namespace platform

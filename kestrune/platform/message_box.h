@@ -1,0 +1,39 @@
+#pragma once
+
+#include "kestrune/library/export.h"
+#include "kestrune/platform/types.h"
+
+#include <functional>
+
+// The form of a message box (low four bits: its buttons; 0x100, 0x200, 0x300: the second, third, fourth is the default)
+// and the ids of its buttons.
+constexpr UINT MB_OK = 0x0;
+constexpr UINT MB_OKCANCEL = 0x1;
+constexpr UINT MB_ABORTRETRYIGNORE = 0x2;
+constexpr UINT MB_YESNOCANCEL = 0x3;
+constexpr UINT MB_YESNO = 0x4;
+constexpr UINT MB_RETRYCANCEL = 0x5;
+constexpr UINT MB_DEFBUTTON2 = 0x100;
+constexpr UINT MB_DEFBUTTON3 = 0x200;
+
+constexpr int IDOK = 1;
+constexpr int IDCANCEL = 2;
+constexpr int IDABORT = 3;
+constexpr int IDRETRY = 4;
+constexpr int IDIGNORE = 5;
+constexpr int IDYES = 6;
+constexpr int IDNO = 7;
+
+namespace platform {
+
+using MessageBoxHandler = std::function<int(const char *text, UINT nType, UINT nIDHelp)>;
+
+/// Lets `handler` show the message boxes of the process and answer for the user; an empty one brings the default back:
+/// the text goes to the standard error stream, a terminal is asked when there is a choice, and otherwise the answer is
+/// the default button.
+KESTRUNE_API void SetMessageBoxHandler(MessageBoxHandler handler);
+
+} // namespace platform
+
+/// Shows `text` and returns the id of the chosen button.
+KESTRUNE_API int AfxMessageBox(const char *text, UINT nType = MB_OK, UINT nIDHelp = 0);

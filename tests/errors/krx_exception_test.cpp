@@ -1,0 +1,112 @@
+#include "tests/test_support.h"
+
+#include <memory>
+
+namespace {
+
+struct Ender {
+  void operator()(CException *exception) const { exception->Delete(); }
+};
+using Exception = std::unique_ptr<CKRXException, Ender>;
+
+/// An exception of some other module of the tool.
+class ModuleException : public CKesException {
+public:
+  explicit ModuleException(int module) : CKesException(module) { m_message = "m"; }
+};
+
+TEST(KrxException, MessagesOfAllConstructors) {
+  const struct {
+    Exception exception;
+    const char *message;
+    int subCode;
+  } rows[] = {
+      {Exception(new CKRXException()), "uninitialized [KRX]", 0},
+      {Exception(new CKRXException(5u)), "uninitialized [KRX#5]", 5},
+      {Exception(new CKRXException(0xFFFFFFFFu)), "uninitialized [KRX#-1]", -1},
+      {Exception(new CKRXException(101, "abc")), "Unexpected non-numeric value found in XML data (abc) [KRX#101]", 101},
+      {Exception(new CKRXException(132, "Y")), "Unrecognized boolean constant 'Y' [KRX#132]", 132},
+      {Exception(new CKRXException(126, "unused")), "File not named before save [KRX#126]", 126},
+      {Exception(new CKRXException(42, 124)), "File not found [KRX#42]", 42},
+      {Exception(new CKRXException(0, 124)), "File not found [KRX]", 0},
+      {Exception(new CKRXException(7, 101, "x")), "Unexpected non-numeric value found in XML data (x) [KRX#7]", 7},
+      {Exception(new CKRXException(7, 115)), " [KRX#7]", 7},
+      {Exception(new CKRXException(200, "x")), " [KRX#200]", 200},
+  };
+  for (const auto &row : rows) {
+    EXPECT_STREQ(row.exception->GetFormattedMessage(), row.message);
+    EXPECT_EQ(row.exception->GetSubCode(), row.subCode) << row.message;
+    EXPECT_EQ(row.exception->GetModuleCode(), 3) << row.message;
+  }
+}
+
+TEST(KrxException, EveryTextOfTheTable) {
+  const char *const texts[] = {"Unexpected code path",
+                               "Failed to create COM object",
+                               "Overwrite tried on a write-protected file",
+                               "Uninitialized pointer",
+                               "File not found",
+                               "Unexpected data",
+                               "File not named before save",
+                               "File not named before loading",
+                               "Non-unique XML key found",
+                               "Problem saving file",
+                               "Problem loading file",
+                               "Expected format attribute not found"};
+  for (unsigned id = 102; id <= 131; ++id) {
+    const std::string expected = id <= 109 ? "Error " + std::to_string(id - 100) : id <= 119 ? "" : texts[id - 120];
+    EXPECT_EQ(static_cast<const char *>(CKRXException(0, id).GetFormattedMessage()), expected + " [KRX]");
+  }
+}
+
+TEST(KrxException, ModuleLetters) {
+  const std::pair<int, const char *> rows[] = {{0, "QOV"},  {2, "HUJ"},  {6, "VUK"},  {7, "MSC"},
+                                               {8, "JOH"},  {16, "MUJ"}, {17, "MSC"}, {18, "PAZ"},
+                                               {19, "XOL"}, {20, "MSC"}, {-1, "MSC"}, {99, "MSC"}};
+  for (const auto &[module, letters] : rows)
+    EXPECT_STREQ(ModuleException(module).GetFormattedMessage(), "m [" + CString(letters) + "]") << module;
+}
+
+TEST(KrxException, ErrorMessageIsCutToItsBuffer) {
+  CKRXException exception(0, 124);
+  const CException &base = exception;
+  char buffer[32] = "................";
+  UINT help = 77;
+  EXPECT_EQ(exception.GetErrorMessage(buffer, 5, &help), TRUE);
+  EXPECT_STREQ(buffer, "File");
+  EXPECT_EQ(buffer[5], '.');
+  EXPECT_EQ(help, 77u);
+  EXPECT_EQ(base.GetErrorMessage(buffer, sizeof buffer), TRUE);
+  EXPECT_STREQ(buffer, "File not found [KRX]");
+  buffer[0] = '#';
+  EXPECT_EQ(exception.GetErrorMessage(buffer, 0), TRUE);
+  EXPECT_EQ(buffer[0], '#');
+}
+
+TEST(KrxException, IsCaughtAsEveryBaseAndReportsItself) {
+  int caught = 0;
+  try {
+    throw new CKRXException(101, "a");
+  } catch (CKesException *exception) {
+    caught += exception->GetSubCode();
+    exception->Delete();
+  }
+  try {
+    throw new CKRXException(101, "a");
+  } catch (CObject *object) {
+    caught += 1;
+    delete object;
+  }
+  EXPECT_EQ(caught, 102);
+
+  std::string shown;
+  platform::SetMessageBoxHandler([&](const char *text, UINT type, UINT help) {
+    shown = text + std::string("|") + std::to_string(type) + "|" + std::to_string(help);
+    return IDNO;
+  });
+  EXPECT_EQ(CKRXException(0, 125).ReportError(MB_YESNO, 9), IDNO);
+  platform::SetMessageBoxHandler({});
+  EXPECT_EQ(shown, "Unexpected data [KRX]|4|0");
+}
+
+} // namespace

@@ -1,0 +1,167 @@
+#include "tests/test_support.h"
+
+namespace {
+
+/// Shows what a derived class may use.
+struct Probe : CMacroString {
+  Probe() : CMacroString(L"") {}
+  using CMacroString::FindMacro;
+  using CMacroString::GetKestruneFolder;
+  using CMacroString::GetMacroValue;
+
+  std::string hardwareFolder() {
+    oMacros.RemoveAll();
+    SetupDefaultMacros();
+    const std::string folder(GetMacroValue(FindMacro("$USERHWTFOLDER$")).View());
+    oMacros.RemoveAll();
+    return folder;
+  }
+};
+
+std::string utf16(std::string_view ascii, bool bigEndian = false) {
+  std::string text = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+  for (const char c : ascii)
+    text.append({bigEndian ? '\0' : c, bigEndian ? c : '\0'});
+  return text;
+}
+
+const std::string kHead = "Windows Registry Editor Version 5.00\r\n\r\n";
+const std::string kOld = "REGEDIT4\r\n\r\n";
+const std::string kKey = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n";
+const std::string kName = "\"Kestrune Path\"=";
+const std::string kNet = kName + "\"D:\\\\Net\"\r\n";
+const std::string kWow = "[HKEY_LOCAL_MACHINE\\Software\\Wow6432Node\\Kestrune]\r\n";
+constexpr const char *kNone = "C:\\Kestrune";
+
+class RegistryTest : public testing::Test {
+protected:
+  std::string folderFrom(std::string_view bytes) const {
+    support::write(file, bytes);
+    return std::string(Probe().GetKestruneFolder().View());
+  }
+
+  support::TempFolder folder;
+  const std::string file = folder / "own.reg";
+  const support::Environment variable{"KESTRUNE_REGISTRY", file.c_str()};
+};
+
+TEST_F(RegistryTest, OddFiles) {
+  using namespace std::string_literals;
+  const std::string max(249, 'x');
+  const std::tuple<const char *, std::string, std::string> rows[] = {
+      {"UTF-8", kHead + kKey + kNet, "D:\\Net"},
+      {"UTF-8 with a mark", "\xEF\xBB\xBF" + kHead + kKey + kNet, "D:\\Net"},
+      {"UTF-16", utf16(kHead + kKey + kNet), "D:\\Net"},
+      {"UTF-16, the other way round", utf16(kHead + kKey + kNet, true), "D:\\Net"},
+      {"UTF-16 with half a unit and lone surrogates",
+       utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x", "D:\\Net"},
+      {"UTF-16 with a pair", utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s), "\xF0\x9F\x98\x80"},
+      {"older format", kOld + kKey + kNet, "D:\\Net"},
+      {"lone line feeds", "x\n[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\"", "D:\\Net"},
+      {"comments", "; c\n" + kKey + ";" + kNet + "  \"Kestrune Path\"=\"a\" ; b \"\n; " + kNet, "a"},
+      {"escapes", kKey + kName + "\"\\\"D:\\new\\\\\\\"\"", "\"D:\\new\\\""},
+      {"no end of the text", kKey + kName + "\"D:\\\\Net\r\n", kNone},
+      {"something behind the text", kKey + kName + "\"D:\\\\Net\"x\r\n", kNone},
+      {"a damaged line changes nothing", kKey + kNet + kName + "\"x\n" + kName + "hex:4g\n" + kName + "hex\n" + kName,
+       "D:\\Net"},
+      {"later lines win", kKey + kName + "\"a\"\n[HKEY_LOCAL_MACHINE]\n" + kName + "\"c\"\n" + kKey + kNet, "D:\\Net"},
+      {"value removed", kKey + kNet + kName + "-\r\n", kNone},
+      {"key removed", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n", kNone},
+      {"key above removed", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]\n" + kName + "\"x\"", kNone},
+      {"key beside removed",
+       kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kes]\n[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]", "D:\\Net"},
+      {"value below another key", kKey + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]\n" + kNet, kNone},
+      {"value below the user", "[HKEY_CURRENT_USER\\SOFTWARE\\Kestrune]\n" + kNet, kNone},
+      {"empty brackets", "[]\n[-]\n[\n" + kNet, kNone},
+      {"other values", kKey + "@=\"d\"\n\"Kestrune\"=\"x\"\n\"Kestrune Path2\"=\"x\"\n", kNone},
+      {"the 32-bit key", kWow + kNet, "D:\\Net"},
+      {"both keys", kWow + kName + "\"x\"\n" + kKey + kNet, "D:\\Net"},
+      {"both keys, the first without the value", kWow + kNet + kKey, kNone},
+      {"both keys, the first only above another", kWow + kNet + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]", kNone},
+      {"bracket in a name", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]x]\n" + kNet, kNone},
+      {"bracket in a comment", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune] ; ]\n" + kNet, "D:\\Net"},
+      {"the first key removed", kKey + kName + "\"x\"\n" + kWow + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]",
+       "D:\\Net"},
+      {"hex(2)", kHead + kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00 , e9,00,0,0,41,00\r\n", "D:\\\xC3\xA9"},
+      {"hex(1), hex(7)", kKey + kName + "hex(1):41,00,42\n" + kName + "hex(7):44,00,00,00,45,00\n", "D"},
+      {"hex", kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n", "D:\\N"},
+      {"empty hex", kKey + kName + "hex:\n", ""},
+      {"hex(2) in the older format", kOld + kKey + kName + "hex(2):44,3a,5c,4e,00,4f\n", "D:\\N"},
+      {"dword", kKey + kName + "\"x\"\n" + kName + "dword:00000041\n", kNone},
+      {"hex(4), hex(b)", kKey + kName + "\"x\"\n" + kName + "hex(b):41,00,00,00,00,00,00,00\n", kNone},
+      {"text with a zero", kKey + kName + "\"ab\0cd\"\n"s, "ab"},
+      {"longest text", kKey + kName + "\"" + max + "\"", max},
+      {"longer text", kKey + kName + "\"" + max + "x\"", kNone},
+      {"not in the code page", kKey + kName + "\"\xE9\"\n", kNone},
+      {"nothing", "", kNone},
+      {"only a mark", "\xFF\xFE", kNone},
+  };
+  for (const auto &[what, bytes, expected] : rows)
+    EXPECT_EQ(folderFrom(bytes), expected) << what;
+}
+
+TEST_F(RegistryTest, TextsComeInTheCodePage) {
+  const support::CodePage page(932);
+  const std::tuple<const char *, std::string, std::string> rows[] = {
+      {"UTF-8", kKey + kName + "\"\xE8\xA1\xA8\\\\x\"", "\x95\\\\x"},
+      {"UTF-8 that the page lacks", kKey + kName + "\"\xC3\xA9\"", "?"},
+      {"bytes of the page", kKey + kName + "\"\x95\\\\\\x\"", "\x95\\\\x"},
+      {"older format", kOld + kKey + kName + "\"\x95\\\\\\x\"", "\x95\\\\x"},
+      {"older format, bytes that would be UTF-8", kOld + kKey + kName + "\"\xC3\xA9\"", "\xC3\xA9"},
+      {"hex(2)", kHead + kKey + kName + "hex(2):68,88", "\x95\\"},
+      {"hex(2) in the older format", kOld + kKey + kName + "hex(2):95,5c", "\x95\\"},
+  };
+  for (const auto &[what, bytes, expected] : rows)
+    EXPECT_EQ(folderFrom(bytes), expected) << what;
+}
+
+// A file that is cut off has the values whose lines are whole, and one with any byte changed does no harm.
+TEST_F(RegistryTest, DamagedFiles) {
+  const std::string line = kName + "hex(2):44,00,\\\r\n  3a,00,5c,00\r\n";
+  const std::string whole = kHead + kKey + line + "\"x\"=\"y\"\r\n";
+  const std::string last = line.substr(0, line.size() - 3); // up to the last digit but one: `0` is a byte too
+  for (std::size_t size = 0; size <= whole.size(); ++size) {
+    const std::size_t inLine = size - std::min(size, kHead.size() + kKey.size());
+    // A list may end behind any byte, so only where it has none is it known to have no text.
+    const std::string found = folderFrom(utf16(whole.substr(0, size)));
+    const bool mustBeThere = inLine >= last.size();
+    if (mustBeThere || inLine < kName.size() + 7) {
+      EXPECT_EQ(found, mustBeThere ? "D:\\" : kNone) << size;
+    }
+  }
+  constexpr std::string_view kChanges{"\"\\[\n\0]\xFF", 7};
+  for (const std::string &text : {utf16(whole), whole, kOld + whole})
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      std::string changed = text;
+      changed[i] = kChanges[i % kChanges.size()];
+      EXPECT_LT(folderFrom(changed).size(), 250U) << i;
+    }
+}
+
+TEST_F(RegistryTest, WhereTheFilesLie) {
+  const std::string user = "[HKEY_CURRENT_USER\\Software\\Kestrune\\Plinthforge\\Folders]\n\"userHwFolder\"=";
+  support::write(folder / "xdg/kestrune/registry.reg", user + "\"X:\\\\xdg\"");
+  support::write(folder / "home/.config/kestrune/registry.reg", user + "\"X:\\\\home\"");
+  const std::string fallBack = "C:\\tk\\Source\\Templates\\Hardware", xdg = folder / "xdg", home = folder / "home";
+  const struct {
+    const char *replacement, *xdg, *home;
+    std::string expected;
+  } rows[] = {
+      {nullptr, xdg.c_str(), home.c_str(), "X:\\xdg"},
+      {nullptr, nullptr, home.c_str(), "X:\\home"},
+      {nullptr, "", home.c_str(), "X:\\home"},
+      {nullptr, "xdg", home.c_str(), "X:\\home"},
+      {nullptr, home.c_str(), home.c_str(), fallBack},
+      {nullptr, nullptr, nullptr, fallBack},
+      {file.c_str(), xdg.c_str(), home.c_str(), fallBack},
+      {"/dev/zero", xdg.c_str(), home.c_str(), fallBack},
+      {xdg.c_str(), xdg.c_str(), home.c_str(), fallBack},
+  };
+  for (const auto &row : rows) {
+    const support::Environment replacement("KESTRUNE_REGISTRY", row.replacement), config("XDG_CONFIG_HOME", row.xdg),
+        homeFolder("HOME", row.home);
+    EXPECT_EQ(Probe().hardwareFolder(), row.expected) << testing::PrintToString(row.xdg);
+  }
+}
+
+} // namespace
