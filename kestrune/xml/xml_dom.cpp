@@ -1,0 +1,113 @@
+#include "kestrune/xml/xml_dom.h"
+
+#include "kestrune/platform/c_runtime.h"
+#include "kestrune/platform/debug_output.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+std::string_view orEmpty(const char *text) { return text != nullptr ? std::string_view(text) : std::string_view(); }
+
+/// Tells the debug channel that `parent` lacks `name`. Missing members are common: without a listener it costs nothing.
+void reportMissing(const char *message, const IXMLDOMElementPtr &parent, const char *separator, const char *name) {
+  if (!platform::DebugOutputWanted())
+    return;
+  const CString tag = parent != nullptr ? parent->GettagName() : CString();
+  OutputDebugStringA(CString(message) + tag + separator + name + "\n");
+}
+
+CString formatted(const char *format, int value) {
+  CString text;
+  text.Format(format, value);
+  return text;
+}
+
+} // namespace
+
+bool getElementValue(IXMLDOMElementPtr parent, const char *name, CString &value) {
+  value.Empty();
+  try {
+    const IXMLDOMElementPtr element = parent->getElementsByTagName(orEmpty(name)).Getitem(0);
+    if (element == nullptr) {
+      reportMissing("getElementValue.  Failed to find ", parent, ".", name);
+      return false;
+    }
+    value = element->Gettext();
+    return true;
+  } catch (const _com_error &) {
+    return false;
+  }
+}
+
+bool setElementValue(IXMLDOMElementPtr parent, const char *name, const char *value) {
+  try {
+    parent->getElementsByTagName(orEmpty(name)).Getitem(0)->Puttext(orEmpty(value));
+    return true;
+  } catch (const _com_error &) {
+    return false;
+  }
+}
+
+bool getAttributeValue(IXMLDOMElementPtr parent, const char *name, CString &value) {
+  value.Empty();
+  try {
+    _variant_t attribute = parent->getAttribute(orEmpty(name));
+    if (attribute.vt != VT_NULL) {
+      value = std::move(attribute).text();
+      return true;
+    }
+  } catch (const _com_error &) {
+    // Told like a missing attribute.
+  }
+  reportMissing("getAttributeValue.  Failed to find ", parent, ".", name);
+  return false;
+}
+
+bool setAttributeValue(IXMLDOMElementPtr parent, const char *name, const char *value) {
+  try {
+    parent->setAttribute(orEmpty(name), orEmpty(value));
+    return true;
+  } catch (const _com_error &) {
+    return false;
+  }
+}
+
+IXMLDOMElementPtr getElementByName(MSXML::IXMLDOMElement *parent, const char *name) {
+  const IXMLDOMElementPtr owner(parent);
+  IXMLDOMElementPtr element = owner->getElementsByTagName(orEmpty(name)).Getitem(0);
+  if (element == nullptr)
+    reportMissing("getElementByName. Failed to find ", owner, "/", name);
+  return element;
+}
+
+void insertTabs(MSXML::IXMLDOMNode *node, int count) {
+  const IXMLDOMNodePtr owner(node);
+  owner->appendChild(
+      owner->GetownerDocument()->createTextNode(platform::LayoutText(static_cast<std::size_t>(std::max(count, 0)))));
+}
+
+void appendNewline(MSXML::IXMLDOMNode *node) { insertTabs(node, 0); }
+
+CString IntToCString(int value) { return formatted("%d", value); }
+
+CString IntToHexStr(int value) { return formatted("0x%X", value); }
+
+CString IntToHexStrNoX(int value) { return formatted("%02X", value); }
+
+CString HexStrToIntStr(const CString &text) {
+  int value = 0;
+  platform::ScanHexadecimal(text, value);
+  return IntToCString(value);
+}
+
+CString IntStrToHexStr(const CString &text) {
+  int value = 0;
+  platform::ScanDecimal(text, value);
+  return IntToHexStr(value);
+}
+
+CString BSTRtoCString(wchar_t *text) { return {static_cast<const wchar_t *>(text)}; }
+
+_bstr_t CStringToBSTR(const CString &text) { return {text}; }

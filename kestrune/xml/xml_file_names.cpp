@@ -1,0 +1,61 @@
+#include "kestrune/xml/xml_file_names.h"
+
+static_assert(sizeof(CXMLFileName) == sizeof(CXMLFolder) + sizeof(CXMLAttribute) + sizeof(CXMLHexElement));
+
+CXMLFileName::CXMLFileName() : CXMLFileName("FileName", "Name") {}
+
+CXMLFileName::CXMLFileName(const char *tag, const char *keyName) {
+  PutTag(CString(tag));
+  Name.PutTag(CString(keyName));
+  OptionFlags.Init("OptionFlags", "0x0");
+}
+
+CXMLFileName::CXMLFileName(const CXMLFileName &rhs) : CXMLFileName() { *this = rhs; }
+
+CXMLFileName::~CXMLFileName() = default;
+
+CXMLFileName &CXMLFileName::operator=(const CXMLFileName &rhs) {
+  CXMLFolder::operator=(rhs);
+  Name = rhs.Name;
+  OptionFlags = rhs.OptionFlags;
+  pushMembers();
+  return *this;
+}
+
+CString CXMLFileName::Key() const { return Name; }
+
+void CXMLFileName::pushMembers() {
+  m_members.clear();
+  m_members.push_back(&Name);
+  m_members.push_back(&OptionFlags);
+}
+
+CXMLFileNames::CXMLFileNames() {
+  PutTag(CString("PFXMLFileNames"));
+  CXMLFolder::operator=("PFXMLFileNames");
+  CXMLFileNames::Init();
+}
+
+CXMLFileNames::CXMLFileNames(const CXMLFileNames &rhs) : CXMLFileNames() { *this = rhs; }
+
+CXMLFileNames::~CXMLFileNames() = default;
+
+CXMLFileNames &CXMLFileNames::operator=(const CXMLFileNames &rhs) {
+  CXMLCollectionFolder::operator=(rhs);
+  copyItems<CXMLFileName>(rhs);
+  return *this;
+}
+
+void CXMLFileNames::Init() { setTags("PFXMLFileNames", "PFXMLFileName", "Name"); }
+
+void CXMLFileNames::pushMembers() { m_members.clear(); }
+
+CXMLFolder *CXMLFileNames::NewFolder() { return new CXMLFileName; }
+
+CXMLFileName *CXMLFileNames::Add(const char *key) { return addKeyed<CXMLFileName>(key, &CXMLFileName::Name); }
+
+CXMLFileName *CXMLFileNames::Find(const char *key) { return static_cast<CXMLFileName *>(FindItem(key)); }
+
+CXMLFileName *CXMLFileNames::operator[](int index) {
+  return static_cast<CXMLFileName *>(CXMLCollectionFolder::operator[](index));
+}

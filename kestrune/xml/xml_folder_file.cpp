@@ -1,0 +1,112 @@
+#include "kestrune/names/filename.h"
+#include "kestrune/platform/debug_output.h"
+#include "kestrune/platform/drives.h"
+#include "kestrune/platform/file.h"
+#include "kestrune/xml/text_compare.h"
+#include "kestrune/xml/xml_folder.h"
+
+namespace {
+
+/// The full path of a remembered name. A host path takes its drive form first; the result of the resolution plays no
+/// part: a name that cannot be resolved shows as an empty path.
+CFilename resolve(const CString &name, const char *base) {
+  CFilename file;
+  file = platform::ToDrivePath(name);
+  CFilename resolved;
+  file.GetAbsolute(resolved, base);
+  return resolved;
+}
+
+/// Sends a text about a COM failure, with its code and description, to the debug channel.
+void reportFailure(const char *format, const char *subject, const _com_error &error, const char *end) {
+  if (!platform::DebugOutputWanted())
+    return;
+  CString text;
+  text.Format(format, subject, platform::ResultBits(error.Error()));
+  OutputDebugStringA(text + error.Description() + end);
+}
+
+} // namespace
+
+long CXMLFolder::LoadFromFile(const char *name, const char *base) {
+  if (name != nullptr && *name != '\0')
+    m_fileName = name;
+  const CFilename resolved = resolve(m_fileName, base);
+  if (resolved.IsEmpty())
+    return KRX_E_LOAD_NOT_NAMED;
+  if (resolved.FileExists() == 0 || resolved.IsDirectory() != 0)
+    return KRX_E_FILE_NOT_FOUND;
+  const long result = LoadFromXMLFile(resolved);
+  m_modified = 0;
+  PutModified(0);
+  return result;
+}
+
+long CXMLFolder::SaveToFile(const char *name, const char *base, bool overwrite) {
+  if (name != nullptr && *name != '\0')
+    m_fileName = name;
+  if (m_fileName.IsEmpty())
+    return KRX_E_SAVE_NOT_NAMED;
+  const CFilename resolved = resolve(m_fileName, base);
+  CFilename folder(resolved);
+  --folder;
+  if (folder.IsDirectory() == 0) {
+    const int count = folder.GetSegmentCount();
+    for (int i = 0; i < count; ++i)
+      folder.GetPathSegment(i).mkDir();
+  }
+  const long result = SaveToXMLFile(resolved, overwrite);
+  if (result >= 0)
+    PutModified(0);
+  return result;
+}
+
+long CXMLFolder::LoadFromXMLFile(const char *path) {
+  IXMLDOMDocumentPtr document;
+  if (IXMLDOMDocument::CreateInstance(document) < 0)
+    return KRX_E_COM_CREATE;
+  try {
+    document->PutvalidateOnParse(false);
+    document->Putasync(false);
+    if (!document->load(path))
+      return KRX_E_UNEXPECTED_DATA;
+    const IXMLDOMElementPtr root = document->GetdocumentElement();
+    if (root == nullptr)
+      return KRX_E_UNEXPECTED_DATA;
+    const CString found = root->GettagName();
+    if (found.CompareNoCase(m_tag) != 0) {
+      traceMessage("non-S_OK HRESULT =  0x%X while loading.  Expected tag: %s , found tag: %s ",
+                   platform::ResultBits(KRX_E_WRONG_ROOT_TAG), static_cast<const char *>(m_tag),
+                   static_cast<const char *>(found));
+      return KRX_E_WRONG_ROOT_TAG;
+    }
+    const long result = Load(root);
+    // A member whose text could not be read would only look as if it were missing.
+    document->CheckReadable();
+    return result;
+  } catch (const _com_error &error) {
+    reportFailure("CXMLFolder::Load.  Warning: HRESULT not S_OK found while loading XML: %s\t: HRESULT: 0x%X, ", m_tag,
+                  error, "");
+    return KRX_E_LOAD_EXCEPTION;
+  }
+}
+
+long CXMLFolder::SaveToXMLFile(const char *path, bool overwrite) {
+  IXMLDOMDocumentPtr document;
+  if (IXMLDOMDocument::CreateInstance(document) < 0)
+    return KRX_E_COM_CREATE;
+  if (!overwrite && GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES)
+    return KRX_E_WRITE_PROTECTED;
+  try {
+    document->appendChild(document->createProcessingInstruction("xml", "version='1.0' encoding='UTF-8' "));
+    const IXMLDOMElementPtr root = document->createElement(m_tag.View());
+    document->PutdocumentElement(root);
+    Save(root, 0);
+    return document->save(path);
+  } catch (const _com_error &error) {
+    reportFailure(
+        "CXMLFolder::Save.  Error(s) found while saving: %s\tUnexpected COM exception caught: HRESULT: 0x%X, ", path,
+        error, "\n");
+    return KRX_E_SAVE_FAILED;
+  }
+}

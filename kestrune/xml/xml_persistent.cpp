@@ -1,0 +1,229 @@
+#include "kestrune/xml/xml_persistent.h"
+
+#include "kestrune/errors/krx_exception.h"
+#include "kestrune/errors/string_table.h"
+#include "kestrune/platform/c_runtime.h"
+#include "kestrune/platform/debug_output.h"
+
+namespace {
+
+constexpr const char *kUnassigned = "Unassigned";
+constexpr const char *kUndefined = "Undefined";
+constexpr const char *kHexDefault = "0xFFFF";
+
+const char *orUnassigned(const char *text) { return text != nullptr ? text : kUnassigned; }
+
+} // namespace
+
+CXMLPersistent::CXMLPersistent() : CString(kUnassigned), m_tag(kUndefined) {}
+
+CXMLPersistent::CXMLPersistent(CString &tag) : CString(kUnassigned), m_tag(tag) {}
+
+CXMLPersistent::CXMLPersistent(const CXMLPersistent &rhs) : CString() { CXMLPersistent::operator=(rhs); }
+
+CXMLPersistent::~CXMLPersistent() = default;
+
+void CXMLPersistent::Init() {
+  CString::operator=(kUnassigned);
+  m_tag = kUndefined;
+}
+
+void CXMLPersistent::Init(const char *tag, const char *value) {
+  m_tag = orUnassigned(tag);
+  CString::operator=(orUnassigned(value));
+}
+
+void CXMLPersistent::Init(const char *tag, int value) {
+  m_tag = orUnassigned(tag);
+  if (value == 0)
+    CString::operator=(kUnassigned);
+  else
+    *this = value;
+}
+
+unsigned char CXMLPersistent::GetModified() const { return m_modified; }
+
+void CXMLPersistent::PutModified(unsigned char modified) { m_modified = modified; }
+
+CString CXMLPersistent::GetTag() const { return m_tag; }
+
+void CXMLPersistent::PutTag(const CString &tag) { m_tag = tag; }
+
+bool CXMLPersistent::isFolder() { return false; }
+
+IXMLDOMElementPtr CXMLPersistent::Save(IXMLDOMElementPtr parent, int /*level*/) {
+  setAttributeValue(parent, m_tag, *this);
+  return parent;
+}
+
+long CXMLPersistent::Load(MSXML::IXMLDOMElement *parent) {
+  CString text;
+  if (!getAttributeValue(parent, m_tag, text))
+    return KRX_S_NO_ATTRIBUTE;
+  CString::operator=(std::move(text));
+  return S_OK;
+}
+
+CXMLPersistent &CXMLPersistent::operator=(const char *text) {
+  if (Compare(text) != 0)
+    PutModified(1);
+  CString::operator=(text);
+  return *this;
+}
+
+CXMLPersistent &CXMLPersistent::operator=(int value) { return *this = static_cast<const char *>(IntToCString(value)); }
+
+CXMLPersistent &CXMLPersistent::operator=(const CXMLPersistent &rhs) {
+  if (this == &rhs)
+    return *this;
+  const CString tag = rhs.GetTag();
+  if (!tag.IsEmpty())
+    PutTag(tag);
+  if (View() != rhs.View())
+    PutModified(1);
+  CString::operator=(rhs);
+  return *this;
+}
+
+CXMLPersistent::operator int() {
+  char *end = nullptr;
+  const char *const text = *this;
+  const int value = platform::strtol(text, &end, 0);
+  if (*end != '\0')
+    throwBadValue();
+  return value;
+}
+
+void CXMLPersistent::throwBadValue() const {
+  CString argument;
+  argument.Format("Error accessing XML tag: %s Value: '%s'", static_cast<const char *>(m_tag),
+                  static_cast<const char *>(*this));
+  throw new CKRXException(IDS_NON_NUMERIC, static_cast<const char *>(argument));
+}
+
+CXMLAttribute::CXMLAttribute(const CXMLAttribute &rhs) : CXMLPersistent() { CXMLPersistent::operator=(rhs); }
+
+CXMLAttribute &CXMLAttribute::operator=(const CXMLAttribute &rhs) {
+  CXMLPersistent::operator=(rhs);
+  return *this;
+}
+
+CXMLAttribute &CXMLAttribute::operator=(const char *text) {
+  CXMLPersistent::operator=(text);
+  return *this;
+}
+
+CXMLAttribute &CXMLAttribute::operator=(int value) {
+  CXMLPersistent::operator=(value);
+  return *this;
+}
+
+CXMLBoolAttribute::CXMLBoolAttribute(const CXMLBoolAttribute &rhs) : CXMLAttribute() { CXMLAttribute::operator=(rhs); }
+
+CXMLBoolAttribute &CXMLBoolAttribute::operator=(const CXMLBoolAttribute &rhs) {
+  CXMLAttribute::operator=(rhs);
+  return *this;
+}
+
+void CXMLBoolAttribute::Init(const char *tag, bool value) {
+  m_tag = orUnassigned(tag);
+  *this = value;
+}
+
+CXMLBoolAttribute &CXMLBoolAttribute::operator=(bool value) {
+  CXMLAttribute::operator=(value ? "TRUE" : "FALSE");
+  return *this;
+}
+
+CXMLBoolAttribute::operator int() {
+  if (CompareNoCase("TRUE") == 0)
+    return 1;
+  if (CompareNoCase("FALSE") != 0)
+    throwBadValue();
+  return 0;
+}
+
+bool CXMLBoolAttribute::operator!() { return operator int() != 0; }
+
+CXMLElement::CXMLElement(const CXMLElement &rhs) : CXMLPersistent() { CXMLPersistent::operator=(rhs); }
+
+CXMLElement &CXMLElement::operator=(const CXMLElement &rhs) {
+  CXMLPersistent::operator=(rhs);
+  return *this;
+}
+
+IXMLDOMElementPtr CXMLElement::Save(IXMLDOMElementPtr parent, int level) {
+  const IXMLDOMDocumentPtr document = parent->GetownerDocument();
+  insertTabs(parent, level + 1);
+  IXMLDOMElementPtr element = document->createElement(m_tag.View());
+  parent->appendChild(element);
+  element->appendChild(document->createTextNode(View()));
+  return element;
+}
+
+long CXMLElement::Load(MSXML::IXMLDOMElement *parent) {
+  CString text;
+  if (!getElementValue(parent, m_tag, text))
+    return KRX_S_NO_ELEMENT;
+  CString::operator=(std::move(text));
+  return S_OK;
+}
+
+CXMLElement &CXMLElement::operator=(const char *text) {
+  CXMLPersistent::operator=(text);
+  return *this;
+}
+
+CXMLElement &CXMLElement::operator=(int value) {
+  CXMLPersistent::operator=(value);
+  return *this;
+}
+
+CXMLHexElement::CXMLHexElement() { CString::operator=(kHexDefault); }
+
+CXMLHexElement::CXMLHexElement(const CXMLHexElement &rhs) : CXMLElement() { CXMLElement::operator=(rhs); }
+
+CXMLHexElement &CXMLHexElement::operator=(const CXMLHexElement &rhs) {
+  CXMLElement::operator=(rhs);
+  return *this;
+}
+
+void CXMLHexElement::Init(const char *tag, int value) {
+  m_tag = orUnassigned(tag);
+  *this = value;
+}
+
+void CXMLHexElement::Init(const char *tag, const char *value) {
+  m_tag = orUnassigned(tag);
+  if (value == nullptr)
+    CString::operator=(kUnassigned);
+  else
+    *this = value;
+}
+
+long CXMLHexElement::Load(MSXML::IXMLDOMElement *parent) {
+  CString text;
+  if (!getElementValue(parent, m_tag, text))
+    return KRX_S_NO_ELEMENT;
+  CXMLPersistent::operator=(text);
+  return S_OK;
+}
+
+CXMLHexElement &CXMLHexElement::operator=(const char *text) {
+  CString copy(text);
+  if (copy == "0")
+    copy = "0x0";
+  if (copy.Find("0x") < 0 && platform::DebugOutputWanted()) {
+    CString warning;
+    warning.Format("KO. CXMLHexElement. You must prefix hex values with 0x, you tried: %s\n",
+                   text != nullptr ? text : "");
+    OutputDebugStringA(warning);
+  }
+  CXMLElement::operator=(copy);
+  return *this;
+}
+
+CXMLHexElement &CXMLHexElement::operator=(int value) {
+  CXMLElement::operator=(static_cast<const char *>(IntToHexStr(value)));
+  return *this;
+}

@@ -1,0 +1,210 @@
+#include "tests/xml/sample_records.h"
+
+namespace {
+
+using sample::Item;
+
+/// A folder whose members are those that a test gives it.
+class Group : public CXMLFolder {
+public:
+  explicit Group(const char *tag, std::vector<CXMLPersistent *> members) : m_list(std::move(members)) {
+    PutTag(CString(tag));
+    Group::pushMembers();
+  }
+  void pushMembers() override { m_members = m_list; }
+
+private:
+  std::vector<CXMLPersistent *> m_list;
+};
+
+/// A member whose load fails.
+class Failing : public CXMLElement {
+public:
+  explicit Failing(long code) : m_code(code) {}
+  long Load(MSXML::IXMLDOMElement *) override {
+    ++loads;
+    return m_code;
+  }
+  int loads = 0;
+
+private:
+  long m_code;
+};
+
+class XmlFolder : public testing::Test {
+protected:
+  long load(CXMLFolder &folder, const std::string &text) {
+    support::write(m_folder / "a.xml", text);
+    return folder.LoadFromFile((m_folder / "a.xml").c_str(), nullptr);
+  }
+  std::string save(CXMLFolder &folder) {
+    EXPECT_EQ(folder.SaveToFile((m_folder / "b.xml").c_str(), nullptr, true), S_OK);
+    return support::read(m_folder / "b.xml");
+  }
+
+  support::Com m_com;
+  support::TempFolder m_folder;
+};
+
+TEST_F(XmlFolder, SavesAttributesAndElementsInTheirLayout) {
+  Item item;
+  item.Name = "a<\"&\t\n'>";
+  item.Text = "\r a]]>\n\t";
+  item.Bound = 16;
+  EXPECT_EQ(save(item), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                        "<Item>\n"
+                        "\t<Item Name=\"a&lt;&quot;&amp;&#9;&#10;'>\" Flag=\"FALSE\">\n"
+                        "\t\t<Text>&#13; a]]&gt;\n\t</Text>\n"
+                        "\t\t<Bound>0x10</Bound>\n"
+                        "\t</Item></Item>\n");
+}
+
+TEST_F(XmlFolder, ResultIsThatOfTheLastMemberThatWasLoaded) {
+  CXMLAttribute attribute;
+  attribute.PutTag(CString("A"));
+  CXMLElement element;
+  element.PutTag(CString("E"));
+  Group inner("In", {});
+  Group group("R", {&attribute, &element, &inner});
+  EXPECT_EQ(load(group, "<R/>"), KRX_S_NO_ELEMENT);
+  EXPECT_STREQ(inner, "Unassigned") << "a missing folder is not touched";
+  EXPECT_EQ(load(group, "<R><In/></R>"), S_OK);
+  EXPECT_EQ(load(group, "<R A='1'><E>x</E></R>"), S_OK);
+  EXPECT_STREQ(attribute, "1");
+  EXPECT_STREQ(element, "x");
+  EXPECT_STREQ(group, "R");
+  Group backwards("R", {&element, &attribute});
+  EXPECT_EQ(load(backwards, "<R/>"), KRX_S_NO_ATTRIBUTE);
+  EXPECT_STREQ(attribute, "1") << "a missing value keeps its text";
+
+  Failing first(KRX_E_DUPLICATE_KEY);
+  Failing second(KRX_E_SAVE_FAILED);
+  Group failing("R", {&first, &attribute, &second});
+  EXPECT_EQ(load(failing, "<R A='2'/>"), KRX_E_DUPLICATE_KEY);
+  EXPECT_EQ(second.loads, 1);
+  EXPECT_STREQ(attribute, "2");
+}
+
+TEST_F(XmlFolder, SearchesAllDescendants) {
+  CXMLElement text;
+  text.PutTag(CString("T"));
+  CXMLElement same;
+  same.PutTag(CString("T"));
+  CXMLAttribute attribute;
+  attribute.PutTag(CString("A"));
+  CXMLElement joined;
+  joined.PutTag(CString("J"));
+  Group group("R", {&text, &same, &attribute, &joined});
+  EXPECT_EQ(load(group, "<r><Q><T A='q'>deep</T></Q><T>later</T><J>a<T/> <K>b</K>\n<K> c </K></J></r>"), S_OK);
+  EXPECT_STREQ(text, "deep");
+  EXPECT_STREQ(same, "deep");
+  EXPECT_STREQ(attribute, "Unassigned");
+  EXPECT_STREQ(joined, "ab c ");
+}
+
+TEST_F(XmlFolder, ModifiedFlagsWalkTheTree) {
+  CXMLElement element;
+  Group inner("In", {&element});
+  Group group("R", {&inner});
+  EXPECT_EQ(group.GetModified(), 0);
+  element = "x";
+  EXPECT_NE(group.GetModified(), 0);
+  EXPECT_EQ(std::as_const(inner).GetModified(), 1) << "the flag sticks on the way";
+  element.PutModified(0);
+  EXPECT_NE(group.GetModified(), 0);
+  group.PutModified(0);
+  EXPECT_EQ(group.GetModified(), 0);
+  group.PutModified(2);
+  EXPECT_EQ(element.GetModified(), 2);
+}
+
+TEST_F(XmlFolder, CopyTakesTextsAndNoFileName) {
+  Item source;
+  source.Name = "n";
+  source.Text = "t";
+  source.PutModified(0);
+  source.m_fileName = "x.xml";
+  Item target;
+  target.PutModified(0);
+  target.m_fileName = "y.xml";
+  target = source;
+  EXPECT_STREQ(target.m_fileName, "y.xml");
+  EXPECT_EQ(target.Text.GetModified(), 1);
+  EXPECT_EQ(target.Bound.GetModified(), 0);
+  EXPECT_STREQ(Item(source).Name, "n");
+  EXPECT_TRUE(Item(source).m_fileName.IsEmpty());
+  target.CXMLFolder::operator=(source);
+  EXPECT_TRUE(target.m_fileName.IsEmpty());
+  source.CXMLFolder::operator=(source);
+  EXPECT_STREQ(source.m_fileName, "x.xml") << "assigned to itself";
+  source.Name = "abc";
+  target.Name = "ABC";
+  EXPECT_TRUE(target < source);
+  EXPECT_FALSE(source < target);
+}
+
+TEST_F(XmlFolder, DebugChannelTellsWhatIsMissing) {
+  std::string told;
+  platform::SetDebugSink([&](const char *text) { told += text; });
+  CXMLAttribute attribute;
+  attribute.PutTag(CString("A"));
+  CXMLElement element;
+  element.PutTag(CString("E"));
+  Group inner("In", {});
+  Group group("R", {&attribute, &element, &inner});
+  load(group, "<R/>");
+  platform::SetDebugSink({});
+  EXPECT_EQ(told, "getAttributeValue.  Failed to find R.A\ngetElementValue.  Failed to find R.E\n"
+                  "getElementByName. Failed to find R/In\n");
+}
+
+/// Loads nothing of its own, but shows the DOM functions an element.
+class Probe : public CXMLFolder {
+public:
+  Probe() { PutTag(CString("R")); }
+  long Load(MSXML::IXMLDOMElement *parent) override {
+    const IXMLDOMElementPtr element(parent);
+    CString value("old");
+    EXPECT_TRUE(getElementValue(element, "T", value));
+    EXPECT_STREQ(value, "1");
+    EXPECT_FALSE(getElementValue(element, "none", value));
+    EXPECT_STREQ(value, "");
+    EXPECT_TRUE(getAttributeValue(element, "A", value));
+    EXPECT_STREQ(value, "");
+    EXPECT_FALSE(getAttributeValue(element, "B", value));
+    EXPECT_TRUE(setAttributeValue(element, "B", "b"));
+    EXPECT_TRUE(getAttributeValue(element, "B", value));
+    EXPECT_STREQ(value, "b");
+    EXPECT_TRUE(setElementValue(element, "T", "new <text>"));
+    EXPECT_FALSE(setElementValue(element, "none", "x"));
+    EXPECT_TRUE(getElementValue(element, "T", value));
+    EXPECT_STREQ(value, "new <text>");
+    EXPECT_FALSE(getElementValue(nullptr, "T", value));
+    EXPECT_FALSE(setAttributeValue(nullptr, "T", "x"));
+    EXPECT_THROW(getElementByName(nullptr, "T"), _com_error);
+    EXPECT_TRUE(getElementByName(element, "none") == nullptr);
+    // Nodes that are added later are found as well, in document order.
+    const IXMLDOMElementPtr late = element->GetownerDocument()->createElement("U");
+    element->appendChild(late);
+    late->appendChild(element->GetownerDocument()->createElement("T"));
+    const auto list = element->getElementsByTagName("T");
+    EXPECT_EQ(list.Getlength(), 3);
+    EXPECT_TRUE(list.Getitem(2) != nullptr && list.Getitem(3) == nullptr && list.Getitem(-1) == nullptr);
+    EXPECT_STREQ(list.Getitem(1)->Gettext(), "2");
+    EXPECT_THROW(late->appendChild(late), _com_error);
+    insertTabs(late, 3);
+    insertTabs(late, -1);
+    insertTabs(late, 100);
+    appendNewline(late);
+    EXPECT_EQ(static_cast<const char *>(late->Gettext()), "\n\t\t\t\n\n" + std::string(100, '\t') + "\n");
+    EXPECT_THROW(insertTabs(nullptr, 1), _com_error);
+    return S_OK;
+  }
+};
+
+TEST_F(XmlFolder, DomFunctionsOnAnElement) {
+  Probe probe;
+  EXPECT_EQ(load(probe, "<R A=''><S><T>1</T></S><T>2</T></R>"), S_OK);
+}
+
+} // namespace
