@@ -1,0 +1,177 @@
+#include "kestrune/identity/device_classes.h"
+
+#include "kestrune/identity/rows.h"
+#include "kestrune/platform/c_runtime.h"
+#include "kestrune/xml/member_list.h"
+
+template <class Visit>
+constexpr void CTKDeviceClass::forEachMember(Visit visit) {
+  visit(&CTKDeviceClass::Name, "Name");
+  visit(&CTKDeviceClass::Number, "Number");
+}
+
+// The two numbers are worked out from the text of `Number` and stand in no file.
+static_assert(sizeof(CTKDeviceClass) == sizeof(CXMLFolder) + MemberList::size<CTKDeviceClass>() +
+                                            sizeof(CTKDeviceClass::NumberMajor) + sizeof(CTKDeviceClass::NumberMinor));
+
+CTKDeviceClass::CTKDeviceClass() {
+  PutTag(CString(rows::kUnassigned));
+  CTKDeviceClass::Init();
+}
+
+CTKDeviceClass::CTKDeviceClass(const char *name, int number) : CTKDeviceClass() {
+  Name = name;
+  Number = number;
+}
+
+CTKDeviceClass::CTKDeviceClass(const char *tag, const char *nameTag, const char *numberTag) : CTKDeviceClass() {
+  PutTag(CString(tag));
+  CXMLFolder::operator=(tag);
+  rows::setMemberTags(*this, nameTag, numberTag);
+}
+
+CTKDeviceClass::CTKDeviceClass(const CTKDeviceClass &rhs) : CTKDeviceClass() { *this = rhs; }
+
+CTKDeviceClass::~CTKDeviceClass() = default;
+
+CTKDeviceClass &CTKDeviceClass::operator=(const CTKDeviceClass &rhs) {
+  CXMLPersistent::operator=(rhs);
+  MemberList::copy(*this, rhs);
+  NumberMajor = rhs.NumberMajor;
+  NumberMinor = rhs.NumberMinor;
+  pushMembers();
+  return *this;
+}
+
+void CTKDeviceClass::Init() {
+  MemberList::init(*this);
+  pushMembers();
+}
+
+long CTKDeviceClass::Load(MSXML::IXMLDOMElement *parent) {
+  const long result = CXMLFolder::Load(parent);
+  NumberMajor = 0;
+  NumberMinor = 0;
+  if (result < 0)
+    return result;
+  platform::ScanDecimal(Number, NumberMajor); // stops at the dot
+  if (const int dot = Number.Find('.'); dot >= 0)
+    platform::ScanDecimal(Number.Mid(dot + 1), NumberMinor);
+  return result;
+}
+
+CString CTKDeviceClass::Key() const { return Name; }
+
+void CTKDeviceClass::pushMembers() {
+  m_members.clear();
+  MemberList::append(*this);
+}
+
+bool CTKDeviceClass::operator==(const CTKDeviceClass &rhs) const { return rows::equal(*this, rhs); }
+
+bool CTKDeviceClass::operator<(const CTKDeviceClass &rhs) const { return rows::before(*this, rhs); }
+
+template <class Visit>
+constexpr void CTKDeviceClass2::forEachMember(Visit visit) {
+  visit(&CTKDeviceClass2::Category, "Category");
+  visit(&CTKDeviceClass2::Profile, "Profile");
+  visit(&CTKDeviceClass2::Obsolete, "Obsolete");
+}
+
+static_assert(sizeof(CTKDeviceClass2) == sizeof(CTKDeviceClass) + MemberList::size<CTKDeviceClass2>());
+
+CTKDeviceClass2::CTKDeviceClass2() { CTKDeviceClass2::Init(); }
+
+CTKDeviceClass2::CTKDeviceClass2(const char *name, int number) : CTKDeviceClass(name, number) {
+  CTKDeviceClass2::Init();
+}
+
+CTKDeviceClass2::CTKDeviceClass2(const char *tag, const char *nameTag, const char *numberTag) : CTKDeviceClass2() {
+  PutTag(CString(tag));
+  CXMLFolder::operator=(tag);
+  rows::setMemberTags(*this, nameTag, numberTag);
+}
+
+CTKDeviceClass2::CTKDeviceClass2(const CTKDeviceClass2 &rhs) : CTKDeviceClass2() { *this = rhs; }
+
+CTKDeviceClass2::~CTKDeviceClass2() = default;
+
+CTKDeviceClass2 &CTKDeviceClass2::operator=(const CTKDeviceClass2 &rhs) {
+  CTKDeviceClass::operator=(rhs);
+  MemberList::copy(*this, rhs);
+  pushMembers();
+  return *this;
+}
+
+void CTKDeviceClass2::Init() {
+  CTKDeviceClass::Init();
+  MemberList::init(*this);
+  pushMembers();
+}
+
+void CTKDeviceClass2::pushMembers() {
+  CTKDeviceClass::pushMembers();
+  MemberList::append(*this);
+}
+
+CTKDeviceClasses::CTKDeviceClasses() { CTKDeviceClasses::Init(); }
+
+CTKDeviceClasses::CTKDeviceClasses(const CTKDeviceClasses &rhs) : CTKDeviceClasses() { *this = rhs; }
+
+CTKDeviceClasses::~CTKDeviceClasses() = default;
+
+CTKDeviceClasses &CTKDeviceClasses::operator=(const CTKDeviceClasses &rhs) {
+  CXMLCollectionFolder::operator=(rhs);
+  copyItems<CTKDeviceClass>(rhs);
+  return *this;
+}
+
+void CTKDeviceClasses::Init() {
+  setTags(rows::kUnassigned, rows::kUnassigned, rows::kUnassigned);
+  pushMembers();
+}
+
+CTKDeviceClass *CTKDeviceClasses::Add(const char *name, int number) {
+  return rows::withNumber(addKeyed<CTKDeviceClass>(name, &CTKDeviceClass::Name), number);
+}
+
+CTKDeviceClass *CTKDeviceClasses::operator[](int index) {
+  return static_cast<CTKDeviceClass *>(CXMLCollectionFolder::operator[](index));
+}
+
+CTKDeviceClass *CTKDeviceClasses::Find(const char *name) { return static_cast<CTKDeviceClass *>(FindItem(name)); }
+
+CTKDeviceClass *CTKDeviceClasses::FindByNumber(int major, int minor) {
+  return findFirst<CTKDeviceClass>(
+      [=](const CTKDeviceClass &item) { return item.NumberMajor == major && item.NumberMinor == minor; });
+}
+
+CXMLFolder *CTKDeviceClasses::NewFolder() { return rows::make<CTKDeviceClass>(m_itemTag); }
+
+CTKDeviceClasses2::CTKDeviceClasses2() = default;
+
+CTKDeviceClasses2::CTKDeviceClasses2(const CTKDeviceClasses2 &rhs) : CTKDeviceClasses2() { *this = rhs; }
+
+CTKDeviceClasses2::~CTKDeviceClasses2() = default;
+
+CTKDeviceClasses2 &CTKDeviceClasses2::operator=(const CTKDeviceClasses2 &rhs) {
+  CXMLCollectionFolder::operator=(rhs);
+  copyItems<CTKDeviceClass2>(rhs);
+  return *this;
+}
+
+CTKDeviceClass2 *CTKDeviceClasses2::Add(const char *name, int number) {
+  return static_cast<CTKDeviceClass2 *>(CTKDeviceClasses::Add(name, number));
+}
+
+CTKDeviceClass2 *CTKDeviceClasses2::operator[](int index) {
+  return static_cast<CTKDeviceClass2 *>(CXMLCollectionFolder::operator[](index));
+}
+
+CTKDeviceClass2 *CTKDeviceClasses2::Find(const char *name) { return static_cast<CTKDeviceClass2 *>(FindItem(name)); }
+
+CTKDeviceClass2 *CTKDeviceClasses2::FindByNumber(int major, int minor) {
+  return static_cast<CTKDeviceClass2 *>(CTKDeviceClasses::FindByNumber(major, minor));
+}
+
+CXMLFolder *CTKDeviceClasses2::NewFolder() { return rows::make<CTKDeviceClass2>(m_itemTag); }

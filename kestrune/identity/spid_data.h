@@ -1,0 +1,55 @@
+#pragma once
+
+#include "kestrune/identity/device_classes.h"
+#include "kestrune/identity/name_number_pairs.h"
+#include "kestrune/xml/xml_document.h"
+
+/// The identity data file, root "SPIDData": manufacturers, device classes, device subclasses and channel types, each by
+/// name and number.
+class KESTRUNE_API CSpidData : public CXMLTopLevelFolder {
+public:
+  CSpidData();
+  CSpidData(const CSpidData &rhs);
+  ~CSpidData() override;
+  CSpidData &operator=(const CSpidData &rhs);
+
+  void pushMembers() override;
+
+  using CXMLTopLevelFolder::LoadFromFile;
+  /// Reads the document from the file `name`, which may hold macros, as the two-argument form without a base folder:
+  /// S_OK or a positive remark, or its failures. KRX_E_DUPLICATE_KEY means that a list names something twice; all else
+  /// was read. A list that the file lacks keeps its items.
+  virtual long LoadFromFile(const char *name);
+
+  CXMLPairCollection ManufacturerIDs;
+  CTKDeviceClasses DeviceClasses;
+  CXMLPairCollection DeviceSubClasses;
+  CXMLPairCollection ChannelTypes;
+
+private:
+  friend struct MemberList;
+  template <class Visit>
+  static constexpr void forEachMember(Visit visit);
+};
+
+/// The same file with device classes of the second version. It reads and writes its own lists; those of the first
+/// version stay empty.
+class KESTRUNE_API CSpidData2 : public CSpidData {
+public:
+  CSpidData2();
+  CSpidData2(const CSpidData2 &rhs);
+  ~CSpidData2() override;
+  CSpidData2 &operator=(const CSpidData2 &rhs);
+
+  void pushMembers() override;
+
+  CXMLPairCollection ManufacturerIDs2;
+  CTKDeviceClasses2 DeviceClasses2;
+  CXMLPairCollection DeviceSubClasses2;
+  CXMLPairCollection ChannelTypes2;
+
+private:
+  friend struct MemberList;
+  template <class Visit>
+  static constexpr void forEachMember(Visit visit);
+};
