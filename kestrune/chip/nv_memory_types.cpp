@@ -1,0 +1,107 @@
+#include "kestrune/chip/nv_memory_types.h"
+
+#include "kestrune/xml/member_list.h"
+#include "kestrune/xml/number_text.h"
+
+template <class Visit>
+constexpr void CNVMemoryType::forEachMember(Visit visit) {
+  visit(&CNVMemoryType::m_key, "Key");
+  visit(&CNVMemoryType::m_name, "Name");
+  visit(&CNVMemoryType::FlashSectorSizes, "FlashSectorSizes");
+  visit(&CNVMemoryType::EEWriteTimeRequired, "EEWriteTimeRequired");
+  visit(&CNVMemoryType::m_description, "Description");
+  visit(&CNVMemoryType::m_symbol, "Symbol");
+  visit(&CNVMemoryType::m_flashDriverID, "FlashDriverID");
+}
+
+static_assert(sizeof(CNVMemoryType) == sizeof(CXMLFolder) + MemberList::size<CNVMemoryType>());
+
+CNVMemoryType::CNVMemoryType() {
+  PutTag(CString("NVMemoryType"));
+  CXMLFolder::operator=("NVMemoryType");
+  CNVMemoryType::Init();
+}
+
+CNVMemoryType::CNVMemoryType(const char *key, const char *name) {
+  PutTag(CString("NVMemoryType"));
+  CNVMemoryType::Init();
+  m_key = key;
+  m_name = name;
+  FlashSectorSizes = "0";
+  EEWriteTimeRequired = false;
+  m_description = "";
+  m_symbol = "";
+  m_flashDriverID = "";
+}
+
+CNVMemoryType::CNVMemoryType(const CNVMemoryType &rhs) : CNVMemoryType() { *this = rhs; }
+
+CNVMemoryType::~CNVMemoryType() = default;
+
+CNVMemoryType &CNVMemoryType::operator=(const CNVMemoryType &rhs) {
+  CXMLPersistent::operator=(rhs);
+  MemberList::copy(*this, rhs);
+  pushMembers();
+  return *this;
+}
+
+void CNVMemoryType::Init() {
+  MemberList::init(*this);
+  pushMembers();
+}
+
+CString CNVMemoryType::Key() const { return m_key; }
+
+void CNVMemoryType::pushMembers() {
+  m_members.clear();
+  MemberList::append(*this);
+}
+
+int CNVMemoryType::DriverKey() const { return ParseInt(m_key); }
+
+const char *CNVMemoryType::Name() const { return m_name; }
+
+const char *CNVMemoryType::Description() const { return m_description; }
+
+const char *CNVMemoryType::Symbol() const { return m_symbol; }
+
+int CNVMemoryType::FlashDriverID() const { return ParseInt(m_flashDriverID); }
+
+CNVMemoryTypes::CNVMemoryTypes() {
+  CXMLFolder::operator=("NVMemoryTypes");
+  CNVMemoryTypes::Init();
+}
+
+CNVMemoryTypes::CNVMemoryTypes(const CNVMemoryTypes &rhs) : CNVMemoryTypes() { *this = rhs; }
+
+CNVMemoryTypes::~CNVMemoryTypes() = default;
+
+CNVMemoryTypes &CNVMemoryTypes::operator=(const CNVMemoryTypes &rhs) {
+  CXMLCollectionFolder::operator=(rhs);
+  copyItems<CNVMemoryType>(rhs);
+  return *this;
+}
+
+void CNVMemoryTypes::Init() {
+  setTags("NVMemoryTypes", "NVMemoryType", "Key");
+  pushMembers();
+}
+
+long CNVMemoryTypes::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
+
+void CNVMemoryTypes::pushMembers() { m_members.clear(); }
+
+CXMLFolder *CNVMemoryTypes::NewFolder() { return new CNVMemoryType; }
+
+CNVMemoryType *CNVMemoryTypes::Add(const char *key, const char *name) {
+  auto *const item = addKeyed<CNVMemoryType>(key, &CNVMemoryType::m_key);
+  if (item != nullptr && name != nullptr)
+    item->m_name = name;
+  return item;
+}
+
+CNVMemoryType *CNVMemoryTypes::operator[](int index) {
+  return static_cast<CNVMemoryType *>(CXMLCollectionFolder::operator[](index));
+}
+
+CNVMemoryType *CNVMemoryTypes::Find(const char *key) { return static_cast<CNVMemoryType *>(FindItem(key)); }

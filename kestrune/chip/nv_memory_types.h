@@ -1,0 +1,72 @@
+#pragma once
+
+#include "kestrune/xml/xml_collection.h"
+
+/// A non-volatile memory that a chip model can work with. The accessors of texts give the member's own text, valid
+/// until the member changes.
+class KESTRUNE_API CNVMemoryType : public CXMLFolder {
+public:
+  /// Every text is "Unassigned".
+  CNVMemoryType();
+  /// With that key and name, sector sizes "0", write time "FALSE", and no description, symbol and driver id. Null
+  /// counts as empty.
+  CNVMemoryType(const char *key, const char *name);
+  CNVMemoryType(const CNVMemoryType &rhs);
+  ~CNVMemoryType() override;
+  CNVMemoryType &operator=(const CNVMemoryType &rhs);
+
+  void Init() override;
+  /// The text of "Key".
+  CString Key() const override;
+  void pushMembers() override;
+
+  /// "Key" as a number by the rules of C for its base; an empty text is 0. Throws CKRXException* (text 101) when
+  /// anything is left behind the number, and on "Unassigned".
+  int DriverKey() const;
+  const char *Name() const;
+  const char *Description() const;
+  const char *Symbol() const;
+  /// The number of the flash driver; read and throws as DriverKey.
+  int FlashDriverID() const;
+
+  /// The sizes as one text, which the library does not split.
+  CXMLElement FlashSectorSizes;
+  /// Whether writing takes a time that has to be waited for.
+  CXMLBoolAttribute EEWriteTimeRequired;
+
+private:
+  friend struct MemberList;
+  friend class CNVMemoryTypes;
+  template <class Visit>
+  static constexpr void forEachMember(Visit visit);
+
+  CXMLAttribute m_key;
+  CXMLElement m_name;
+  CXMLElement m_description;
+  CXMLElement m_symbol;
+  CXMLElement m_flashDriverID;
+};
+
+/// The non-volatile memories of one chip model.
+class KESTRUNE_API CNVMemoryTypes : public CXMLCollectionFolder {
+public:
+  CNVMemoryTypes();
+  CNVMemoryTypes(const CNVMemoryTypes &rhs);
+  ~CNVMemoryTypes() override;
+  CNVMemoryTypes &operator=(const CNVMemoryTypes &rhs);
+
+  void Init() override;
+  long Load(MSXML::IXMLDOMElement *parent) override;
+  void pushMembers() override;
+
+  /// Adds a memory with that key and, unless it is null, that name; the item stays the collection's. Null when `key` is
+  /// null, empty or there already.
+  CNVMemoryType *Add(const char *key, const char *name);
+  /// The item at `index`; throws std::out_of_range outside the list.
+  CNVMemoryType *operator[](int index);
+  /// The first item of that key, without regard to case, or null.
+  CNVMemoryType *Find(const char *key);
+
+protected:
+  CXMLFolder *NewFolder() override;
+};

@@ -1,0 +1,49 @@
+#include "tests/names/names_support.h"
+
+#include <dlfcn.h>
+
+namespace {
+
+class LinkCompatibility : public support::NameTest {};
+
+TEST_F(LinkCompatibility, AsksTheStandardFile) {
+  const auto close = [](void *library) { ::dlclose(library); };
+  const std::unique_ptr<void, decltype(close)> library(::dlopen(KESTRUNE_LIBRARY, RTLD_NOW), close);
+  ASSERT_NE(library, nullptr);
+  const auto compatible = reinterpret_cast<bool (*)(int, int)>(::dlsym(library.get(), "isLinkCompatible"));
+  ASSERT_NE(compatible, nullptr);
+  const auto pairs = [&] {
+    std::string all;
+    for (const int model : {-6, -5, 3, 4, 6, 7, 16, 17})
+      for (const int other : {-6, -5, 0, 5, 8, 17, 18, 19, 20, 21, 22, 23})
+        if (compatible(model, other))
+          all += std::to_string(model) + ":" + std::to_string(other) + " ";
+    return all;
+  };
+  const std::string equal = "-6:-6 -5:-5 17:17 ", some = "-6:-6 -5:-6 -5:-5 16:17 16:18 16:19 17:17 ";
+  const std::string types = folder / "c/Kestrune/Types/";
+  EXPECT_EQ(pairs(), equal) << "no file";
+  support::write(types + "Vorlan.xml", R"(<VorlanTyp><LinkCompatibleModels>
+    <LinkCompatibleModel Name="16"><LinkCompatibleList>;;17,18
+19, 20;0x15;022;23 </LinkCompatibleList></LinkCompatibleModel><LinkCompatibleModel Name="3"/>
+    <LinkCompatibleModel Name="-5"><LinkCompatibleList>-6</LinkCompatibleList></LinkCompatibleModel>
+    <LinkCompatibleModel Name="04"><LinkCompatibleList>5</LinkCompatibleList></LinkCompatibleModel>
+    <LinkCompatibleModel Name="6"><LinkCompatibleList></LinkCompatibleList></LinkCompatibleModel>
+  </LinkCompatibleModels></VorlanTyp>)");
+  EXPECT_EQ(pairs(), equal) << "a thread without COM";
+  const support::Com com;
+  for (const char *const place : {"d/w", "e/y", "c/Kestrune/Types"}) {
+    const support::CurrentDirectory current(make(place));
+    EXPECT_EQ(pairs(), some) << "in " << place;
+  }
+  support::write(types + "Vorlan-1.xml",
+                 "<VorlanTyp><LinkCompatibleModels><LinkCompatibleModel Name='7'><LinkCompatibleList>"
+                 "8</LinkCompatibleList></LinkCompatibleModel></LinkCompatibleModels></VorlanTyp>");
+  EXPECT_EQ(pairs(), some) << "the table of an add-on has no part in it";
+  support::write(types + "Vorlan-2.xml", "broken");
+  EXPECT_EQ(pairs(), equal) << "the last add-on decides";
+  support::write(types + "Vorlan-3.xml", "<VorlanTyp/>");
+  EXPECT_EQ(pairs(), some);
+}
+
+} // namespace
