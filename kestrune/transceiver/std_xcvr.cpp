@@ -1,0 +1,172 @@
+#include "kestrune/transceiver/std_xcvr.h"
+
+#include "kestrune/names/filename.h"
+#include "kestrune/xml/collection_merge.h"
+#include "kestrune/xml/companion_name.h"
+#include "kestrune/xml/member_list.h"
+
+#include <unordered_set>
+
+namespace {
+
+/// What CTransceivers3::FindByID finds out, each item being converted once: for a list that only grows at its end.
+class KnownIds {
+public:
+  explicit KnownIds(CTransceivers3 &items) : m_items(items) {}
+
+  /// Whether an item has that number. Throws like the search, and like it only when no item before the bad one has it.
+  bool contain(int id) {
+    if (m_ids.contains(id))
+      return true;
+    while (m_known < m_items.Count()) {
+      const int next = m_items[m_known]->std_id;
+      m_ids.insert(next);
+      ++m_known;
+      if (next == id)
+        return true;
+    }
+    return false;
+  }
+
+private:
+  CTransceivers3 &m_items;
+  std::unordered_set<int> m_ids; // of the first m_known items
+  int m_known = 0;
+};
+
+/// Adds to `list` the user's items whose name and number it does not have yet.
+void merge(CTransceivers3 &list, CTransceivers3 &userItems) {
+  const CollectionMerge names(list);
+  KnownIds ids(list);
+  for (int index = 0; index < userItems.Count(); ++index) {
+    CTransceiver3 &item = *userItems[index];
+    const int id = item.std_id; // also of an item whose name is known: a text that is no number always shows
+    if (list.Find(item.Name) != nullptr || ids.contain(id))
+      continue;
+    if (CTransceiver3 *const added = list.Add(item.Name))
+      *added = item;
+  }
+}
+
+/// The file that stands in for the standard one; empty when there is none.
+CFilename replacementFile() {
+  CMacroString folder("$PFDT$");
+  folder.Explode(folder, 10);
+  if (folder.IsEmpty())
+    return {};
+  CFilename file(folder + "\\stdxcvr.xml");
+  file.GetAbsolute(file, nullptr);
+  return file.FileExists() != 0 ? file : CFilename();
+}
+
+} // namespace
+
+template <class Visit>
+constexpr void CStdXcvr::forEachMember(Visit visit) {
+  visit(&CStdXcvr::Transceivers);
+}
+
+static_assert(sizeof(CStdXcvr) == sizeof(CXMLTopLevelFolder) + MemberList::size<CStdXcvr>());
+
+CStdXcvr::CStdXcvr() {
+  PutTag(CString("StdXcvr"));
+  CXMLTopLevelFolder::operator=("StdXcvr");
+  CStdXcvr::Init();
+}
+
+CStdXcvr::CStdXcvr(const CStdXcvr &rhs) : CStdXcvr() { *this = rhs; }
+
+CStdXcvr::~CStdXcvr() = default;
+
+CStdXcvr &CStdXcvr::operator=(const CStdXcvr &rhs) {
+  CXMLTopLevelFolder::operator=(rhs);
+  MemberList::copy(*this, rhs);
+  return *this;
+}
+
+void CStdXcvr::Init() {
+  Contents.Init();
+  Contents.FileDescription = "Standard Transceivers file";
+  Contents.Format = 1;
+  Contents.Content = 1;
+  pushMembers();
+}
+
+void CStdXcvr::pushMembers() {
+  CXMLTopLevelFolder::pushMembers();
+  MemberList::append(*this);
+}
+
+long CStdXcvr::LoadFromFile(const char *name) { return CXMLFolder::LoadFromFile(name, nullptr); }
+
+template <class Visit>
+constexpr void CStdXcvr2::forEachMember(Visit visit) {
+  visit(&CStdXcvr2::Transceivers2);
+}
+
+static_assert(sizeof(CStdXcvr2) == sizeof(CStdXcvr) + MemberList::size<CStdXcvr2>());
+
+CStdXcvr2::CStdXcvr2() { CStdXcvr2::pushMembers(); }
+
+CStdXcvr2::CStdXcvr2(const CStdXcvr2 &rhs) : CStdXcvr2() { *this = rhs; }
+
+CStdXcvr2::~CStdXcvr2() = default;
+
+CStdXcvr2 &CStdXcvr2::operator=(const CStdXcvr2 &rhs) {
+  CStdXcvr::operator=(rhs);
+  MemberList::copy(*this, rhs);
+  return *this;
+}
+
+void CStdXcvr2::pushMembers() {
+  CXMLTopLevelFolder::pushMembers();
+  MemberList::append(*this);
+}
+
+template <class Visit>
+constexpr void CStdXcvr3::forEachMember(Visit visit) {
+  visit(&CStdXcvr3::Transceivers3);
+}
+
+static_assert(sizeof(CStdXcvr3) == sizeof(CStdXcvr2) + MemberList::size<CStdXcvr3>());
+
+CStdXcvr3::CStdXcvr3() { CStdXcvr3::pushMembers(); }
+
+CStdXcvr3::CStdXcvr3(const CStdXcvr3 &rhs) : CStdXcvr3() { *this = rhs; }
+
+CStdXcvr3::~CStdXcvr3() = default;
+
+CStdXcvr3 &CStdXcvr3::operator=(const CStdXcvr3 &rhs) {
+  CStdXcvr2::operator=(rhs);
+  MemberList::copy(*this, rhs);
+  return *this;
+}
+
+void CStdXcvr3::Init() {
+  CStdXcvr2::Init();
+  MemberList::init(*this);
+}
+
+void CStdXcvr3::pushMembers() {
+  CXMLTopLevelFolder::pushMembers();
+  MemberList::append(*this);
+}
+
+long CStdXcvr3::LoadFromFile(const char *name) {
+  CFilename file = CompanionName(name);
+  if (file.GetName().Compare("UserXcvr") == 0)
+    return CXMLFolder::LoadFromFile(name, nullptr);
+  if (const CFilename replacement = replacementFile(); !replacement.IsEmpty()) {
+    file = replacement;
+    name = file;
+  }
+  long result = CXMLFolder::LoadFromFile(name, nullptr);
+  const CFilename userFile = file.GetPath() + "UserXcvr.xml";
+  if (userFile.FileExists() == 0)
+    return result;
+  CStdXcvr3 user;
+  result = user.LoadFromFile(userFile);
+  if (result >= 0)
+    merge(Transceivers3, user.Transceivers3);
+  return result;
+}

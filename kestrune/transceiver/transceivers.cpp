@@ -1,0 +1,232 @@
+#include "kestrune/transceiver/transceivers.h"
+
+#include "kestrune/xml/member_list.h"
+#include "kestrune/xml/number_text.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const char *kUnassigned = "Unassigned";
+
+} // namespace
+
+template <class Visit>
+constexpr void CTransceiver::forEachMember(Visit visit) {
+  visit(&CTransceiver::TevroskApproved, "TevroskApproved", "FALSE");
+  visit(&CTransceiver::Name, "Name");
+  visit(&CTransceiver::std_id, "std_id");
+  visit(&CTransceiver::support_level, "support_level");
+  visit(&CTransceiver::ChannelTypeNumber, "ChannelTypeNumber", "0");
+  visit(&CTransceiver::std_xcvr_id, "std_xcvr_id", "0");
+  visit(&CTransceiver::UsesVorlanComPort, "UsesVorlanComPort", "TRUE");
+  visit(&CTransceiver::Timing);
+  visit(&CTransceiver::Channel);
+  visit(&CTransceiver::ModeSpec);
+}
+
+static_assert(sizeof(CTransceiver) == sizeof(CXMLFolder) + MemberList::size<CTransceiver>());
+
+CTransceiver::CTransceiver() {
+  PutTag(CString("Transceiver"));
+  CXMLFolder::operator=("Transceiver");
+  CTransceiver::Init();
+}
+
+CTransceiver::CTransceiver(const char *name) : CTransceiver() { Name = name; }
+
+CTransceiver::CTransceiver(const CTransceiver &rhs) : CTransceiver() { *this = rhs; }
+
+CTransceiver::~CTransceiver() = default;
+
+CTransceiver &CTransceiver::operator=(const CTransceiver &rhs) {
+  CXMLPersistent::operator=(rhs);
+  MemberList::copy(*this, rhs);
+  pushMembers();
+  return *this;
+}
+
+void CTransceiver::Init() {
+  MemberList::init(*this);
+  pushMembers();
+}
+
+CString CTransceiver::Key() const { return Name; }
+
+void CTransceiver::pushMembers() {
+  m_members.clear();
+  MemberList::append(*this);
+}
+
+template <class Visit>
+constexpr void CTransceiver2::forEachMember(Visit visit) {
+  visit(&CTransceiver2::SignalStrengthIndicator, "SignalStrengthIndicator", "FALSE");
+  visit(&CTransceiver2::SupportAlternateClockRates, "SupportAlternateClockRates", "FALSE");
+}
+
+static_assert(sizeof(CTransceiver2) == sizeof(CTransceiver) + MemberList::size<CTransceiver2>());
+
+CTransceiver2::CTransceiver2() { CTransceiver2::Init(); }
+
+CTransceiver2::CTransceiver2(const char *name) : CTransceiver2() { Name = name; }
+
+CTransceiver2::CTransceiver2(const CTransceiver2 &rhs) : CTransceiver2() { *this = rhs; }
+
+CTransceiver2::~CTransceiver2() = default;
+
+CTransceiver2 &CTransceiver2::operator=(const CTransceiver2 &rhs) {
+  CTransceiver::operator=(rhs);
+  MemberList::copy(*this, rhs);
+  pushMembers();
+  return *this;
+}
+
+void CTransceiver2::Init() {
+  CTransceiver::Init();
+  MemberList::init(*this);
+  pushMembers();
+}
+
+void CTransceiver2::pushMembers() {
+  CTransceiver::pushMembers();
+  MemberList::append(*this);
+}
+
+template <class Visit>
+constexpr void CTransceiver3::forEachMember(Visit visit) {
+  visit(&CTransceiver3::ModeSpec2);
+  visit(&CTransceiver3::SchedulerMode, "SchedulerMode", kUnassigned);
+}
+
+static_assert(sizeof(CTransceiver3) == sizeof(CTransceiver2) + MemberList::size<CTransceiver3>());
+
+CTransceiver3::CTransceiver3() { CTransceiver3::Init(); }
+
+CTransceiver3::CTransceiver3(const char *name) : CTransceiver3() { Name = name; }
+
+CTransceiver3::CTransceiver3(const CTransceiver3 &rhs) : CTransceiver3() { *this = rhs; }
+
+CTransceiver3::~CTransceiver3() = default;
+
+CTransceiver3 &CTransceiver3::operator=(const CTransceiver3 &rhs) {
+  if (this == &rhs)
+    return *this;
+  CTransceiver2::operator=(rhs);
+  MemberList::copy(*this, rhs);
+  ModeSpec = ModeSpec2;
+  pushMembers();
+  return *this;
+}
+
+void CTransceiver3::Init() {
+  CTransceiver2::Init();
+  MemberList::init(*this);
+  pushMembers();
+}
+
+long CTransceiver3::Load(MSXML::IXMLDOMElement *parent) {
+  const long result = CXMLFolder::Load(parent);
+  ModeSpec = ModeSpec2;
+  return result;
+}
+
+long CTransceiver3::LoadFromFile(const char *name, const char *base) {
+  const long result = CXMLFolder::LoadFromFile(name, base);
+  ModeSpec = ModeSpec2;
+  return result;
+}
+
+void CTransceiver3::pushMembers() {
+  CTransceiver2::pushMembers();
+  MemberList::append(*this);
+  // ModeSpec2 stands in the place of the member that it replaces.
+  const auto replacement = std::find(m_members.begin(), m_members.end(), &ModeSpec2);
+  *std::find(m_members.begin(), m_members.end(), &ModeSpec) = *replacement;
+  m_members.erase(replacement);
+}
+
+unsigned int CTransceiver3::GetSchedulerMode() const {
+  return SchedulerMode.Compare(kUnassigned) == 0 ? 0 : ParseUnsigned(SchedulerMode, 10);
+}
+
+CTransceivers::CTransceivers() {
+  CXMLFolder::operator=("Transceivers");
+  CTransceivers::Init();
+}
+
+CTransceivers::CTransceivers(const CTransceivers &rhs) : CTransceivers() { *this = rhs; }
+
+CTransceivers::~CTransceivers() = default;
+
+CTransceivers &CTransceivers::operator=(const CTransceivers &rhs) {
+  CXMLCollectionFolder::operator=(rhs);
+  copyItems<CTransceiver>(rhs);
+  return *this;
+}
+
+void CTransceivers::Init() {
+  setTags("Transceivers", "Transceiver", "Name");
+  pushMembers();
+}
+
+CTransceiver *CTransceivers::Add(const char *name) { return addKeyed<CTransceiver>(name, &CTransceiver::Name); }
+
+CTransceiver *CTransceivers::operator[](int index) {
+  return static_cast<CTransceiver *>(CXMLCollectionFolder::operator[](index));
+}
+
+CTransceiver *CTransceivers::Find(const char *name) { return static_cast<CTransceiver *>(FindItem(name)); }
+
+CTransceiver *CTransceivers::FindByID(int id) {
+  return findFirst<CTransceiver>([id](CTransceiver &item) { return static_cast<int>(item.std_id) == id; });
+}
+
+CXMLFolder *CTransceivers::NewFolder() { return new CTransceiver; }
+
+CTransceivers2::CTransceivers2() = default;
+
+CTransceivers2::CTransceivers2(const CTransceivers2 &rhs) : CTransceivers2() { *this = rhs; }
+
+CTransceivers2::~CTransceivers2() = default;
+
+CTransceivers2 &CTransceivers2::operator=(const CTransceivers2 &rhs) {
+  CXMLCollectionFolder::operator=(rhs);
+  copyItems<CTransceiver2>(rhs);
+  return *this;
+}
+
+CTransceiver2 *CTransceivers2::Add(const char *name) { return static_cast<CTransceiver2 *>(CTransceivers::Add(name)); }
+
+CTransceiver2 *CTransceivers2::operator[](int index) {
+  return static_cast<CTransceiver2 *>(CXMLCollectionFolder::operator[](index));
+}
+
+CTransceiver2 *CTransceivers2::Find(const char *name) { return static_cast<CTransceiver2 *>(FindItem(name)); }
+
+CTransceiver2 *CTransceivers2::FindByID(int id) { return static_cast<CTransceiver2 *>(CTransceivers::FindByID(id)); }
+
+CXMLFolder *CTransceivers2::NewFolder() { return new CTransceiver2; }
+
+CTransceivers3::CTransceivers3() = default;
+
+CTransceivers3::CTransceivers3(const CTransceivers3 &rhs) : CTransceivers3() { *this = rhs; }
+
+CTransceivers3::~CTransceivers3() = default;
+
+CTransceivers3 &CTransceivers3::operator=(const CTransceivers3 &rhs) {
+  CXMLCollectionFolder::operator=(rhs);
+  copyItems<CTransceiver3>(rhs);
+  return *this;
+}
+
+CTransceiver3 *CTransceivers3::Add(const char *name) { return static_cast<CTransceiver3 *>(CTransceivers::Add(name)); }
+
+CTransceiver3 *CTransceivers3::operator[](int index) {
+  return static_cast<CTransceiver3 *>(CXMLCollectionFolder::operator[](index));
+}
+
+CTransceiver3 *CTransceivers3::Find(const char *name) { return static_cast<CTransceiver3 *>(FindItem(name)); }
+
+CTransceiver3 *CTransceivers3::FindByID(int id) { return static_cast<CTransceiver3 *>(CTransceivers::FindByID(id)); }
+
+CXMLFolder *CTransceivers3::NewFolder() { return new CTransceiver3; }
