@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Installs a build into an empty folder and meets it there as a stranger does: through CMake, through pkg-config, and as a
+# Debian package.
+#   check_package.sh BUILD_FOLDER CHIP_FILE
+set -euo pipefail
+build=$(realpath "$1")
+chip_file=$(realpath "$2")
+here=$(cd "$(dirname "$0")" && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work" # no vorlan.xml here to stand in for the file
+
+fail() { echo "check_package: $*" >&2; exit 1; }
+
+cmake --install "$build" --prefix "$work/prefix" >/dev/null
+mv "$work/prefix" "$work/moved" # an installed tree can be moved
+prefix=$work/moved
+
+configure() { cmake -S "$here" -B "$1" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DWANTED_VERSION="$2"; }
+configure through-cmake 4 >/dev/null
+cmake --build through-cmake >/dev/null
+through-cmake/consumer "$chip_file"
+configure version-5 5 >/dev/null 2>&1 && fail "version 5 was not refused"
+
+pc=$(find "$prefix" -name KestruneXML-4.pc)
+export PKG_CONFIG_PATH=${pc%/*}
+[ "$(pkg-config --modversion KestruneXML-4)" = 4.0.0 ] || fail "wrong version in the pkg-config file"
+flags=$(pkg-config --cflags --libs KestruneXML-4)
+[[ $flags != *expat* ]] || fail "a program has to know Expat: $flags"
+# shellcheck disable=SC2086
+c++ -std=c++20 -Wall -Wextra -Wpedantic -Werror "$here/main.cpp" $flags -o through-pkg-config
+LD_LIBRARY_PATH=$(pkg-config --variable=libdir KestruneXML-4) ./through-pkg-config "$chip_file"
+
+library=$(find "$prefix" -name libKestruneXML-4.so)
+readelf -d "$library" | grep -q 'SONAME.*\[libKestruneXML-4\.so\.4\]' || fail "no versioned SONAME"
+needed=$(readelf -d "$library" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | grep -vE '^(libexpat|libstdc\+\+|libm|libgcc_s|libc|ld-linux.*)\.so' || true)
+[ -z "$needed" ] || fail "the library needs $needed"
+grep -rlE '#include *(<expat|<unistd|<sys/|<fcntl|<windows)' "$prefix/include" && fail "a system header in the interface"
+
+(cd "$build" && cpack -B "$work/deb" >/dev/null)
+contents=$(dpkg-deb --contents "$work"/deb/kestrune-xml_*.deb)
+for file in ./usr/lib/libKestruneXML-4.so.4.0.0 ./usr/lib/libKestruneXML-4.so ./usr/include/kestrune/library/kestrune_xml.h \
+            ./usr/lib/cmake/KestruneXML/KestruneXMLConfig.cmake ./usr/lib/pkgconfig/KestruneXML-4.pc ./usr/bin/kestrune-data; do
+  grep -qF " $file" <<<"$contents" || fail "the Debian package lacks $file"
+done
+dpkg-deb --field "$work"/deb/kestrune-xml_*.deb Depends | grep -q libexpat1 || fail "the package does not depend on Expat"

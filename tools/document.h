@@ -1,0 +1,33 @@
+#pragma once
+
+#include "kestrune/library/kestrune_xml.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+// Opening a file by what it is.
+
+/// A document of the class that fits a file's root element.
+struct OpenedDocument {
+  std::unique_ptr<CXMLTopLevelFolder> document; // null when the file could not be told
+  const char *kind = "";
+  long result = S_OK;
+  std::string place; // "LINE:COLUMN: " of a file that is not well-formed
+  std::string reason;
+
+  bool failed() const { return result < 0; }
+};
+
+/// Finds out what kind of document `file` is and loads it with the class for it. A chip file brings its add-on files,
+/// and a transceiver file the user's own.
+OpenedDocument openDocument(const std::string &file);
+
+/// "FILE:LINE:COLUMN: reason (0x80040005)": why a document could not be loaded whole.
+std::string failureText(const std::string &file, const OpenedDocument &opened);
+
+/// The members of a folder, in the order of the file.
+const std::vector<CXMLPersistent *> &membersOf(CXMLFolder &folder);
+
+/// The text of the member with that tag; empty when there is none. A collection gives the number of its items.
+std::string memberText(CXMLFolder &folder, const char *tag);
