@@ -5,69 +5,208 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
+#include <limits>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <utility>
 
 namespace {
 
 std::string_view orEmpty(const char *text) { return text != nullptr ? std::string_view(text) : std::string_view(); }
 
+/// Copies the bytes of a text, which may overlap. An empty one may have no place at all.
+void copyBytes(char *to, std::string_view text) {
+  if (!text.empty())
+    std::memmove(to, text.data(), text.size());
+}
+
 /// Whether the byte at `position` is the trail byte of a character of a double-byte page: only a walk from the start of
 /// the text can tell.
-bool isTrailByte(const std::string &text, std::size_t position) {
+bool isTrailByte(std::string_view text, std::size_t position) {
   std::size_t start = 0;
   while (start < position)
     start += IsDBCSLeadByte(static_cast<unsigned char>(text[start])) != 0 && start + 1 < text.size() ? 2 : 1;
   return start > position;
 }
 
+/// Whether an ending or a match at `position` is only half of a character.
+bool isHalf(std::string_view text, std::size_t position) {
+  return platform::IsDoubleByteCodePage() && isTrailByte(text, position);
+}
+
 /// Calls `change` with each byte that is a character of its own.
 template <class Change>
-void forEachSingleByte(std::string &text, Change change) {
+void forEachSingleByte(char *text, std::size_t size, Change change) {
   const bool doubleByte = platform::IsDoubleByteCodePage();
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (doubleByte && IsDBCSLeadByte(static_cast<unsigned char>(text[i])) != 0 && i + 1 < text.size())
+  for (std::size_t i = 0; i < size; ++i) {
+    if (doubleByte && IsDBCSLeadByte(static_cast<unsigned char>(text[i])) != 0 && i + 1 < size)
       ++i;
     else
       change(text[i]);
   }
 }
 
+// In front of a text on the heap stands the size of its room.
+using Room = std::uint32_t;
+
 } // namespace
 
-CString::CString(const wchar_t *text) : m_text(text != nullptr ? platform::WideToText(text) : std::string()) {}
+CString::CString(const wchar_t *text)
+    : CString(std::string_view(text != nullptr ? platform::WideToText(text) : std::string())) {}
 
-CString::CString(char character, int count) : m_text(static_cast<std::size_t>(std::max(count, 0)), character) {}
+CString::CString(char character, int count)
+    : CString(std::string_view(std::string(static_cast<std::size_t>(std::max(count, 0)), character))) {}
 
 CString::CString(const char *text, int length)
-    : m_text(orEmpty(text).data(), text != nullptr ? static_cast<std::size_t>(std::max(length, 0)) : 0) {}
+    : CString(text != nullptr ? std::string_view(text, static_cast<std::size_t>(std::max(length, 0)))
+                              : std::string_view()) {}
+
+CString CString::OfLiteral(const char *text) {
+  const std::string_view view = orEmpty(text);
+  CString literal;
+  if (view.size() <= kInPlace)
+    literal.assign(view);
+  else
+    literal.setPointer(view.data(), view.size(), kLiteral);
+  return literal;
+}
+
+CString &CString::operator=(const CString &other) {
+  if (this == &other)
+    return *this;
+  if (other.mark() == kOnHeap) {
+    assign(other.View());
+  } else {
+    release();
+    std::memcpy(m_bytes, other.m_bytes, sizeof m_bytes);
+  }
+  return *this;
+}
+
+CString &CString::operator=(CString &&other) noexcept {
+  if (this != &other) {
+    release();
+    std::memcpy(m_bytes, other.m_bytes, sizeof m_bytes);
+    other.setEmpty();
+  }
+  return *this;
+}
 
 CString &CString::operator=(const char *text) {
-  m_text.assign(orEmpty(text));
+  assign(orEmpty(text));
   return *this;
 }
 
 CString &CString::operator=(const wchar_t *text) { return *this = CString(text); }
 
 CString &CString::operator+=(const char *text) {
-  m_text.append(orEmpty(text));
+  append(orEmpty(text));
   return *this;
+}
+
+void CString::freeHeap() noexcept { ::operator delete(const_cast<char *>(pointer()) - sizeof(Room)); }
+
+void CString::setPointer(const char *text, std::size_t length, unsigned char mark) noexcept {
+  std::memcpy(m_bytes, &text, sizeof text);
+  m_bytes[kInPlace] = static_cast<char>(mark);
+  setLength(length);
+}
+
+void CString::setLength(std::size_t length) noexcept {
+  if (isInPlace()) {
+    m_bytes[length] = '\0';
+    m_bytes[kInPlace] = static_cast<char>(kInPlace - length);
+    return;
+  }
+  const auto stored = static_cast<std::uint32_t>(length);
+  std::memcpy(m_bytes + sizeof(char *), &stored, sizeof stored);
+  if (mark() == kOnHeap)
+    const_cast<char *>(pointer())[length] = '\0';
+}
+
+std::size_t CString::capacity() const noexcept {
+  if (isInPlace())
+    return kInPlace;
+  Room room = 0;
+  if (mark() == kOnHeap)
+    std::memcpy(&room, pointer() - sizeof room, sizeof room);
+  return room;
+}
+
+char *CString::reserve(std::size_t length) {
+  if (mark() != kLiteral && length <= capacity())
+    return const_cast<char *>(data());
+  if (length > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+    throw std::length_error("CString");
+  const std::size_t kept = std::min(size(), length);
+  // Growing by half keeps a text that is built byte by byte cheap.
+  const auto room = static_cast<Room>(std::max(length, kept > kInPlace ? kept + kept / 2 : length));
+  char *const text = static_cast<char *>(::operator new(sizeof room + room + 1)) + sizeof room;
+  std::memcpy(text - sizeof room, &room, sizeof room);
+  std::memcpy(text, data(), kept);
+  release();
+  setPointer(text, kept, kOnHeap);
+  return text;
+}
+
+void CString::assign(std::string_view text) {
+  if (mark() != kLiteral && text.size() <= capacity()) {
+    copyBytes(const_cast<char *>(data()), text); // `text` may be a part of this one
+    setLength(text.size());
+    return;
+  }
+  CString other;
+  copyBytes(other.reserve(text.size()), text);
+  other.setLength(text.size());
+  *this = std::move(other);
+}
+
+void CString::append(std::string_view text) { replace(size(), 0, text); }
+
+void CString::replace(std::size_t start, std::size_t count, std::string_view text) {
+  const std::size_t oldSize = size();
+  const std::size_t newSize = oldSize - count + text.size();
+  if (newSize > capacity() || mark() == kLiteral || (text.data() >= data() && text.data() <= data() + oldSize)) {
+    // In a room of its own, so that `text` may be a part of this one.
+    CString other;
+    char *const room = other.reserve(newSize > kInPlace && start == oldSize ? newSize + newSize / 2 : newSize);
+    std::memcpy(room, data(), start);
+    copyBytes(room + start, text);
+    std::memcpy(room + start + text.size(), data() + start + count, oldSize - start - count);
+    other.setLength(newSize);
+    *this = std::move(other);
+    return;
+  }
+  char *const room = const_cast<char *>(data());
+  std::memmove(room + start + text.size(), room + start + count, oldSize - start - count);
+  copyBytes(room + start, text);
+  setLength(newSize);
+}
+
+void CString::resize(std::size_t length) {
+  const std::size_t oldSize = size();
+  char *const text = reserve(length);
+  if (length > oldSize)
+    std::memset(text + oldSize, 0, length - oldSize);
+  setLength(length);
 }
 
 char CString::GetAt(int index) const {
   if (index < 0 || index > GetLength())
     AfxThrowInvalidArgException();
-  return m_text.c_str()[index];
+  return data()[index];
 }
 
 void CString::SetAt(int index, char character) {
   if (index < 0 || index >= GetLength())
     AfxThrowInvalidArgException();
-  m_text[static_cast<std::size_t>(index)] = character;
+  reserve(size())[index] = character;
 }
 
-int CString::Compare(const char *other) const { return m_text.compare(orEmpty(other)); }
+int CString::Compare(const char *other) const { return View().compare(orEmpty(other)); }
 
-int CString::CompareNoCase(const char *other) const { return platform::CompareNoCase(m_text, orEmpty(other)); }
+int CString::CompareNoCase(const char *other) const { return platform::CompareNoCase(View(), orEmpty(other)); }
 
 int CString::Find(char character, int start) const {
   const char text[] = {character, '\0'};
@@ -77,17 +216,17 @@ int CString::Find(char character, int start) const {
 int CString::Find(const char *text, int start) const {
   if (start < 0 || start > GetLength())
     return -1;
-  std::size_t found = m_text.find(orEmpty(text), static_cast<std::size_t>(start));
-  while (found != std::string::npos && platform::IsDoubleByteCodePage() && isTrailByte(m_text, found))
-    found = m_text.find(orEmpty(text), found + 1);
-  return found != std::string::npos ? static_cast<int>(found) : -1;
+  std::size_t found = View().find(orEmpty(text), static_cast<std::size_t>(start));
+  while (found != std::string_view::npos && isHalf(View(), found))
+    found = View().find(orEmpty(text), found + 1);
+  return found != std::string_view::npos ? static_cast<int>(found) : -1;
 }
 
 int CString::ReverseFind(char character) const {
-  std::size_t found = m_text.rfind(character);
-  while (found != std::string::npos && platform::IsDoubleByteCodePage() && isTrailByte(m_text, found))
-    found = found > 0 ? m_text.rfind(character, found - 1) : std::string::npos;
-  return found != std::string::npos ? static_cast<int>(found) : -1;
+  std::size_t found = View().rfind(character);
+  while (found != std::string_view::npos && isHalf(View(), found))
+    found = found > 0 ? View().rfind(character, found - 1) : std::string_view::npos;
+  return found != std::string_view::npos ? static_cast<int>(found) : -1;
 }
 
 CString CString::Left(int count) const { return Mid(0, count); }
@@ -96,7 +235,7 @@ CString CString::Mid(int first) const { return Mid(first, GetLength()); }
 
 CString CString::Mid(int first, int count) const {
   const int start = std::clamp(first, 0, GetLength());
-  return {m_text.data() + start, std::clamp(count, 0, GetLength() - start)};
+  return {data() + start, std::clamp(count, 0, GetLength() - start)};
 }
 
 CString CString::Right(int count) const { return Mid(GetLength() - std::clamp(count, 0, GetLength())); }
@@ -104,23 +243,23 @@ CString CString::Right(int count) const { return Mid(GetLength() - std::clamp(co
 int CString::Delete(int index, int count) {
   const int start = std::max(index, 0);
   if (count > 0 && start < GetLength())
-    m_text.erase(static_cast<std::size_t>(start), static_cast<std::size_t>(count));
+    replace(static_cast<std::size_t>(start), static_cast<std::size_t>(std::min(count, GetLength() - start)), {});
   return GetLength();
 }
 
 int CString::Insert(int index, char character) {
-  m_text.insert(static_cast<std::size_t>(std::clamp(index, 0, GetLength())), 1, character);
+  replace(static_cast<std::size_t>(std::clamp(index, 0, GetLength())), 0, {&character, 1});
   return GetLength();
 }
 
 int CString::Insert(int index, const char *text) {
-  m_text.insert(static_cast<std::size_t>(std::clamp(index, 0, GetLength())), std::string(orEmpty(text)));
+  replace(static_cast<std::size_t>(std::clamp(index, 0, GetLength())), 0, orEmpty(text));
   return GetLength();
 }
 
 int CString::Replace(char from, char to) {
   int count = 0;
-  forEachSingleByte(m_text, [&](char &character) {
+  forEachSingleByte(reserve(size()), size(), [&](char &character) {
     if (character == from) {
       character = to;
       ++count;
@@ -131,27 +270,24 @@ int CString::Replace(char from, char to) {
 
 CString &CString::Trim(const char *set) {
   const std::string_view characters = orEmpty(set);
-  const std::size_t start = std::min(m_text.find_first_not_of(characters), m_text.size());
-  m_text.erase(0, start);
-  while (!m_text.empty() && characters.find(m_text.back()) != std::string_view::npos) {
-    if (platform::IsDoubleByteCodePage() && isTrailByte(m_text, m_text.size() - 1))
-      break;
-    m_text.pop_back();
-  }
+  std::string_view text = View();
+  text.remove_prefix(std::min(text.find_first_not_of(characters), text.size()));
+  while (!text.empty() && characters.find(text.back()) != std::string_view::npos && !isHalf(text, text.size() - 1))
+    text.remove_suffix(1);
+  assign(text);
   return *this;
 }
 
 CString &CString::TrimRight(char character) {
-  while (!m_text.empty() && m_text.back() == character) {
-    if (platform::IsDoubleByteCodePage() && isTrailByte(m_text, m_text.size() - 1))
-      break;
-    m_text.pop_back();
-  }
+  std::string_view text = View();
+  while (!text.empty() && text.back() == character && !isHalf(text, text.size() - 1))
+    text.remove_suffix(1);
+  resize(text.size());
   return *this;
 }
 
 CString &CString::MakeUpper() {
-  forEachSingleByte(m_text, [](char &character) {
+  forEachSingleByte(reserve(size()), size(), [](char &character) {
     if (character >= 'a' && character <= 'z')
       character = static_cast<char>(character - 'a' + 'A');
   });
@@ -159,7 +295,7 @@ CString &CString::MakeUpper() {
 }
 
 CString &CString::MakeLower() {
-  forEachSingleByte(m_text, [](char &character) {
+  forEachSingleByte(reserve(size()), size(), [](char &character) {
     if (character >= 'A' && character <= 'Z')
       character = static_cast<char>(character - 'A' + 'a');
   });
@@ -179,11 +315,11 @@ void CString::FormatV(const char *format, va_list arguments) {
   va_copy(measured, arguments);
   const int length = std::vsnprintf(nullptr, 0, pattern, measured);
   va_end(measured);
-  std::string text(static_cast<std::size_t>(std::max(length, 0)), '\0');
-  // The terminator goes where std::string keeps one of its own.
-  if (length > 0)
-    std::vsnprintf(text.data(), text.size() + 1, pattern, arguments);
-  m_text = std::move(text);
+  CString text;
+  char *const room = text.reserve(static_cast<std::size_t>(std::max(length, 0)));
+  std::vsnprintf(room, text.capacity() + 1, pattern, arguments); // NOLINT(clang-analyzer-valist.Uninitialized)
+  text.setLength(static_cast<std::size_t>(std::max(length, 0)));
+  *this = std::move(text);
 }
 
 bool CString::LoadString(UINT id) {
@@ -194,16 +330,16 @@ bool CString::LoadString(UINT id) {
 
 char *CString::GetBuffer(int minimum) {
   if (minimum > GetLength())
-    m_text.resize(static_cast<std::size_t>(minimum));
-  return m_text.data();
+    resize(static_cast<std::size_t>(minimum));
+  return reserve(size());
 }
 
 char *CString::GetBufferSetLength(int length) {
-  m_text.resize(static_cast<std::size_t>(std::max(length, 0)));
-  return m_text.data();
+  resize(static_cast<std::size_t>(std::max(length, 0)));
+  return reserve(size());
 }
 
 void CString::ReleaseBuffer(int length) {
-  const std::size_t end = length < 0 ? std::strlen(m_text.c_str()) : static_cast<std::size_t>(length);
-  m_text.resize(std::min(end, m_text.size()));
+  const std::size_t end = length < 0 ? std::strlen(data()) : static_cast<std::size_t>(length);
+  resize(std::min(end, size()));
 }

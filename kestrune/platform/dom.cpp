@@ -65,17 +65,32 @@ std::uint32_t DomTree::find(std::string_view name) const {
 }
 
 DomTree::Element *DomTree::newElement(std::uint32_t name) {
-  return new (m_arena.allocate(sizeof(Element), alignof(Element))) Element(m_document, name);
+  return new (allocate(sizeof(Element), alignof(Element))) Element(m_document, name);
 }
 
 MSXML::IXMLDOMNode *DomTree::newNode(MSXML::IXMLDOMNode::Kind kind, std::uint32_t name) {
   using Node = MSXML::IXMLDOMNode;
-  return new (m_arena.allocate(sizeof(Node), alignof(Node))) Node(m_document, kind, name);
+  return new (allocate(sizeof(Node), alignof(Node))) Node(m_document, kind, name);
 }
 
 DomTree::Element::Attribute *DomTree::newAttribute(std::uint32_t name) {
   using Attribute = Element::Attribute;
-  return new (m_arena.allocate(sizeof(Attribute), alignof(Attribute))) Attribute{nullptr, nullptr, 0, name};
+  return new (allocate(sizeof(Attribute), alignof(Attribute))) Attribute{nullptr, nullptr, 0, name};
+}
+
+void *DomTree::allocate(std::size_t size, std::size_t alignment) {
+  if (std::align(alignment, size, m_free, m_freeSize) == nullptr) {
+    const bool large = size > kBlockSize / 4;
+    m_blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(large ? size : kBlockSize));
+    if (large)
+      return m_blocks.back().get(); // the block before goes on
+    m_free = m_blocks.back().get();
+    m_freeSize = kBlockSize;
+  }
+  void *const room = m_free;
+  m_free = static_cast<std::byte *>(m_free) + size;
+  m_freeSize -= size;
+  return room;
 }
 
 void DomTree::link(Element *parent, MSXML::IXMLDOMNode *child) {
@@ -93,8 +108,8 @@ std::string_view DomTree::keep(std::string_view text) {
   if (isLayout(text))
     return {kLayout.data(), text.size()};
   if (text.empty())
-    return {"", 0};
-  char *const copy = static_cast<char *>(m_arena.allocate(text.size(), 1));
+    return std::string_view("");
+  char *const copy = static_cast<char *>(allocate(text.size(), 1));
   std::memcpy(copy, text.data(), text.size());
   return {copy, text.size()};
 }
@@ -118,7 +133,7 @@ std::string_view DomTree::fromCodePage(std::string_view text, std::string &buffe
 
 std::size_t DomTree::firstBehind(std::uint32_t name, std::uint32_t order) {
   Name &entry = m_names[name];
-  const std::vector<Element *> &elements = entry.elements;
+  const std::deque<Element *> &elements = entry.elements;
   const auto isFirstBehind = [&](std::size_t i) {
     return (i == 0 || elements[i - 1]->m_order <= order) && (i == elements.size() || elements[i]->m_order > order);
   };

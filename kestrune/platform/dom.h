@@ -96,6 +96,7 @@ private:
   mutable IXMLDOMElement *m_last = nullptr;
 };
 
+/// An element with its attributes, which stand in the order of their first setting.
 class KESTRUNE_API IXMLDOMElement : public IXMLDOMNode {
 public:
   CString GettagName() const;
@@ -138,6 +139,7 @@ struct ParseError {
   CString reason;
 };
 
+/// A document and all its nodes: loaded from a file once, or built and saved.
 class KESTRUNE_API IXMLDOMDocument {
 public:
   /// A new, empty document. Fails with CO_E_NOTINITIALIZED on a thread without COM.

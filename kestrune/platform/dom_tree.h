@@ -4,7 +4,8 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory_resource>
+#include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -24,8 +25,8 @@ public:
 
   struct Name {
     std::string_view text;
-    std::vector<Element *> elements; // of a parsed document, in document order
-    std::size_t cursor = 0;          // where the last search ended: the next one mostly ends beside it
+    std::deque<Element *> elements; // of a parsed document, in document order
+    std::size_t cursor = 0;         // where the last search ended: the next one mostly ends beside it
   };
 
   explicit DomTree(MSXML::IXMLDOMDocument *document) : m_document(document) {}
@@ -71,7 +72,14 @@ public:
 
 private:
   MSXML::IXMLDOMDocument *m_document;
-  std::pmr::monotonic_buffer_resource m_arena{16384};
+  /// Room for `size` bytes that lives as long as the tree.
+  void *allocate(std::size_t size, std::size_t alignment);
+
+  // Blocks below the size from which malloc asks the system for each anew: a later document finds them in the heap.
+  static constexpr std::size_t kBlockSize = std::size_t{64} << 10;
+  std::vector<std::unique_ptr<std::byte[]>> m_blocks;
+  void *m_free = nullptr; // the rest of the last block
+  std::size_t m_freeSize = 0;
   std::unordered_map<std::string_view, std::uint32_t> m_numbers;
 };
 

@@ -183,8 +183,8 @@ bool exceedsSizeLimit(std::uint64_t size) {
 int writeAll(int handle, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = retried([&] { return ::write(handle, bytes.data(), bytes.size()); });
-    if (count < 0)
-      return errno;
+    if (count <= 0)
+      return count < 0 ? errno : EIO;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
   return 0;

@@ -54,9 +54,10 @@ public:
   CFile &operator=(const CFile &) = delete;
   ~CFile();
 
-  /// Opens for reading, or for writing with modeWrite; with modeCreate the file is made or emptied. Opening for writing
-  /// fails where the read-only attribute is set, and, with shareDenyWrite, where somebody has the file open with
-  /// shareDenyWrite. A refused open leaves the file as it was. Returns false on failure.
+  /// Opens for reading, or for writing with modeWrite; with both modeWrite and modeCreate the file is made or emptied.
+  /// Opening for writing fails where the read-only attribute is set, and, with shareDenyWrite, where somebody has the
+  /// file open with shareDenyWrite. A refused open leaves the file as it was. Returns false on failure, and where this
+  /// object is open already.
   bool Open(const char *name, unsigned flags);
   void Close();
   std::uint64_t GetLength() const;

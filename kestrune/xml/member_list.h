@@ -2,6 +2,7 @@
 
 #include "kestrune/xml/xml_folder.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <type_traits>
 
@@ -13,8 +14,8 @@
 ///       visit(&CClock::m_multipliers);                    // a folder names itself
 ///     }
 ///
-/// in the order of the file, with MemberList as a friend. A record that extends an older one lists its own members
-/// alone.
+/// in the order of the file, with MemberList as a friend; the tags are literals. A record that extends an older one
+/// lists its own members alone.
 struct MemberList {
   /// Gives each member its tag and default; a member that is a folder initialises itself.
   template <class Record>
@@ -26,7 +27,10 @@ struct MemberList {
   template <class Record>
   static void append(Record &record) {
     CXMLFolder &folder = record;
-    folder.m_members.reserve(folder.m_members.size() + count<Record>());
+    const std::size_t wanted = folder.m_members.size() + count<Record>();
+    // The list of an older version is as long as it needs to be; room for those behind it is taken once.
+    if (folder.m_members.capacity() < wanted)
+      folder.m_members.reserve(std::max(wanted, 2 * folder.m_members.size()));
     Record::forEachMember(
         [&](auto member, const auto &.../*tag and default*/) { folder.m_members.push_back(&(record.*member)); });
   }
@@ -72,10 +76,12 @@ private:
     }
     template <class Value>
     void operator()(Value value, const char *tag) const {
-      (record.*value).PutTag(CString(tag));
+      (record.*value).PutTag(CString::OfLiteral(tag));
     }
     template <class Value, class Default>
     void operator()(Value value, const char *tag, Default text) const {
+      // Init finds the tag in place already, and makes no copy of it.
+      (record.*value).PutTag(CString::OfLiteral(tag));
       (record.*value).Init(tag, text);
     }
   };

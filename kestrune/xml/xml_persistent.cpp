@@ -28,13 +28,18 @@ void CXMLPersistent::Init() {
   m_tag = kUndefined;
 }
 
+void CXMLPersistent::setTag(const char *tag) {
+  if (m_tag.Compare(orUnassigned(tag)) != 0)
+    m_tag = orUnassigned(tag);
+}
+
 void CXMLPersistent::Init(const char *tag, const char *value) {
-  m_tag = orUnassigned(tag);
+  setTag(tag);
   CString::operator=(orUnassigned(value));
 }
 
 void CXMLPersistent::Init(const char *tag, int value) {
-  m_tag = orUnassigned(tag);
+  setTag(tag);
   if (value == 0)
     CString::operator=(kUnassigned);
   else
@@ -126,7 +131,7 @@ CXMLBoolAttribute &CXMLBoolAttribute::operator=(const CXMLBoolAttribute &rhs) {
 }
 
 void CXMLBoolAttribute::Init(const char *tag, bool value) {
-  m_tag = orUnassigned(tag);
+  setTag(tag);
   *this = value;
 }
 
@@ -153,11 +158,10 @@ CXMLElement &CXMLElement::operator=(const CXMLElement &rhs) {
 }
 
 IXMLDOMElementPtr CXMLElement::Save(IXMLDOMElementPtr parent, int level) {
-  const IXMLDOMDocumentPtr document = parent->GetownerDocument();
   insertTabs(parent, level + 1);
-  IXMLDOMElementPtr element = document->createElement(m_tag.View());
+  IXMLDOMElementPtr element = parent->GetownerDocument()->createElement(m_tag.View());
   parent->appendChild(element);
-  element->appendChild(document->createTextNode(View()));
+  element->Puttext(View());
   return element;
 }
 
@@ -189,12 +193,12 @@ CXMLHexElement &CXMLHexElement::operator=(const CXMLHexElement &rhs) {
 }
 
 void CXMLHexElement::Init(const char *tag, int value) {
-  m_tag = orUnassigned(tag);
+  setTag(tag);
   *this = value;
 }
 
 void CXMLHexElement::Init(const char *tag, const char *value) {
-  m_tag = orUnassigned(tag);
+  setTag(tag);
   if (value == nullptr)
     CString::operator=(kUnassigned);
   else

@@ -55,6 +55,8 @@ public:
   operator int();
 
 protected:
+  /// Replaces the tag, by "Unassigned" where `tag` is null.
+  void setTag(const char *tag);
   /// Throws the exception of a text that is no number or truth value, with tag and text in its message.
   [[noreturn]] void throwBadValue() const;
 
