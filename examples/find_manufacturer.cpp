@@ -1,0 +1,34 @@
+// Tells who has a manufacturer number, and the other way round.
+//   find_manufacturer 9        find_manufacturer "halvern drives"
+
+#include <iostream>
+#include <kestrune/library/kestrune_xml.h>
+
+namespace {
+
+int run(const char *wanted) {
+  CSpidData2 document;
+  if (document.LoadFromFile("$StdSpidData$") < 0) {
+    std::cerr << "the identity data cannot be read\n";
+    return 2;
+  }
+  CXMLPairCollection &manufacturers = document.ManufacturerIDs2;
+  const CXMLPair *found = manufacturers.FindByNumber(wanted); // the text as it stands in the file: 9 is not 09
+  if (found == nullptr)
+    found = manufacturers.Find(wanted); // in any case of letters
+  if (found == nullptr) {
+    std::cerr << "there is no manufacturer '" << wanted << "'\n";
+    return 1;
+  }
+  std::cout << found->Number << "  " << found->Name << '\n';
+  return 0;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+  CoInitialize(nullptr);
+  const int status = run(argc > 1 ? argv[1] : "");
+  CoUninitialize();
+  return status;
+}
