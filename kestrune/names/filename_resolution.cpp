@@ -176,7 +176,7 @@ CString GetSearchPathItem(const CString &searchPath, int index) {
     rest.remove_prefix(end + 1);
   }
   const std::string_view item = rest.substr(0, rest.find(';'));
-  return index < 0 ? CString() : CString(item.data(), static_cast<int>(item.size()));
+  return index < 0 ? CString() : CString(item);
 }
 
 int CFilename::FileExists(CFilename &found, const char *dir) const {

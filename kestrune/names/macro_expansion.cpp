@@ -91,7 +91,7 @@ bool MacroExpansion::explode(std::string_view text, CString &out) {
     replacement = Variable(name.Trim(" $"));
   }
   const std::string result = std::move(scan).finish(replacement);
-  out = CString(result.data(), static_cast<int>(result.size()));
+  out = CString(result);
   return complete;
 }
 

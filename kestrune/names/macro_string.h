@@ -63,7 +63,7 @@ protected:
   /// untouched, without such a macro; false, with the partial expansion, when a macro in its value has no value.
   bool GetValue(CString name, CString &out, int depth) const;
 
-  /// The installation folder: "Kestrune Path" from the registry, in drive form, or C:\Kestrune. Read at each call.
+  /// The installation folder: "Kestrune Path" from the registry, in drive form, or `C:\Kestrune`. Read at each call.
   CString GetKestruneFolder() const;
 
   /// The table, in order of insertion.

@@ -13,6 +13,7 @@ TEST(VorlanModels, NamesAndKeys) {
   EXPECT_EQ(models.Find("C"), models[1]);
   EXPECT_EQ(models.FindByName("D"), models[2]);
   EXPECT_EQ(models.Find("d"), models.FindByName("b"));
+  models[0]->Name = "";
   EXPECT_EQ(models.Find(nullptr), models.FindByName(nullptr));
   for (const char *const name : {"C", "", static_cast<const char *>(nullptr)})
     EXPECT_EQ(models.Add(name), nullptr);
@@ -58,7 +59,8 @@ void expectCopies(const std::string &item, const std::string &key) {
   List source;
   std::string text;
   for (const char *const keys : {"='dummy'><Key>Dummy", "='b'><Key>k", "='c'><Key>K"})
-    text += "<" + item + " " + key + keys + "</Key></" + item + ">";
+    text += "<" + item + " " + key + keys + "</Key><ModelNum>1</ModelNum><MinClockID>2</MinClockID><UninitEEEnd>0x3" +
+            "</UninitEEEnd><Family>4</Family></" + item + ">";
   ASSERT_EQ(support::load(source, ("<" + item + "s>" + text + "</" + item + "s>")), S_OK);
   text = support::save(source);
   List copy(source), assigned;

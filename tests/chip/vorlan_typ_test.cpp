@@ -194,7 +194,7 @@ TEST_F(VorlanTypFiles, AddOns) {
       {"x.xml:M x-1.xml:A x-1-1.xml:!", "x.xml", "80040005: M", "0: M A*"},
       {"x.xml:M x-1.xml:A/1 x-2.xml:-", "x.xml", "0: M A*", "0: M A A*"},
       {"x.xml:M x-1.xml:A x-2.xml:-", "x.xml", "0: M A*"},
-      {"X.XML:M X-1.xml:A", "X.XML", "0: M A*"},
+      {"X.XML:M X-1.XML:Z X-1.xml:A", "X.XML", "0: M A*"},
       {"x:M x-1:A", "x", "0: M A*"},
       {"x.2.xml:M x-1.2.xml:A x.2-1.xml:B", "x.2.xml", "0: M A*"},
       {"x.d/x:M x.d/x-1:A", "x.d\\x", "0: M A*"},

@@ -21,10 +21,11 @@ TEST_F(FilenameResolutionTest, GetAbsolute) {
   EXPECT_TRUE(macros.AddMacro("$host$", host.c_str()) && macros.AddMacro("$rel$", "sub"));
   check(3,
         R"($StdTypes$\x null C:\Kestrune\Types\x   x $StdTypes$ C:\Kestrune\Types\x   x.xml null D:\w\x.xml   x - D:\w\x
-      .\x E:\y E:\y\x   .\x null D:\w\x   x .\sub D:\w\sub\x   ..\x null D:\x   x \sub\ D:\sub\x   \x null D:\x
+      .\x E:\y E:\y\x   .\x null D:\w\x   x .\E:\y E:\y\x   ..\x null D:\x   x \sub\ D:\sub\x   \x null D:\x
       \x E:\y D:\x   \ E:\y D:\w\   \\srv\s\x E:\y \\srv\s\x   C:x E:\y C:\x   d:x E:\y D:\w\x   Q:x null Q:\x
       1:x E:\y D:\w\1:x   C:\a\..\b null C:\b   C: null D:\w\C:   - $StdTypes$ $StdTypes$   .\ E:/y E:\y
-      - null -   - - -   $kNone$\x null D:\x   $kNone$x E:\y E:\y\x   $kNone$ E:\y E:\y   $kDir$\x null D:\w\E:\y\x   x $kDir$ D:\w\E:\y\x
+      - null -   - - -   $kNone$\x null D:\x   $kNone$x E:\y E:\y\x   $kNone$ E:\y E:\y   $kDir$\x null D:\w\E:\y\x
+      x $kDir$ D:\w\E:\y\x
       $rel$\x E:\ E:\sub\x   x $rel$ D:\w\sub\x   a/b null D:\w\a\b   $host$/x null E:\y\x   x $host$ E:\y\x
       /none/x E:\y Z:\none\x   //srv/s/x null \\srv\s\x   )" +
             host + "/x null E:\\y\\x  x " + host + " E:\\y\\x  - " + host + " E:\\y",
@@ -71,7 +72,8 @@ TEST_F(FilenameResolutionTest, SearchPath) {
       sub\.cfg\a.xml null D:\w\sub\.cfg\a.xml,1   E:y\x.xml null E:\y\x.xml,1   \w\a.xml null D:\w\a.xml,1
       - null D:\w\,1   Q:x null ,0   \\w\a.xml null ,0   $StdTypes$ null ,0   a.xml E:\y D:\w\a.xml,1
       x.xml sub;E:\y D:\w\sub\x.xml,1
-      x.xml E:/y;sub E:\y\x.xml,1   x.xml $StdTypes$;E:y E:\y\x.xml,1   y\x.xml C:\;E:\ E:\y\x.xml,1   only C:\;;E:\y ,0   only - ,0   .\only E:\y ,0   \only E:\y ,0   E:only E:\y ,0   none C:\;E:\y;sub ,0
+      x.xml E:/y;sub E:\y\x.xml,1   x.xml $StdTypes$;E:y E:\y\x.xml,1   y\x.xml C:\;E:\ E:\y\x.xml,1
+      only C:\;;E:\y ,0   only - ,0   .\only E:\y ,0   \only E:\y ,0   E:only E:\y ,0   none C:\;E:\y;sub ,0
       )" + host +
           " null E:\\y\\x.xml,1   " + host + " sub E:\\y\\x.xml,1",
       [](const CFilename &n, const char *x) {

@@ -101,6 +101,7 @@ TEST_F(FileTest, TheReadOnlyAttributeBindsEverybody) {
   EXPECT_EQ(name.ReadOnly(), 0);
   EXPECT_EQ(name.SetReadOnly(0), 1);
   EXPECT_EQ(modeOf(file), 0464U);
+  ::chmod(file.c_str(), 0600);
   EXPECT_EQ(source.CopyFileA(name), 0);
   EXPECT_EQ(support::read(file), "new");
 }

@@ -50,7 +50,7 @@ TEST_F(RegistryTest, OddFiles) {
   const std::string max(249, 'x');
   const std::tuple<const char *, std::string, std::string> rows[] = {
       {"UTF-8", kHead + kKey + kNet, "D:\\Net"},
-      {"UTF-8 with a mark", "\xEF\xBB\xBF" + kHead + kKey + kNet, "D:\\Net"},
+      {"UTF-8 with a mark", "\xEF\xBB\xBF" + kKey + kNet, "D:\\Net"},
       {"UTF-16", utf16(kHead + kKey + kNet), "D:\\Net"},
       {"UTF-16, the other way round", utf16(kHead + kKey + kNet, true), "D:\\Net"},
       {"UTF-16 with half a unit and lone surrogates",
@@ -108,6 +108,7 @@ TEST_F(RegistryTest, TextsComeInTheCodePage) {
       {"bytes of the page", kKey + kName + "\"\x95\\\\\\x\"", "\x95\\\\x"},
       {"older format", kOld + kKey + kName + "\"\x95\\\\\\x\"", "\x95\\\\x"},
       {"older format, bytes that would be UTF-8", kOld + kKey + kName + "\"\xC3\xA9\"", "\xC3\xA9"},
+      {"older format with a mark", "\xEF\xBB\xBF" + kOld + kKey + kName + "\"\xE8\xA1\xA8\"", "\x95\\"},
       {"hex(2)", kHead + kKey + kName + "hex(2):68,88", "\x95\\"},
       {"hex(2) in the older format", kOld + kKey + kName + "hex(2):95,5c", "\x95\\"},
   };
