@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs a build into an empty folder and meets it there as a stranger does: through CMake, through pkg-config, and as a
 # Debian package.
+# What the README tells a newcomer to type is taken from there, word for word.
 #   check_package.sh BUILD_FOLDER CHIP_FILE
 set -euo pipefail
 build=$(realpath "$1")
@@ -21,6 +22,21 @@ configure through-cmake 4 >/dev/null
 cmake --build through-cmake >/dev/null
 through-cmake/consumer "$chip_file"
 configure version-5 5 >/dev/null 2>&1 && fail "version 5 was not refused"
+
+# The first block of each kind in the README; its examples are copies of those that run as tests.
+project=$here/../..
+block() { awk -v n="$2" -v start='```'"$1" '$0 == start && ++seen == n {on = 1; next} $0 == "```" {on = 0} on' "$project/README.md"; }
+mkdir first
+block cmake 1 >first/CMakeLists.txt
+block cpp 1 >first/first.cpp
+cmake -S first -B first/build -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build first/build >/dev/null
+[ "$(first/build/first "$(dirname "$chip_file")/spidData.xml")" = "172 manufacturers" ] || fail "the README's program fails"
+number=2
+for example in find_clock find_manufacturer; do
+  diff <(block cpp $number) "$project/examples/$example.cpp" || fail "the README shows another $example"
+  number=$((number + 1))
+done
 
 pc=$(find "$prefix" -name KestruneXML-4.pc)
 export PKG_CONFIG_PATH=${pc%/*}
