@@ -313,7 +313,8 @@ void CString::FormatV(const char *format, va_list arguments) {
   const char *const pattern = format != nullptr ? format : "";
   va_list measured;
   va_copy(measured, arguments);
-  const int length = std::vsnprintf(nullptr, 0, pattern, measured);
+  // The analyser does not see that va_copy and the caller have started these lists.
+  const int length = std::vsnprintf(nullptr, 0, pattern, measured); // NOLINT(clang-analyzer-valist.Uninitialized)
   va_end(measured);
   CString text;
   char *const room = text.reserve(static_cast<std::size_t>(std::max(length, 0)));

@@ -15,7 +15,7 @@
 /// byte is never taken for a character. Each object owns its text. Not safe to share between threads while it changes.
 class KESTRUNE_API CString {
 public:
-  CString() noexcept { setEmpty(); }
+  CString() noexcept = default;
   /// A copy of `text`; null counts as empty.
   CString(const char *text) : CString(text != nullptr ? std::string_view(text) : std::string_view()) {}
   /// `text` converted to the code page; null counts as empty.
@@ -150,7 +150,7 @@ private:
   /// Cuts the text or fills it up with zeros.
   void resize(std::size_t length);
 
-  alignas(8) char m_bytes[kInPlace + 1];
+  alignas(8) char m_bytes[kInPlace + 1] = {'\0', 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, kInPlace};
 };
 
 namespace platform {

@@ -223,8 +223,7 @@ std::string Utf8ToText(std::string_view utf8) {
 std::string WideToUtf8(std::wstring_view wide) {
   std::string utf8;
   utf8.reserve(wide.size());
-  for (const wchar_t each : wide) {
-    const auto character = static_cast<std::uint32_t>(each);
+  for (const char32_t character : std::u32string(wide.begin(), wide.end())) {
     const bool valid = character <= 0x10FFFF && (character < 0xD800 || character > 0xDFFF);
     appendUtf8(utf8, valid ? character : '?');
   }

@@ -117,8 +117,8 @@ public:
   _variant_t(CString text) : vt(VT_BSTR), m_text(std::move(text)) {}
 
   /// The text, in the code page; empty for the null variant.
-  const CString &text() const & noexcept { return m_text; }
-  CString text() && noexcept { return std::move(m_text); }
+  const CString &text() const &noexcept { return m_text; }
+  CString text() &&noexcept { return std::move(m_text); }
 
   VARTYPE vt;
 

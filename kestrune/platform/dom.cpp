@@ -133,7 +133,7 @@ std::string_view DomTree::fromCodePage(std::string_view text, std::string &buffe
 
 std::size_t DomTree::firstBehind(std::uint32_t name, std::uint32_t order) {
   Name &entry = m_names[name];
-  const std::deque<Element *> &elements = entry.elements;
+  const std::vector<Element *> &elements = entry.elements;
   const auto isFirstBehind = [&](std::size_t i) {
     return (i == 0 || elements[i - 1]->m_order <= order) && (i == elements.size() || elements[i]->m_order > order);
   };

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,8 +24,8 @@ public:
 
   struct Name {
     std::string_view text;
-    std::deque<Element *> elements; // of a parsed document, in document order
-    std::size_t cursor = 0;         // where the last search ended: the next one mostly ends beside it
+    std::vector<Element *> elements; // of a parsed document, in document order
+    std::size_t cursor = 0;          // where the last search ended: the next one mostly ends beside it
   };
 
   explicit DomTree(MSXML::IXMLDOMDocument *document) : m_document(document) {}

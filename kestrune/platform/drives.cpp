@@ -210,7 +210,7 @@ std::string findEntry(const std::string &folder, const std::string &name) {
 
 std::string resolve(const Parts &folder, const Parts &parts) {
   std::string path = join(folder, '/');
-  if (const std::string asItStands = path + join(parts, '/'); isThere(asItStands))
+  if (std::string asItStands = path + join(parts, '/'); isThere(asItStands))
     return asItStands;
   bool exists = true;
   for (const std::string &part : parts) {
