@@ -7,6 +7,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <utility>
 
 namespace platform {
 
@@ -221,8 +222,10 @@ void IXMLDOMNode::Puttext(std::string_view text) {
     auto *const self = static_cast<IXMLDOMElement *>(this);
     // Elements that stood below are out of the tree; a list of names would still find them.
     tree.m_indexed = tree.m_indexed && self->m_first == nullptr;
-    for (IXMLDOMNode *child = self->m_first; child != nullptr; child = child->m_next)
+    for (IXMLDOMNode *child = self->m_first; child != nullptr;) {
       child->m_parent = nullptr;
+      child = std::exchange(child->m_next, nullptr); // each stands alone now, and may be put elsewhere
+    }
     self->m_first = self->m_last = nullptr;
   }
   DomTree::setText(*this, kept);

@@ -44,7 +44,7 @@ TEST_F(FilenameResolutionTest, GetRelative) {
         R"(C:\Kestrune\Types\Vorlan.xml null $STDVORLANTYP$   C:\KESTRUNE\types\o.xml - $STDTYPES$\o.xml   D:\p\ D:\p -
       C:\Kestrune\Images\a.bmp null $STDIMAGES$\a.bmp   x\c:\kestrune\A null x\$KESTRUNE$\A   E:\x.xml null E:\x.xml
       $StdTypes$\a/b.xml D:\proj $StdTypes$\a\b.xml   D:\proj\a\B.xml d:\PROJ a\B.xml   D:\p\\a\..\b D:\p a\..\b
-      D:\proj\x.xml D:\proj\sub ..\x.xml   D:\proj\other\x D:\proj/sub ..\other\x   D:\p D:\p D:\p   - D:\proj -
+      D:\proj\x.xml D:\proj\sub ..\x.xml   D:\proj\other\x D:\proj/sub ..\other\x   D:\p\s D:\p\s D:\p\s   - D:\proj -
       D:\x.xml D:\proj D:\x.xml   D:\other\x D:\proj\sub D:\other\x   D:\project\x D:\proj D:\project\x   \a\b \c \a\b
       C:\Kestrune\Types\a $StdTypes$ a   C:\Kestrune\Images\a $StdXcvrTyp$ $STDIMAGES$\a   C:\Kestrune\a $StdTypes$ ..\a
       x\$StdTypes$ null x\$STDTYPES$)",
@@ -72,7 +72,7 @@ TEST_F(FilenameResolutionTest, SearchPath) {
       - null D:\w\,1   Q:x null ,0   \\w\a.xml null ,0   $StdTypes$ null ,0   a.xml E:\y D:\w\a.xml,1
       x.xml sub;E:\y D:\w\sub\x.xml,1
       x.xml E:/y;sub E:\y\x.xml,1   x.xml $StdTypes$;E:y E:\y\x.xml,1   y\x.xml C:\;E:\ E:\y\x.xml,1
-      only C:\;;E:\y ,0   only - ,0   .\only E:\y ,0   \only E:\y ,0   E:only E:\y ,0   none C:\;E:\y;sub ,0
+      only C:\;;E:\y ,0   only - ,0   .\only E:\y\ ,0   \only E:\y ,0   E:only E:\y ,0   none C:\;E:\y;sub ,0
       )" + host +
           " null E:\\y\\x.xml,1   " + host + " sub E:\\y\\x.xml,1",
       [](const CFilename &n, const char *x) {
@@ -86,7 +86,7 @@ TEST_F(FilenameResolutionTest, SearchPath) {
   EXPECT_TRUE(CFilename("b").FileExists(found, "") == 1 && found == "E:\\a.\\b");
   check(3, R"(a;b;c 0 a   a;b;c 1 b   a;b;c 2 c   a;b;c 3 -   a;;c 1 -   a;;c 2 c   ~a~; 0 ~a~   a -1 -)",
         [](const CString &path, const char *x) { return GetSearchPathItem(path, std::atoi(x)); });
-  check(3, R"(C:\a\b\c.xml C:\a;C:\A\B;D:\z c.xml   C:\a\b\c.xml C:\a;;C:\a\b b\c.xml   C:\a/b - C:\a/b
+  check(3, R"(C:\a\b\c.xml C:\a;C:\A\B;C:\a c.xml   C:\a\b\c.xml C:\a;;C:\a\b b\c.xml   C:\a/b - C:\a/b
       C:\a\b C:\a\b;C:\a\ C:\a\b   C:\ab\c/d C:\a;C: ab\c\d)",
         [](const CFilename &n, const char *path) { return n.GetRelativePathName(path); });
 }
