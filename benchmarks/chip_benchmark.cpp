@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <malloc.h>
 
 // Measures how long it takes to load, to save and to copy chip data files:
 //
@@ -114,6 +115,11 @@ int main(int argc, char **argv) {
     std::cerr << "usage: chip_benchmark FOLDER [options]\n";
     return 2;
   }
+  // The heap keeps what it was given. Else each benchmark would have as many page faults as the one before it, which is
+  // another one each time, has left free memory; what they cost is measured in new processes.
+  ::mallopt(M_MMAP_MAX, 0);
+  ::mallopt(M_TRIM_THRESHOLD, -1);
+
   folder = std::filesystem::absolute(argv[1]);
   // A vorlan.xml in the folder $PFDT$ or in the current directory would be read in place of the file that is named.
   ::unsetenv("PFDT");
