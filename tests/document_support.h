@@ -2,28 +2,27 @@
 
 #include "tests/test_support.h"
 
+#include <algorithm>
 #include <sstream>
 
 // Folders and documents in and out of the bytes of real files.
 
 namespace support {
 
-/// The result of loading `folder`, which may be a list or a document, from a file of these bytes.
+/// The result of loading `folder`, which may be a list or a document, from a file of these bytes in `place`.
 template <class Folder>
-long load(Folder &folder, std::string_view xml) {
+long load(Folder &folder, std::string_view xml, const TempFolder &place = {}) {
   const Com com;
-  const TempFolder place;
   write(place / "a.xml", xml);
   return folder.LoadFromFile((place / "a.xml").c_str(), nullptr);
 }
 
 /// The bytes of the file that saving `folder` gives.
 template <class Folder>
-std::string save(Folder &folder) {
+std::string save(Folder &folder, const TempFolder &place = {}) {
   const Com com;
-  const TempFolder place;
-  EXPECT_EQ(folder.SaveToFile((place / "a.xml").c_str(), nullptr, false), S_OK);
-  return read(place / "a.xml");
+  EXPECT_EQ(folder.SaveToFile((place / "b.xml").c_str(), nullptr, true), S_OK);
+  return read(place / "b.xml");
 }
 
 /// What the library writes for a document with this root, these header values and, behind the header, this body.

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,15 +15,20 @@
 
 namespace support {
 
+/// What a test holds for a while and does not copy.
+struct Unique {
+  Unique() = default;
+  Unique(const Unique &) = delete;
+  Unique &operator=(const Unique &) = delete;
+};
+
 /// A temporary folder, gone with everything in it at the end.
-class TempFolder {
+class TempFolder : Unique {
 public:
   TempFolder() {
     std::string pattern = (std::filesystem::temp_directory_path() / "kestrune-XXXXXX").string();
     m_path = ::mkdtemp(pattern.data());
   }
-  TempFolder(const TempFolder &) = delete;
-  TempFolder &operator=(const TempFolder &) = delete;
   ~TempFolder() {
     std::error_code ignored;
     std::filesystem::remove_all(m_path, ignored);
@@ -47,39 +53,30 @@ inline std::string read(const std::string &path) {
 }
 
 /// An environment variable that has its old value again at the end. A null value unsets it.
-class Environment {
+class Environment : Unique {
 public:
   Environment(const char *name, const char *value) : m_name(name) {
-    if (const char *old = std::getenv(name)) {
-      m_wasSet = true;
+    if (const char *old = std::getenv(name))
       m_old = old;
-    }
     set(value);
   }
-  Environment(const Environment &) = delete;
-  Environment &operator=(const Environment &) = delete;
-  ~Environment() { set(m_wasSet ? m_old.c_str() : nullptr); }
+  ~Environment() { set(m_old ? m_old->c_str() : nullptr); }
 
 private:
   void set(const char *value) const {
-    if (value != nullptr)
-      ::setenv(m_name.c_str(), value, 1);
-    else
-      ::unsetenv(m_name.c_str());
+    value != nullptr ? ::setenv(m_name.c_str(), value, 1) : ::unsetenv(m_name.c_str());
   }
 
-  std::string m_name, m_old;
-  bool m_wasSet = false;
+  std::string m_name;
+  std::optional<std::string> m_old;
 };
 
 /// A current directory that is the old one again at the end.
-class CurrentDirectory {
+class CurrentDirectory : Unique {
 public:
   explicit CurrentDirectory(const std::filesystem::path &path) : m_old(std::filesystem::current_path()) {
     std::filesystem::current_path(path);
   }
-  CurrentDirectory(const CurrentDirectory &) = delete;
-  CurrentDirectory &operator=(const CurrentDirectory &) = delete;
   ~CurrentDirectory() { std::filesystem::current_path(m_old); }
 
 private:
@@ -87,18 +84,14 @@ private:
 };
 
 /// COM for the current thread, as a program would hold it.
-struct Com {
+struct Com : Unique {
   Com() { CoInitialize(nullptr); }
-  Com(const Com &) = delete;
-  Com &operator=(const Com &) = delete;
   ~Com() { CoUninitialize(); }
 };
 
 /// The code page of the process, UTF-8 again at the end.
-struct CodePage {
+struct CodePage : Unique {
   explicit CodePage(unsigned page) { EXPECT_TRUE(platform::SetCodePage(page)); }
-  CodePage(const CodePage &) = delete;
-  CodePage &operator=(const CodePage &) = delete;
   ~CodePage() { platform::SetCodePage(65001); }
 };
 

@@ -1,4 +1,3 @@
-#include "tests/document_support.h"
 #include "tests/names/names_support.h"
 
 #include <algorithm>
@@ -164,7 +163,7 @@ protected:
       std::ostringstream text;
       text << std::hex << platform::ResultBits(this->LoadFromFile(name)) << ":";
       for (int i = 0; i < models(*this).Count(); ++i)
-        text << " " << models(*this)[i]->Name.View();
+        text << models(*this)[i]->Name.View();
       text << (this->GetModified() != 0 ? "*" : "");
       return text.str();
     }
@@ -179,45 +178,26 @@ protected:
 };
 
 TEST_F(VorlanTypFiles, AddOns) {
-  const struct {
-    const char *files;
-    const char *name;
-    const char *outcome;
-    const char *outcome4 = outcome;
-  } rows[] = {
-      {"x.xml:M", "x.xml", "0: M"},
-      {"x.xml:M x-1.xml:A,B x-2.xml:C", "x.xml", "0: M A B C*"},
-      {"x.xml:M x-0.xml:Z x-1.xml:A x-3.xml:C", "x.xml", "0: M A*"},
-      {"x.xml:M x-1.xml:! x-2.xml:B", "x.xml", "0: M B*"},
-      {"x.xml:M x-1.xml:A x-2.xml:!", "x.xml", "80040005: M A*"},
-      {"x.xml:M x-1.xml:A x-1-1.xml:B x-2.xml:C", "x.xml", "0: M A B C*", "0: M A C*"},
-      {"x.xml:M x-1.xml:A x-1-1.xml:!", "x.xml", "80040005: M", "0: M A*"},
-      {"x.xml:M x-1.xml:A/1 x-2.xml:-", "x.xml", "0: M A*", "0: M A A*"},
-      {"x.xml:M x-1.xml:A x-2.xml:-", "x.xml", "0: M A*"},
-      {"X.XML:M X-1.XML:Z X-1.xml:A", "X.XML", "0: M A*"},
-      {"x:M x-1:A", "x", "0: M A*"},
-      {"x.2.xml:M x-1.2.xml:A x.2-1.xml:B", "x.2.xml", "0: M A*"},
-      {"x.d/x:M x.d/x-1:A", "x.d\\x", "0: M A*"},
-      {"x.xml:M/K x-1.xml:k,B", "x.xml", "0: M B*"},
-      {"x.xml:M/1 x-1.xml:M/2,N/1", "x.xml", "0: M M N*"},
-      {"x.xml:M x-1.xml:m", "x.xml", "0: M"},
-      {"x.xml:M x-1.xml:", "x.xml", "41003: M"},
-      {"x.xml:M,m,N x-1.xml:A", "x.xml", "80040008: M N"},
-      {"x.xml:! x-1.xml:A", "x.xml", "80040005:"},
-      {"x-1.xml:A", "x.xml", "80040004:"},
-      {"x.xml:M", "", "80040007:"},
-      {"x.xml:M", nullptr, "80040007:"},
-  };
-  for (const auto &row : rows) {
-    write(row.files);
-    const std::string trace = std::string(row.files) + " in version ";
-    EXPECT_EQ(V1().load(row.name), row.outcome) << trace << 1;
-    EXPECT_EQ(V2().load(row.name), row.outcome) << trace << 2;
-    EXPECT_EQ(V3().load(row.name), row.outcome) << trace << 3;
-    EXPECT_EQ(V4().load(row.name), row.outcome4) << trace << 4;
+  // The files, the name, and the outcome; behind a bar, that of the fourth version if it differs.
+  const char *const table = R"(
+    x.xml:M x.xml 0:M                                    x.xml:M~x-1.xml:A,B~x-2.xml:C x.xml 0:MABC*
+    x.xml:M~x-0.xml:Z~x-1.xml:A~x-3.xml:C x.xml 0:MA*    x.xml:M~x-1.xml:!~x-2.xml:B x.xml 0:MB*
+    x.xml:M~x-1.xml:A~x-2.xml:! x.xml 80040005:MA*       x.xml:M~x-1.xml:A~x-1-1.xml:B~x-2.xml:C x.xml 0:MABC*|0:MAC*
+    x.xml:M~x-1.xml:A~x-1-1.xml:! x.xml 80040005:M|0:MA* x.xml:M~x-1.xml:A/1~x-2.xml:- x.xml 0:MA*|0:MAA*
+    x.xml:M~x-1.xml:A~x-2.xml:- x.xml 0:MA*              X.XML:M~X-1.XML:Z~X-1.xml:A X.XML 0:MA*
+    x:M~x-1:A x 0:MA*   x.d/x:M~x.d/x-1:A x.d\x 0:MA*    x.2.xml:M~x-1.2.xml:A~x.2-1.xml:B x.2.xml 0:MA*
+    x.xml:M/K~x-1.xml:k,B x.xml 0:MB*                    x.xml:M/1~x-1.xml:M/2,N/1 x.xml 0:MMN*
+    x.xml:M~x-1.xml:m x.xml 0:M                          x.xml:M~x-1.xml: x.xml 41003:M
+    x.xml:M,m,N~x-1.xml:A x.xml 80040008:MN              x.xml:!~x-1.xml:A x.xml 80040005:
+    x-1.xml:A x.xml 80040004:   x.xml:M - 80040007:      x.xml:M null 80040007:)";
+  support::checkRows(3, table, [this](const support::Cells &row) {
+    write(row[0]);
+    const std::string first = V1().load(row[1]), latest = V4().load(row[1]);
+    EXPECT_EQ(V2().load(row[1]) + V3().load(row[1]), first + first) << row[0];
     for (const auto &entry : std::filesystem::directory_iterator("."))
       std::filesystem::remove_all(entry.path());
-  }
+    return CString((latest == first ? first : first + "|" + latest).c_str());
+  });
 }
 
 TEST_F(VorlanTypFiles, NamesInAllForms) {
@@ -229,11 +209,11 @@ TEST_F(VorlanTypFiles, NamesInAllForms) {
     const std::string path = name[0] == '%' ? folder.path().string() + name.substr(1) : name;
     V1 old;
     V4 latest;
-    EXPECT_EQ(old.load(path.c_str()), "0: M A*") << path;
-    EXPECT_EQ(latest.load(path.c_str()), "0: M A*") << path;
+    EXPECT_EQ(old.load(path.c_str()), "0:MA*") << path;
+    EXPECT_EQ(latest.load(path.c_str()), "0:MA*") << path;
     EXPECT_EQ(old.m_fileName, path.c_str()) << "remembered as it was given";
     EXPECT_EQ(latest.m_fileName, path.c_str());
-    EXPECT_EQ(old.load(nullptr), "0: M") << "the add-ons of a remembered name are not looked for";
+    EXPECT_EQ(old.load(nullptr), "0:M") << "the add-ons of a remembered name are not looked for";
     old.CVorlanTyp::operator=(CVorlanTyp());
     EXPECT_EQ(old.m_fileName, path.c_str()) << "an assignment leaves the name alone";
   }
@@ -242,34 +222,27 @@ TEST_F(VorlanTypFiles, NamesInAllForms) {
 TEST_F(VorlanTypFiles, Replacement) {
   write("x.xml:M x-1.xml:N p/vorlan.xml:P p/vorlan-1.xml:Q");
   const std::string host = folder / "d/w/p/";
-  const struct {
-    const char *variable;
-    const char *macro;
-    const char *outcome;
-  } rows[] = {
-      {nullptr, nullptr, "0: M N*"},      {"", nullptr, "0: M N*"},           {"D:\\w\\none", nullptr, "0: M N*"},
-      {"D:\\w\\p", nullptr, "0: P Q*"},   {"D:\\w\\p\\", nullptr, "0: P Q*"}, {"p", nullptr, "0: P Q*"},
-      {host.c_str(), nullptr, "0: P Q*"}, {nullptr, host.c_str(), "0: P Q*"}, {"D:\\w\\p", "$KTEST_NOPE$", "0: P Q*"},
-      {nullptr, "$StdTypes$", "0: M N*"}, {"none", "$KTEST_P$", "0: P Q*"},
-  };
-  for (const auto &row : rows) {
+  // The variable, the macro, and the outcome.
+  const std::string table = R"(
+    null null 0:MN*   - null 0:MN*   D:\w\none null 0:MN*   D:\w\p null 0:PQ*   D:\w\p\ null 0:PQ*   p null 0:PQ*   null $StdTypes$ 0:MN*
+    D:\w\p $KTEST_NOPE$ 0:PQ*   none $KTEST_P$ 0:PQ* )";
+  support::checkRows(3, table + host + " null 0:PQ* null " + host + " 0:PQ*", [this](const support::Cells &row) {
     SetUp();
     macros.AddMacro("$KTEST_P$", "..\\w\\p");
-    const support::Environment variable("PFDT", row.variable);
-    if (row.macro != nullptr)
-      macros.AddMacro("$PFDT$", row.macro);
-    const std::string trace =
-        std::string(row.variable ? row.variable : "unset") + ", " + (row.macro ? row.macro : "unset");
+    const support::Environment variable("PFDT", row[0]);
+    if (row[1] != nullptr)
+      macros.AddMacro("$PFDT$", row[1]);
     V4 document;
-    EXPECT_EQ(document.load("x.xml"), row.outcome) << trace;
-    EXPECT_EQ(document.m_fileName, row.outcome[3] == 'P' ? "D:\\w\\p\\vorlan.xml" : "x.xml") << trace;
-  }
+    const CString outcome(document.load("x.xml").c_str());
+    EXPECT_EQ(document.m_fileName, outcome == "0:PQ*" ? "D:\\w\\p\\vorlan.xml" : "x.xml");
+    return outcome;
+  });
   SetUp();
   write("vorlan.xml:C vorlan-1.xml:D");
   for (const char *const name : {"x.xml", "none.xml", ""})
-    EXPECT_EQ(V4().load(name), "0: C D*") << name;
+    EXPECT_EQ(V4().load(name), "0:CD*") << name;
   const support::Environment variable("PFDT", "p");
-  EXPECT_EQ(V3().load("x.xml"), "0: M N*") << "the older versions know no replacement";
+  EXPECT_EQ(V3().load("x.xml"), "0:MN*") << "the older versions know no replacement";
 }
 
 TEST_F(VorlanTypFiles, DepthIsRightAfterEveryWayOut) {
@@ -283,7 +256,7 @@ TEST_F(VorlanTypFiles, DepthIsRightAfterEveryWayOut) {
     else
       V4().load(name);
     const support::Environment variable("PFDT", "p");
-    EXPECT_EQ(V4().load("x.xml"), "0: P Q*") << "after " << name;
+    EXPECT_EQ(V4().load("x.xml"), "0:PQ*") << "after " << name;
   }
 }
 

@@ -1,9 +1,6 @@
 #pragma once
 
-#include "tests/test_support.h"
-
-#include <algorithm>
-#include <sstream>
+#include "tests/document_support.h"
 
 namespace support {
 
@@ -31,21 +28,10 @@ struct NameTest : testing::Test {
   CurrentDirectory directory{make("d/w")};
 };
 
-/// Holds `result(name, argument)`, from the first two cells of each row of a table, against the row's last cell. Cells
-/// stand between blanks and line ends; `-` is the empty text, `null` none at all, and `~` a blank.
+/// Holds `result(name, argument)`, from the first two cells of each row of a table, against the row's last cell.
 template <class Result>
-void check(std::ptrdiff_t columns, const std::string &table, Result result) {
-  std::istringstream in(table);
-  std::vector<std::string> cells(std::istream_iterator<std::string>(in), {});
-  const auto text = [](std::string &cell) {
-    std::replace(cell.begin(), cell.end(), '~', ' ');
-    return cell == "null" ? nullptr : cell == "-" ? "" : cell.c_str();
-  };
-  for (auto row = cells.begin(); row != cells.end(); row += columns) {
-    ASSERT_GE(cells.end() - row, columns);
-    EXPECT_STREQ(CString(result(NameProbe(text(row[0])), text(row[1]))), text(row[columns - 1]))
-        << row[0] << " " << row[1];
-  }
+void check(std::size_t columns, const std::string &table, Result result) {
+  checkRows(columns, table, [&](const Cells &row) { return result(NameProbe(row[0]), row[1]); });
 }
 
 /// Numbers as they stand in a cell: one behind the other.

@@ -7,11 +7,9 @@
 namespace {
 
 /// Standard input and standard error of the process, exchanged for a while.
-class Streams {
+class Streams : support::Unique {
 public:
   Streams(int input, int error) : m_input(::dup(0)), m_error(::dup(2)) { put(input, error); }
-  Streams(const Streams &) = delete;
-  Streams &operator=(const Streams &) = delete;
   ~Streams() {
     put(m_input, m_error);
     ::close(m_input);
@@ -70,19 +68,6 @@ TEST(MessageBoxTest, ATerminalIsAsked) {
   std::clearerr(stdin);
   ::close(slave);
   ::close(master);
-}
-
-TEST(MessageBoxTest, AHandlerAnswersInstead) {
-  std::string shown;
-  platform::SetMessageBoxHandler([&](const char *text, UINT type, UINT help) {
-    shown = text;
-    return static_cast<int>(type + help);
-  });
-  EXPECT_EQ(AfxMessageBox("text", 40, 2), 42);
-  EXPECT_EQ(shown, "text");
-  EXPECT_EQ(CKRXException(42, 124).ReportError(7, 9), 7);
-  EXPECT_EQ(shown, "File not found [KRX#42]");
-  platform::SetMessageBoxHandler(nullptr);
 }
 
 TEST(DebugOutputTest, GoesToTheSinkOrOnDemandToStandardError) {

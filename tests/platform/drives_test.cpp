@@ -1,4 +1,4 @@
-#include "tests/test_support.h"
+#include "tests/document_support.h"
 
 #include <optional>
 
@@ -33,31 +33,18 @@ std::string absolute(const std::string &name) {
 }
 
 TEST_F(DrivesTest, AHostPathTakesTheDriveWithTheLongestFolder) {
-  const std::tuple<const char *, const char *, const char *> rows[] = {
-      {"", "/home/me", "C:\\home\\me"},
-      {"", "/a//./b/../c/", "C:\\a\\c\\"},
-      {"", "/../a", "C:\\a"},
-      {"D=T/d", "T/d/x", "D:\\x"},
-      {"D=T/d", "T/d", "D:\\"},
-      {"D=T/d", "T/D", "C:T\\D"},
-      {"D=T/d", "T/dd/x", "C:T\\dd\\x"},
-      {"D=T/d", "T/d/../x", "C:T\\x"},
-      {"D=T/d;E=T/d/e", "T/d/e/x", "E:\\x"},
-      {"D=T/q/../d/.", "T/d/x", "D:\\x"},
-      {"A=T/d;C=T/d;D=T/d", "T/d/x", "C:\\x"},
-      {"C=T/d", "/home/me", "Z:\\home\\me"},
-      {"Z=T/d", "T/d/x", "C:T\\d\\x"},
-      {"D=T/d;D=T/e", "T/e/x", "D:\\x"},
-      {"d=T/d", "T/d/x", "D:\\x"},
-      {";;D;D=;=T/d;D:=T/d;DD=T/d;D=d;1=T/d;D=\\d", "T/d/x", "C:T\\d\\x"}, // none of them is a mapping
-      {"D=home", "/home/me", "C:\\home\\me"},
-  };
-  for (const auto &[map, path, form] : rows) {
-    SCOPED_TRACE(testing::Message() << map << " " << path);
-    drives.reset();
-    drives.emplace("KESTRUNE_DRIVES", expanded(map).c_str());
-    EXPECT_EQ(absolute(expanded(path)), driveForm(form));
-  }
+  // The map, a host path, and its Windows form.
+  support::checkRows(3, R"(
+    -     /home/me C:\home\me   -   /a//./b/../c/ C:\a\c\   -   /../a C:\a   D=T/d T/d/x D:\x   D=T/d T/d D:\
+    D=T/d T/D C:T\D   D=T/d T/dd/x C:T\dd\x   D=T/d T/d/../x C:T\x   D=T/d;E=T/d/e T/d/e/x E:\x   Z=T/d T/d/x C:T\d\x
+    D=T/q/../d/. T/d/x D:\x   A=T/d;C=T/d;D=T/d T/d/x C:\x   C=T/d /home/me Z:\home\me   D=T/d;D=T/e T/e/x D:\x
+    d=T/d T/d/x D:\x   D=home /home/me C:\home\me   ;;D;D=;=T/d;D:=T/d;DD=T/d;D=d;1=T/d;D=\d T/d/x C:T\d\x)",
+                     [this](const support::Cells &row) {
+                       drives.reset();
+                       drives.emplace("KESTRUNE_DRIVES", expanded(row[0]).c_str());
+                       const std::string form = absolute(expanded(row[1]));
+                       return CString(form == driveForm(row[2]) ? row[2] : form.c_str());
+                     });
 }
 
 TEST_F(DrivesTest, TheCurrentDirectoryIsOnTheDriveWithTheLongestFolder) {
@@ -94,45 +81,24 @@ TEST_F(DrivesTest, TheCurrentDirectoryIsOnTheDriveWithTheLongestFolder) {
 
 // Each file has a size of its own, which tells what a name led to; 0 is nothing.
 TEST_F(DrivesTest, NamesLeadToFiles) {
-  const char *const files[] = {"",        "d/a.xml",        "a.xml",     "d/Sub/File.XML", "d/sub2/x",
-                               "d/SUB2X", "d/e/B.xml",      "d/e/b.XML", "d/.hidden/x",    "d/in\xC3\xA9/x",
-                               "d/x:y",   "d/sub/nothing/y"};
-  for (std::size_t size = 1; size < std::size(files); ++size)
-    support::write(root + "/" + files[size], std::string(size, 'x'));
+  long size = 0;
+  for (const char *file : {"d/a.xml", "a.xml", "d/Sub/File.XML", "d/sub2/x", "d/SUB2X", "d/e/B.xml", "d/e/b.XML",
+                           "d/.hidden/x", "d/iné/x", "d/x:y", "d/sub/nothing/y"})
+    support::write(root + "/" + file, std::string(++size, 'x'));
   fs::create_symlink("nowhere", root + "/d/dangling.xml");
   drives.emplace("KESTRUNE_DRIVES", expanded("D=T/d;E=T").c_str());
   const support::CurrentDirectory current(root + "/d/e");
-  const std::pair<const char *, long> rows[] = {
-      {"D:\\a.xml", 1},
-      {"d:/A.XML", 1},
-      {"D:\\..\\a.xml", 1}, // not 2: a drive has nothing above its folder
-      {"..\\..\\..\\a.xml", 1},
-      {"\\a.xml", 1},
-      {"T/a.xml", 2},
-      {"T/d/../A.xml", 2},
-      {"D:\\sub\\file.xml", 0}, // `sub` is there as it stands, so `Sub` is not looked at
-      {"D:\\SUB\\FILE.xml", 3},
-      {"D:\\SUB2\\X", 4},
-      {"D:\\sub2x", 5},
-      {"D:\\e\\b.xml", 6}, // the first by its bytes
-      {"b.XML", 7},
-      {"B.xml", 6},
-      {"D:b.xml", 6},
-      {"E:a.xml", 2}, // another drive than the current one is at its root
-      {"..\\.hidden\\.\\x", 8},
-      {"D:\\IN\xC3\xA9\\x", 9},
-      {"D:\\in\xC3\x89\\x", 0}, // case is ASCII case
-      {"D:\\x:y", 10},
-      {"D:\\a.xml\\", 0},
-      {"D:\\a.xml\\x", 0},
-      {"D:\\dangling.xml", 0},
-      {"\\\\d\\a.xml", 0},
-      {"//T/a.xml", 0},
-      {"Q:\\a.xml", 0},
-      {"", 0},
-  };
-  for (const auto &[name, size] : rows)
-    EXPECT_EQ(CFilename(expanded(name).c_str()).FileSize(), size) << name;
+  // A drive has nothing above its folder; `sub` is there as it stands, so `Sub` is not looked at; of two names in
+  // another case the first by its bytes is taken; another drive than the current one is at its root; case is ASCII
+  // case.
+  support::checkRows(2, R"(
+    D:\a.xml 1   d:/A.XML 1   D:\..\a.xml 1   ..\..\..\a.xml 1   \a.xml 1   T/a.xml 2   T/d/../A.xml 2
+    D:\sub\file.xml 0   D:\SUB\FILE.xml 3   D:\SUB2\X 4   D:\sub2x 5   D:\e\b.xml 6   b.XML 7   B.xml 6   D:b.xml 6
+    E:a.xml 2   ..\.hidden\.\x 8   D:\INé\x 9   D:\inÉ\x 0   D:\x:y 10   D:\a.xml\ 0   D:\a.xml\x 0
+    D:\dangling.xml 0   \\d\a.xml 0   //T/a.xml 0   Q:\a.xml 0   - 0)",
+                     [this](const support::Cells &row) {
+                       return IntToCString(static_cast<int>(CFilename(expanded(row[0]).c_str()).FileSize()));
+                     });
 }
 
 TEST_F(DrivesTest, ANameInAnotherCaseIsTheSameFile) {

@@ -62,15 +62,13 @@ protected:
   const support::Com com;
 };
 
-class SizeLimit {
+class SizeLimit : support::Unique {
 public:
   explicit SizeLimit(rlim_t bytes) {
     ::getrlimit(RLIMIT_FSIZE, &m_old);
     const rlimit limit{bytes, m_old.rlim_max};
     ::setrlimit(RLIMIT_FSIZE, &limit);
   }
-  SizeLimit(const SizeLimit &) = delete;
-  SizeLimit &operator=(const SizeLimit &) = delete;
   ~SizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_old); }
 
 private:

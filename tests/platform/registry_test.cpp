@@ -48,56 +48,40 @@ protected:
 TEST_F(RegistryTest, OddFiles) {
   using namespace std::string_literals;
   const std::string max(249, 'x');
-  const std::tuple<const char *, std::string, std::string> rows[] = {
-      {"UTF-8", kHead + kKey + kNet, "D:\\Net"},
-      {"UTF-8 with a mark", "\xEF\xBB\xBF" + kKey + kNet, "D:\\Net"},
-      {"UTF-16", utf16(kHead + kKey + kNet), "D:\\Net"},
-      {"UTF-16, the other way round", utf16(kHead + kKey + kNet, true), "D:\\Net"},
-      {"UTF-16 with half a unit and lone surrogates",
-       utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x", "D:\\Net"},
-      {"UTF-16 with a pair", utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s), "\xF0\x9F\x98\x80"},
-      {"older format", kOld + kKey + kNet, "D:\\Net"},
-      {"lone line feeds", "x\n[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\"", "D:\\Net"},
-      {"comments", "; c\n" + kKey + ";" + kNet + "  \"Kestrune Path\"=\"a\" ; b \"\n; " + kNet, "a"},
-      {"escapes", kKey + kName + "\"\\\"D:\\new\\\\\\\"\"", "\"D:\\new\\\""},
-      {"no end of the text", kKey + kName + "\"D:\\\\Net\r\n", kNone},
-      {"something behind the text", kKey + kName + "\"D:\\\\Net\"x\r\n", kNone},
-      {"a damaged line changes nothing", kKey + kNet + kName + "\"x\n" + kName + "hex:4g\n" + kName + "hex\n" + kName,
-       "D:\\Net"},
-      {"later lines win", kKey + kName + "\"a\"\n[HKEY_LOCAL_MACHINE]\n" + kName + "\"c\"\n" + kKey + kNet, "D:\\Net"},
-      {"value removed", kKey + kNet + kName + "-\r\n", kNone},
-      {"key removed", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n", kNone},
-      {"key above removed", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]\n" + kName + "\"x\"", kNone},
-      {"key beside removed",
-       kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kes]\n[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]", "D:\\Net"},
-      {"value below another key", kKey + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]\n" + kNet, kNone},
-      {"value below the user", "[HKEY_CURRENT_USER\\SOFTWARE\\Kestrune]\n" + kNet, kNone},
-      {"empty brackets", "[]\n[-]\n[\n" + kNet, kNone},
-      {"other values", kKey + "@=\"d\"\n\"Kestrune\"=\"x\"\n\"Kestrune Path2\"=\"x\"\n", kNone},
-      {"the 32-bit key", kWow + kNet, "D:\\Net"},
-      {"both keys", kWow + kName + "\"x\"\n" + kKey + kNet, "D:\\Net"},
-      {"both keys, the first without the value", kWow + kNet + kKey, kNone},
-      {"both keys, the first only above another", kWow + kNet + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]", kNone},
-      {"bracket in a name", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]x]\n" + kNet, kNone},
-      {"bracket in a comment", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune] ; ]\n" + kNet, "D:\\Net"},
-      {"the first key removed", kKey + kName + "\"x\"\n" + kWow + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]",
-       "D:\\Net"},
-      {"hex(2)", kHead + kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00 , e9,00,0,0,41,00\r\n", "D:\\\xC3\xA9"},
-      {"hex(1), hex(7)", kKey + kName + "hex(1):41,00,42\n" + kName + "hex(7):44,00,00,00,45,00\n", "D"},
-      {"hex", kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n", "D:\\N"},
-      {"empty hex", kKey + kName + "hex:\n", ""},
-      {"hex(2) in the older format", kOld + kKey + kName + "hex(2):44,3a,5c,4e,00,4f\n", "D:\\N"},
-      {"dword", kKey + kName + "\"x\"\n" + kName + "dword:00000041\n", kNone},
-      {"hex(4), hex(b)", kKey + kName + "\"x\"\n" + kName + "hex(b):41,00,00,00,00,00,00,00\n", kNone},
-      {"text with a zero", kKey + kName + "\"ab\0cd\"\n"s, "ab"},
-      {"longest text", kKey + kName + "\"" + max + "\"", max},
-      {"longer text", kKey + kName + "\"" + max + "x\"", kNone},
-      {"not in the code page", kKey + kName + "\"\xE9\"\n", kNone},
-      {"nothing", "", kNone},
-      {"only a mark", "\xFF\xFE", kNone},
+  const auto lead = [this](const std::string &expected, const std::vector<std::string> &files) {
+    for (const std::string &bytes : files)
+      EXPECT_EQ(folderFrom(bytes), expected) << testing::PrintToString(bytes);
   };
-  for (const auto &[what, bytes, expected] : rows)
-    EXPECT_EQ(folderFrom(bytes), expected) << what;
+  lead("D:\\Net",
+       {kHead + kKey + kNet, "\xEF\xBB\xBF" + kKey + kNet, utf16(kHead + kKey + kNet), utf16(kHead + kKey + kNet, true),
+        utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x", kOld + kKey + kNet,
+        "x\n[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\"",
+        kKey + kNet + kName + "\"x\n" + kName + "hex:4g\n" + kName + "hex\n" + kName,
+        kKey + kName + "\"a\"\n[HKEY_LOCAL_MACHINE]\n" + kName + "\"c\"\n" + kKey + kNet,
+        kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kes]\n[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]", kWow + kNet,
+        kWow + kName + "\"x\"\n" + kKey + kNet, "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune] ; ]\n" + kNet,
+        kKey + kName + "\"x\"\n" + kWow + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]"});
+  lead(kNone,
+       {kKey + kName + "\"D:\\\\Net\r\n", kKey + kName + "\"D:\\\\Net\"x\r\n", kKey + kNet + kName + "-\r\n",
+        kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n",
+        kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]\n" + kName + "\"x\"",
+        kKey + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]\n" + kNet,
+        "[HKEY_CURRENT_USER\\SOFTWARE\\Kestrune]\n" + kNet, "[]\n[-]\n[\n" + kNet,
+        kKey + "@=\"d\"\n\"Kestrune\"=\"x\"\n\"Kestrune Path2\"=\"x\"\n", kWow + kNet + kKey,
+        kWow + kNet + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]",
+        "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]x]\n" + kNet, kKey + kName + "\"x\"\n" + kName + "dword:00000041\n",
+        kKey + kName + "\"x\"\n" + kName + "hex(b):41,00,00,00,00,00,00,00\n", kKey + kName + "\"" + max + "x\"",
+        kKey + kName + "\"\xE9\"\n", "", "\xFF\xFE"});
+  lead("\xF0\x9F\x98\x80", {utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s)});
+  lead("a", {"; c\n" + kKey + ";" + kNet + " \"Kestrune Path\"=\"a\" ; b \"\n; " + kNet});
+  lead("\"D:\\new\\\"", {kKey + kName + "\"\\\"D:\\new\\\\\\\"\""});
+  lead("D:\\\xC3\xA9", {kHead + kKey + kName + "hex(2):44,00,3a,00,\\\r\n 5C,00 , e9,00,0,0,41,00\r\n"});
+  lead("D", {kKey + kName + "hex(1):41,00,42\n" + kName + "hex(7):44,00,00,00,45,00\n"});
+  lead("D:\\N", {kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n"});
+  lead("", {kKey + kName + "hex:\n"});
+  lead("D:\\N", {kOld + kKey + kName + "hex(2):44,3a,5c,4e,00,4f\n"});
+  lead("ab", {kKey + kName + "\"ab\0cd\"\n"s});
+  lead(max, {kKey + kName + "\"" + max + "\""});
 }
 
 TEST_F(RegistryTest, TextsComeInTheCodePage) {

@@ -1,4 +1,3 @@
-#include "tests/document_support.h"
 #include "tests/names/names_support.h"
 
 namespace {

@@ -1,3 +1,4 @@
+#include "tests/document_support.h"
 #include "tests/xml/sample_records.h"
 
 namespace {
@@ -6,20 +7,10 @@ using sample::Document;
 using sample::Item;
 using sample::Items;
 using sample::Items2;
+using support::keys, support::save;
 
-std::string keys(CXMLCollectionFolder &list) {
-  std::string joined;
-  for (int i = 0; i < list.Count(); ++i)
-    joined += (i > 0 ? "," : "") + std::string(list[i]->Key());
-  return joined;
-}
-
-template <class List>
-long load(List &list, const std::string &items) {
-  const support::Com com;
-  const support::TempFolder folder;
-  support::write(folder / "a.xml", "<Items>" + items + "</Items>");
-  return list.LoadFromFile((folder / "a.xml").c_str(), nullptr);
+long load(CXMLCollectionFolder &list, const std::string &items) {
+  return support::load(list, "<Items>" + items + "</Items>");
 }
 
 TEST(XmlCollection, AddFindDelete) {
@@ -30,13 +21,10 @@ TEST(XmlCollection, AddFindDelete) {
   EXPECT_STREQ(first->Name, "abc");
   EXPECT_NE(list.GetModified(), 0);
   list.PutModified(0);
-  EXPECT_EQ(list.Add("ABC"), nullptr);
-  EXPECT_EQ(list.Add(""), nullptr);
-  EXPECT_EQ(list.Add(nullptr), nullptr);
+  EXPECT_TRUE(list.Add("ABC") == nullptr && list.Add("") == nullptr && list.Add(nullptr) == nullptr);
   EXPECT_EQ(list.GetModified(), 0) << "a refused key changes nothing";
   EXPECT_EQ(list.Find("aBc"), first);
-  EXPECT_EQ(list.Find("x"), nullptr);
-  EXPECT_EQ(list.Find(nullptr), nullptr);
+  EXPECT_TRUE(list.Find("x") == nullptr && list.Find(nullptr) == nullptr);
   list.Delete("ABC");
   EXPECT_EQ(list.Count(), 1) << "Delete heeds case";
   EXPECT_EQ(list.GetModified(), 0);
@@ -45,16 +33,11 @@ TEST(XmlCollection, AddFindDelete) {
   list.Delete("b");
   EXPECT_EQ(keys(list), "abc,c");
   for (const int index : {2, -1})
-    EXPECT_THROW(
-        {
-          try {
-            list[index];
-          } catch (const std::out_of_range &error) {
-            EXPECT_STREQ(error.what(), "vector");
-            throw;
-          }
-        },
-        std::out_of_range);
+    try {
+      ADD_FAILURE() << list[index];
+    } catch (const std::out_of_range &error) {
+      EXPECT_STREQ(error.what(), "vector");
+    }
   list.Clear();
   list.PutModified(0);
   list.Clear();
@@ -63,27 +46,20 @@ TEST(XmlCollection, AddFindDelete) {
 }
 
 TEST(XmlCollection, LoadTakesWhatItCanAndTellsTheFirstFailure) {
-  const struct {
-    const char *items;
-    long result;
-    const char *keys;
-  } rows[] = {
-      {"", KRX_S_EMPTY_COLLECTION, ""},
-      {"<Other/>", KRX_S_EMPTY_COLLECTION, ""},
-      {"<Item Name='a'/><Item Name='b'/>", S_OK, "a,b"},
-      {"<Item/><Item Name='b'/>", S_OK, "b"},
-      {"<Item/>", S_OK, ""},
-      {"<Item Name='a'/><Item Name='A'/><Item Name='c'/>", KRX_E_DUPLICATE_KEY, "a,c"},
-      {"<Item Name=''/><Item Name='c'/>", KRX_E_DUPLICATE_KEY, "c"},
-      {"<Item Name='a'><Item Name='b'><Item Name='c'/></Item></Item><Item Name='d'/>", S_OK, "a,b,c,d"},
-  };
-  for (const auto &row : rows) {
+  const auto outcome = [](const support::Cells &row) {
     Items list;
     list.Add("old");
-    EXPECT_EQ(load(list, row.items), row.result) << row.items;
-    EXPECT_EQ(keys(list), row.keys) << row.items;
-    EXPECT_EQ(list.GetModified(), 0) << row.items;
-  }
+    const long result = load(list, row[0]);
+    EXPECT_EQ(list.GetModified(), 0) << row[0];
+    return CString((std::to_string(result) + ":" + keys(list)).c_str());
+  };
+  const std::string empty = std::to_string(KRX_S_EMPTY_COLLECTION), twice = std::to_string(KRX_E_DUPLICATE_KEY);
+  support::checkRows(2,
+                     "- " + empty + ":   <Other/> " + empty + ":   <Item/> 0:   <Item/><Item~Name='b'/> 0:b " +
+                         "<Item~Name='a'/><Item~Name='b'/> 0:a,b   <Item~Name=''/><Item~Name='c'/> " + twice + ":c " +
+                         "<Item~Name='a'/><Item~Name='A'/><Item~Name='c'/> " + twice + ":a,c " +
+                         "<Item~Name='a'><Item~Name='b'><Item~Name='c'/></Item></Item><Item~Name='d'/> 0:a,b,c,d",
+                     outcome);
 }
 
 TEST(XmlCollection, EqualKeysWhereTheyAreIgnored) {
@@ -141,39 +117,30 @@ TEST(XmlCollection, OverriddenSearchAndAddAreCalledDuringALoad) {
 }
 
 TEST(XmlCollection, SavesItemsInOrderUnderTheItemTag) {
-  const support::Com com;
-  const support::TempFolder folder;
-  Document document;
+  Document document, again;
   document.Contents.CreationDate = "7";
   document.List.Add("z")->PutTag(CString("Item"));
   document.List.Add("a")->Text = "";
   document.List.PutModified(0);
   document.List[1]->Bound = "0x1";
   EXPECT_NE(document.GetModified(), 0);
-  ASSERT_EQ(document.SaveToFile((folder / "a.xml").c_str(), nullptr, true), S_OK);
+  const std::string bytes = save(document);
   EXPECT_EQ(document.GetModified(), 0);
-  const std::string bytes = support::read(folder / "a.xml");
-  EXPECT_EQ(bytes,
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Root>\n"
-            "\t<Contents MajorVersion=\"0\" MinorVersion=\"0\" CreationDate=\"7\" Format=\"0\" Content=\"0\">\n"
-            "\t\t<FileDescription>Empty File Description</FileDescription>\n"
-            "\t\t<UpgradeStatus>0</UpgradeStatus>\n\t</Contents>\n"
-            "\t<Items>\n"
-            "\t\t<Item Name=\"z\" Flag=\"FALSE\">\n\t\t\t<Text>none</Text>\n\t\t\t<Bound>0xFFFF</Bound>\n\t\t</Item>\n"
-            "\t\t<Item Name=\"a\" Flag=\"FALSE\">\n\t\t\t<Text></Text>\n\t\t\t<Bound>0x1</Bound>\n\t\t</Item>\n"
-            "\t</Items>\n</Root>\n");
-  Document again;
-  EXPECT_EQ(again.LoadFromFile((folder / "a.xml").c_str(), nullptr), S_OK);
-  EXPECT_EQ(again.SaveToFile((folder / "b.xml").c_str(), nullptr, false), S_OK);
-  EXPECT_EQ(support::read(folder / "b.xml"), bytes);
+  EXPECT_EQ(
+      bytes,
+      support::document(
+          "Root", '0', "Empty File Description",
+          "\t<Items>\n"
+          "\t\t<Item Name=\"z\" Flag=\"FALSE\">\n\t\t\t<Text>none</Text>\n\t\t\t<Bound>0xFFFF</Bound>\n\t\t</Item>\n"
+          "\t\t<Item Name=\"a\" Flag=\"FALSE\">\n\t\t\t<Text></Text>\n\t\t\t<Bound>0x1</Bound>\n\t\t</Item>\n"
+          "\t</Items>\n"));
+  EXPECT_EQ(support::load(again, bytes), S_OK);
+  EXPECT_EQ(save(again), bytes);
   again.List.Clear();
-  EXPECT_EQ(again.SaveToFile((folder / "b.xml").c_str(), nullptr, true), S_OK);
-  EXPECT_NE(support::read(folder / "b.xml").find("\t<Items>\n\t</Items>\n</Root>\n"), std::string::npos);
+  EXPECT_TRUE(save(again).ends_with("\t<Items>\n\t</Items>\n</Root>\n"));
 }
 
 TEST(XmlFileNames, ListOfFileNames) {
-  const support::Com com;
-  const support::TempFolder folder;
   CXMLFileNames names;
   CXMLFileName *const name = names.Add("a.xml");
   ASSERT_NE(name, nullptr);
@@ -181,9 +148,7 @@ TEST(XmlFileNames, ListOfFileNames) {
   name->OptionFlags = 3;
   CXMLFileNames copy(names);
   EXPECT_STREQ(copy.Find("A.xml")->OptionFlags, "0x3");
-  ASSERT_EQ(copy.SaveToFile((folder / "n.xml").c_str(), nullptr, true), S_OK);
-  EXPECT_NE(support::read(folder / "n.xml").find("\t\t<PFXMLFileName Name=\"a.xml\">\n\t\t\t<OptionFlags>0x3<"),
-            std::string::npos);
+  EXPECT_NE(save(copy).find("\t\t<PFXMLFileName Name=\"a.xml\">\n\t\t\t<OptionFlags>0x3<"), std::string::npos);
   const CXMLFileName other("Tag", "File");
   EXPECT_STREQ(other.GetTag(), "Tag");
   EXPECT_STREQ(other.Name.GetTag(), "File");

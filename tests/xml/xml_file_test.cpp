@@ -1,3 +1,4 @@
+#include "tests/document_support.h"
 #include "tests/xml/sample_records.h"
 
 #include <thread>
@@ -24,34 +25,24 @@ protected:
 };
 
 TEST_F(XmlFile, LoadTellsEachFailure) {
-  const struct {
-    const char *what;
-    std::string path;
-    long result;
-  } rows[] = {
-      {"missing", m_folder / "none.xml", KRX_E_FILE_NOT_FOUND},
-      {"directory", m_folder.path().string(), KRX_E_FILE_NOT_FOUND},
-      {"drive root", "C:\\", KRX_E_FILE_NOT_FOUND},
-      {"unmapped drive", "Q:\\a.xml", KRX_E_FILE_NOT_FOUND},
-      {"network name", "\\\\server\\share\\a.xml", KRX_E_FILE_NOT_FOUND},
-      {"empty file", write("empty.xml", ""), KRX_E_UNEXPECTED_DATA},
-      {"no root", write("noroot.xml", "<?xml version='1.0'?><!-- -->"), KRX_E_UNEXPECTED_DATA},
-      {"malformed", write("bad.xml", "<Root><Items></Root>"), KRX_E_UNEXPECTED_DATA},
-      {"two roots", write("two.xml", "<Root/><Root/>"), KRX_E_UNEXPECTED_DATA},
-      {"not UTF-8", write("bytes.xml", "<Root>\xFF</Root>"), KRX_E_UNEXPECTED_DATA},
-      {"zero byte", write("zero.xml", std::string_view("<Root>\0</Root>", 14)), KRX_E_UNEXPECTED_DATA},
-      {"wrong root", write("wrong.xml", "<Other><Items><Item Name='new'/></Items></Other>"), KRX_E_WRONG_ROOT_TAG},
+  const auto fails = [](long result, const std::vector<std::string> &paths) {
+    for (const std::string &path : paths) {
+      Document document;
+      document.List.Add("kept");
+      EXPECT_EQ(load(document, path), result) << path;
+      EXPECT_EQ(support::keys(document.List), "kept") << path;
+      // Once a file was opened, the document counts as unmodified.
+      EXPECT_EQ(document.GetModified() != 0, result == KRX_E_FILE_NOT_FOUND) << path;
+      EXPECT_STREQ(document.m_fileName, path.c_str());
+    }
   };
-  for (const auto &row : rows) {
-    Document document;
-    document.List.Add("kept");
-    EXPECT_EQ(load(document, row.path), row.result) << row.what;
-    EXPECT_EQ(document.List.Count(), 1) << row.what;
-    EXPECT_STREQ(document.List[0]->Key(), "kept") << row.what;
-    // Once a file was opened, the document counts as unmodified.
-    EXPECT_EQ(document.GetModified() != 0, row.result == KRX_E_FILE_NOT_FOUND) << row.what;
-    EXPECT_EQ(document.m_fileName.Compare(row.path.c_str()), 0) << row.what;
-  }
+  fails(KRX_E_FILE_NOT_FOUND,
+        {m_folder / "none.xml", m_folder.path(), "C:\\", "Q:\\a.xml", "\\\\server\\share\\a.xml"});
+  fails(KRX_E_UNEXPECTED_DATA,
+        {write("empty.xml", ""), write("noroot.xml", "<?xml version='1.0'?><!-- -->"),
+         write("two.xml", "<Root/><Root/>"), write("malformed.xml", "<Root><Items></Root>"),
+         write("bytes.xml", "<Root>\xFF</Root>"), write("zero.xml", std::string_view("<Root>\0</Root>", 14))});
+  fails(KRX_E_WRONG_ROOT_TAG, {write("wrong.xml", "<Other><Items><Item Name='new'/></Items></Other>")});
 }
 
 TEST_F(XmlFile, LoadTellsRemarksAndDuplicates) {
@@ -120,33 +111,20 @@ TEST_F(XmlFile, SaveTellsEachFailureAndLeavesTheOldFile) {
   write("file", "x");
   const std::string readOnly = write("readonly.xml", old);
   fs::permissions(readOnly, fs::perms::owner_read);
-  const struct {
-    const char *what;
-    std::string path;
-    bool overwrite;
-    const char *text;
-    long result;
-  } rows[] = {
-      {"exists", write("exists.xml", old), false, "x", KRX_E_WRITE_PROTECTED},
-      {"directory exists", m_folder.path().string(), false, "x", KRX_E_WRITE_PROTECTED},
-      {"directory", m_folder.path().string(), true, "x", KRX_E_SAVE_FAILED},
-      {"read-only", readOnly, true, "x", KRX_E_SAVE_FAILED},
-      {"folder cannot be made", m_folder / "file/sub/a.xml", true, "x", KRX_E_SAVE_FAILED},
-      {"full device", "/dev/full", true, "x", KRX_E_SAVE_FAILED},
-      {"unmapped drive", "Q:\\a.xml", true, "x", KRX_E_SAVE_FAILED},
-      {"control character", write("control.xml", old), true, "a\x01", KRX_E_SAVE_FAILED},
-      {"bad bytes", write("bytes.xml", old), true, "\xC3(", KRX_E_SAVE_FAILED},
-      {"overlong", write("overlong.xml", old), true, "\xC0\x80", KRX_E_SAVE_FAILED},
-      {"surrogate", write("surrogate.xml", old), true, "\xED\xA0\x80", KRX_E_SAVE_FAILED},
-      {"noncharacter", write("noncharacter.xml", old), true, "\xEF\xBF\xBF", KRX_E_SAVE_FAILED},
-  };
-  for (const auto &row : rows) {
+  const auto fails = [&](long result, const std::string &path, bool overwrite = true, const char *text = "x") {
     Document document;
-    document.List.Add("a")->Text = row.text;
-    EXPECT_EQ(save(document, row.path, row.overwrite), row.result) << row.what;
-    EXPECT_NE(document.GetModified(), 0) << row.what;
-    EXPECT_TRUE(!fs::is_regular_file(row.path) || support::read(row.path) == old) << row.what;
-  }
+    document.List.Add("a")->Text = text;
+    EXPECT_EQ(save(document, path, overwrite), result) << path << text;
+    EXPECT_NE(document.GetModified(), 0) << path << text;
+    EXPECT_TRUE(!fs::is_regular_file(path) || support::read(path) == old) << path << text;
+  };
+  fails(KRX_E_WRITE_PROTECTED, write("exists.xml", old), false);
+  fails(KRX_E_WRITE_PROTECTED, m_folder.path(), false);
+  for (const std::string &path : std::initializer_list<std::string>{
+           m_folder.path(), readOnly, m_folder / "file/sub/a.xml", "/dev/full", "Q:\\a.xml"})
+    fails(KRX_E_SAVE_FAILED, path);
+  for (const char *text : {"a\x01", "\xC3(", "\xC0\x80", "\xED\xA0\x80", "\xEF\xBF\xBF"})
+    fails(KRX_E_SAVE_FAILED, write("text.xml", old), true, text);
   for (const char *name : {"", "a b", "1a", "a&", "\xC2\xAD"}) {
     Document document;
     document.List.Add("a")->Text.PutTag(CString(name));
@@ -210,27 +188,14 @@ TEST_F(XmlFile, FailuresInsideAreCodesAndExceptionsPassThrough) {
   EXPECT_EQ(support::read(path), "<Item Name='n'/>");
 }
 
-TEST_F(XmlFile, PlainFolderReadsItsElementsBackButNotItsAttributes) {
-  Item item;
-  item.Name = "n";
-  item.Text = "t";
-  const std::string path = m_folder / "item.xml";
-  ASSERT_EQ(item.SaveToFile(path.c_str(), nullptr, true), S_OK);
-  Item again;
-  EXPECT_EQ(again.LoadFromFile(path.c_str(), nullptr), KRX_S_NO_ATTRIBUTE);
-  EXPECT_STREQ(again.Text, "t");
-  EXPECT_STREQ(again.Name, "Unassigned");
-}
-
 TEST_F(XmlFile, ContentsAndUpgradeStatus) {
   Document document;
   EXPECT_NE(document.GetModified(), 0);
   EXPECT_GT(static_cast<int>(document.Contents.CreationDate), 1700000000);
-  const std::pair<const char *, unsigned> rows[] = {{"0x10", 16}, {"", 0}, {"-1", 4294967295u}, {"010", 8}};
-  for (const auto &[text, status] : rows) {
-    document.Contents.UpgradeStatus = text;
-    EXPECT_EQ(document.Contents.getUpgradeStatus(), status) << text;
-  }
+  support::checkRows(2, "0x10 16 - 0 -1 4294967295 010 8", [&](const support::Cells &row) {
+    document.Contents.UpgradeStatus = row[0];
+    return CString(std::to_string(document.Contents.getUpgradeStatus()).c_str());
+  });
   document.Contents.setUpgradeStatus(3000000000u);
   EXPECT_STREQ(document.Contents.UpgradeStatus, "-1294967296");
   EXPECT_EQ(document.Contents.getUpgradeStatus(), 3000000000u);

@@ -1,8 +1,10 @@
+#include "tests/document_support.h"
 #include "tests/xml/sample_records.h"
 
 namespace {
 
 using sample::Item;
+using support::load, support::save;
 
 /// A folder whose members are those that a test gives it.
 class Group : public CXMLFolder {
@@ -31,39 +33,34 @@ private:
   long m_code;
 };
 
-class XmlFolder : public testing::Test {
-protected:
-  long load(CXMLFolder &folder, const std::string &text) {
-    support::write(m_folder / "a.xml", text);
-    return folder.LoadFromFile((m_folder / "a.xml").c_str(), nullptr);
-  }
-  std::string save(CXMLFolder &folder) {
-    EXPECT_EQ(folder.SaveToFile((m_folder / "b.xml").c_str(), nullptr, true), S_OK);
-    return support::read(m_folder / "b.xml");
-  }
-
-  support::Com m_com;
-  support::TempFolder m_folder;
+template <class Value>
+struct Tagged : Value {
+  explicit Tagged(const char *tag) { this->PutTag(CString(tag)); }
+  using Value::operator=;
 };
+using Attribute = Tagged<CXMLAttribute>;
+using Element = Tagged<CXMLElement>;
 
-TEST_F(XmlFolder, SavesAttributesAndElementsInTheirLayout) {
-  Item item;
+TEST(XmlFolder, SavesAttributesAndElementsInTheirLayout) {
+  Item item, again;
   item.Name = "a<\"&\t\n'>";
   item.Text = "\r a]]>\n\t";
   item.Bound = 16;
-  EXPECT_EQ(save(item), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                        "<Item>\n"
-                        "\t<Item Name=\"a&lt;&quot;&amp;&#9;&#10;'>\" Flag=\"FALSE\">\n"
-                        "\t\t<Text>&#13; a]]&gt;\n\t</Text>\n"
-                        "\t\t<Bound>0x10</Bound>\n"
-                        "\t</Item></Item>\n");
+  const std::string bytes = save(item);
+  EXPECT_EQ(bytes, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                   "<Item>\n"
+                   "\t<Item Name=\"a&lt;&quot;&amp;&#9;&#10;'>\" Flag=\"FALSE\">\n"
+                   "\t\t<Text>&#13; a]]&gt;\n\t</Text>\n"
+                   "\t\t<Bound>0x10</Bound>\n"
+                   "\t</Item></Item>\n");
+  EXPECT_EQ(load(again, bytes), KRX_S_NO_ATTRIBUTE) << "a plain folder finds its elements, but not its attributes";
+  EXPECT_EQ(again.Text, item.Text);
+  EXPECT_STREQ(again.Name, "Unassigned");
 }
 
-TEST_F(XmlFolder, ResultIsThatOfTheLastMemberThatWasLoaded) {
-  CXMLAttribute attribute;
-  attribute.PutTag(CString("A"));
-  CXMLElement element;
-  element.PutTag(CString("E"));
+TEST(XmlFolder, ResultIsThatOfTheLastMemberThatWasLoaded) {
+  Attribute attribute("A");
+  Element element("E");
   Group inner("In", {});
   Group group("R", {&attribute, &element, &inner});
   EXPECT_EQ(load(group, "<R/>"), KRX_S_NO_ELEMENT);
@@ -77,23 +74,16 @@ TEST_F(XmlFolder, ResultIsThatOfTheLastMemberThatWasLoaded) {
   EXPECT_EQ(load(backwards, "<R/>"), KRX_S_NO_ATTRIBUTE);
   EXPECT_STREQ(attribute, "1") << "a missing value keeps its text";
 
-  Failing first(KRX_E_DUPLICATE_KEY);
-  Failing second(KRX_E_SAVE_FAILED);
+  Failing first(KRX_E_DUPLICATE_KEY), second(KRX_E_SAVE_FAILED);
   Group failing("R", {&first, &attribute, &second});
   EXPECT_EQ(load(failing, "<R A='2'/>"), KRX_E_DUPLICATE_KEY);
   EXPECT_EQ(second.loads, 1);
   EXPECT_STREQ(attribute, "2");
 }
 
-TEST_F(XmlFolder, SearchesAllDescendants) {
-  CXMLElement text;
-  text.PutTag(CString("T"));
-  CXMLElement same;
-  same.PutTag(CString("T"));
-  CXMLAttribute attribute;
-  attribute.PutTag(CString("A"));
-  CXMLElement joined;
-  joined.PutTag(CString("J"));
+TEST(XmlFolder, SearchesAllDescendants) {
+  Element text("T"), same("T"), joined("J");
+  Attribute attribute("A");
   Group group("R", {&text, &same, &attribute, &joined});
   EXPECT_EQ(load(group, "<r><Q><T A='q'>deep</T></Q><T>later</T><J>a<T/> <K>b</K>\n<K> c </K></J></r>"), S_OK);
   EXPECT_STREQ(text, "deep");
@@ -102,7 +92,7 @@ TEST_F(XmlFolder, SearchesAllDescendants) {
   EXPECT_STREQ(joined, "ab c ");
 }
 
-TEST_F(XmlFolder, ModifiedFlagsWalkTheTree) {
+TEST(XmlFolder, ModifiedFlagsWalkTheTree) {
   CXMLElement element;
   Group inner("In", {&element});
   Group group("R", {&inner});
@@ -118,7 +108,7 @@ TEST_F(XmlFolder, ModifiedFlagsWalkTheTree) {
   EXPECT_EQ(element.GetModified(), 2);
 }
 
-TEST_F(XmlFolder, CopyTakesTextsAndNoFileName) {
+TEST(XmlFolder, CopyTakesTextsAndNoFileName) {
   Item source;
   source.Name = "n";
   source.Text = "t";
@@ -143,13 +133,11 @@ TEST_F(XmlFolder, CopyTakesTextsAndNoFileName) {
   EXPECT_FALSE(source < target);
 }
 
-TEST_F(XmlFolder, DebugChannelTellsWhatIsMissing) {
+TEST(XmlFolder, DebugChannelTellsWhatIsMissing) {
   std::string told;
   platform::SetDebugSink([&](const char *text) { told += text; });
-  CXMLAttribute attribute;
-  attribute.PutTag(CString("A"));
-  CXMLElement element;
-  element.PutTag(CString("E"));
+  Attribute attribute("A");
+  Element element("E");
   Group inner("In", {});
   Group group("R", {&attribute, &element, &inner});
   load(group, "<R/>");
@@ -165,22 +153,14 @@ public:
   long Load(MSXML::IXMLDOMElement *parent) override {
     const IXMLDOMElementPtr element(parent);
     CString value("old");
-    EXPECT_TRUE(getElementValue(element, "T", value));
-    EXPECT_STREQ(value, "1");
-    EXPECT_FALSE(getElementValue(element, "none", value));
-    EXPECT_STREQ(value, "");
-    EXPECT_TRUE(getAttributeValue(element, "A", value));
-    EXPECT_STREQ(value, "");
+    EXPECT_TRUE(getElementValue(element, "T", value) && value == "1");
+    EXPECT_TRUE(!getElementValue(element, "none", value) && value == "");
+    EXPECT_TRUE(getAttributeValue(element, "A", value) && value == "");
     EXPECT_FALSE(getAttributeValue(element, "B", value));
-    EXPECT_TRUE(setAttributeValue(element, "B", "b"));
-    EXPECT_TRUE(getAttributeValue(element, "B", value));
-    EXPECT_STREQ(value, "b");
-    EXPECT_TRUE(setElementValue(element, "T", "new <text>"));
-    EXPECT_FALSE(setElementValue(element, "none", "x"));
-    EXPECT_TRUE(getElementValue(element, "T", value));
-    EXPECT_STREQ(value, "new <text>");
-    EXPECT_FALSE(getElementValue(nullptr, "T", value));
-    EXPECT_FALSE(setAttributeValue(nullptr, "T", "x"));
+    EXPECT_TRUE(setAttributeValue(element, "B", "b") && getAttributeValue(element, "B", value) && value == "b");
+    EXPECT_TRUE(setElementValue(element, "T", "new <text>") && !setElementValue(element, "none", "x"));
+    EXPECT_TRUE(getElementValue(element, "T", value) && value == "new <text>");
+    EXPECT_FALSE(getElementValue(nullptr, "T", value) || setAttributeValue(nullptr, "T", "x"));
     EXPECT_THROW(getElementByName(nullptr, "T"), _com_error);
     EXPECT_TRUE(getElementByName(element, "none") == nullptr);
     // Nodes that are added later are found as well, in document order.
@@ -188,13 +168,12 @@ public:
     element->appendChild(late);
     late->appendChild(element->GetownerDocument()->createElement("T"));
     const auto list = element->getElementsByTagName("T");
-    EXPECT_EQ(list.Getlength(), 3);
-    EXPECT_TRUE(list.Getitem(2) != nullptr && list.Getitem(3) == nullptr && list.Getitem(-1) == nullptr);
+    EXPECT_TRUE(list.Getlength() == 3 && list.Getitem(2) != nullptr && list.Getitem(3) == nullptr &&
+                list.Getitem(-1) == nullptr);
     EXPECT_STREQ(list.Getitem(1)->Gettext(), "2");
     EXPECT_THROW(late->appendChild(late), _com_error);
-    insertTabs(late, 3);
-    insertTabs(late, -1);
-    insertTabs(late, 100);
+    for (const int depth : {3, -1, 100})
+      insertTabs(late, depth);
     appendNewline(late);
     EXPECT_EQ(static_cast<const char *>(late->Gettext()), "\n\t\t\t\n\n" + std::string(100, '\t') + "\n");
     EXPECT_THROW(insertTabs(nullptr, 1), _com_error);
@@ -202,7 +181,7 @@ public:
   }
 };
 
-TEST_F(XmlFolder, DomFunctionsOnAnElement) {
+TEST(XmlFolder, DomFunctionsOnAnElement) {
   Probe probe;
   EXPECT_EQ(load(probe, "<R A=''><S><T>1</T></S><T>2</T></R>"), S_OK);
 }

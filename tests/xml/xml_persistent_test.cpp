@@ -1,6 +1,4 @@
-#include "tests/test_support.h"
-
-#include <cfloat>
+#include "tests/document_support.h"
 
 namespace {
 
@@ -12,51 +10,41 @@ std::string state(const Value &value) {
          std::to_string(base.GetModified());
 }
 
-template <class Value, class Change>
-std::string after(Change change) {
+template <class Value, class... Arguments>
+std::string init(Arguments... arguments) {
   Value value;
-  change(value);
-  return state(value);
+  value.Init(arguments...);
+  return state(value) + " ";
+}
+
+template <class Value>
+std::string assign(auto text) {
+  Value value;
+  value = text;
+  return state(value) + " ";
 }
 
 TEST(XmlPersistent, InitAndAssignment) {
-  const struct {
-    const char *what;
-    std::string state;
-    const char *expected;
-  } rows[] = {
-      {"fresh", after<CXMLPersistent>([](auto &) {}), "Unassigned|Undefined|0"},
-      {"fresh hex", after<CXMLHexElement>([](auto &) {}), "0xFFFF|Undefined|0"},
-      {"text", after<CXMLAttribute>([](auto &v) { v.Init("T", "x"); }), "x|T|0"},
-      {"null text", after<CXMLAttribute>([](auto &v) { v.Init("T", static_cast<const char *>(nullptr)); }),
-       "Unassigned|T|0"},
-      {"null tag", after<CXMLElement>([](auto &v) { v.Init(nullptr, "x"); }), "x|Unassigned|0"},
-      {"number", after<CXMLElement>([](auto &v) { v.Init("T", -7); }), "-7|T|1"},
-      {"zero", after<CXMLAttribute>([](auto &v) { v.Init("T", 0); }), "Unassigned|T|0"},
-      {"text zero", after<CXMLAttribute>([](auto &v) { v.Init("T", "0"); }), "0|T|0"},
-      {"true", after<CXMLBoolAttribute>([](auto &v) { v.Init("T", true); }), "TRUE|T|1"},
-      {"null tag, bool", after<CXMLBoolAttribute>([](auto &v) { v.Init(nullptr, false); }), "FALSE|Unassigned|1"},
-      {"bool text", after<CXMLBoolAttribute>([](auto &v) { v.Init("T", "maybe"); }), "maybe|T|0"},
-      {"hex zero", after<CXMLHexElement>([](auto &v) { v.Init("T", 0); }), "0x0|T|1"},
-      {"hex number", after<CXMLHexElement>([](auto &v) { v.Init("T", 255); }), "0xFF|T|1"},
-      {"hex negative", after<CXMLHexElement>([](auto &v) { v.Init("T", -1); }), "0xFFFFFFFF|T|1"},
-      {"hex null", after<CXMLHexElement>([](auto &v) { v.Init("T", static_cast<const char *>(nullptr)); }),
-       "Unassigned|T|0"},
-      {"hex same", after<CXMLHexElement>([](auto &v) { v.Init("T", "0xFFFF"); }), "0xFFFF|T|0"},
-      {"assign same", after<CXMLAttribute>([](auto &v) { v = "Unassigned"; }), "Unassigned|Undefined|0"},
-      {"assign case", after<CXMLAttribute>([](auto &v) { v = "unassigned"; }), "unassigned|Undefined|1"},
-      {"assign null", after<CXMLElement>([](auto &v) { v = static_cast<const char *>(nullptr); }), "|Undefined|1"},
-      {"assign itself", after<CXMLElement>([](auto &v) { v = static_cast<const char *>(v) + 2; }),
-       "assigned|Undefined|1"},
-      {"assign number", after<CXMLAttribute>([](auto &v) { v = 0; }), "0|Undefined|1"},
-      {"hex text zero", after<CXMLHexElement>([](auto &v) { v = "0"; }), "0x0|Undefined|1"},
-      {"hex no prefix", after<CXMLHexElement>([](auto &v) { v = "255"; }), "255|Undefined|1"},
-      {"hex int", after<CXMLHexElement>([](auto &v) { v = 4096; }), "0x1000|Undefined|1"},
-      {"bool false", after<CXMLBoolAttribute>([](auto &v) { v = false; }), "FALSE|Undefined|1"},
-      {"bool any", after<CXMLBoolAttribute>([](auto &v) { v = "?"; }), "?|Undefined|1"},
-  };
-  for (const auto &row : rows)
-    EXPECT_EQ(row.state, row.expected) << row.what;
+  using Attribute = CXMLAttribute;
+  using Element = CXMLElement;
+  using Bool = CXMLBoolAttribute;
+  using Hex = CXMLHexElement;
+  constexpr const char *kNull = nullptr;
+  EXPECT_EQ(state(CXMLPersistent()) + " " + state(Hex()), "Unassigned|Undefined|0 0xFFFF|Undefined|0");
+  EXPECT_EQ(init<Attribute>("T", "x") + init<Attribute>("T", kNull), "x|T|0 Unassigned|T|0 ");
+  EXPECT_EQ(init<Element>(kNull, "x") + init<Element>("T", -7), "x|Unassigned|0 -7|T|1 ");
+  EXPECT_EQ(init<Attribute>("T", 0) + init<Attribute>("T", "0"), "Unassigned|T|0 0|T|0 ");
+  EXPECT_EQ(init<Bool>("T", true) + init<Bool>(kNull, false), "TRUE|T|1 FALSE|Unassigned|1 ");
+  EXPECT_EQ(init<Bool>("T", "maybe") + init<Hex>("T", kNull), "maybe|T|0 Unassigned|T|0 ");
+  EXPECT_EQ(init<Hex>("T", 0) + init<Hex>("T", 255) + init<Hex>("T", -1), "0x0|T|1 0xFF|T|1 0xFFFFFFFF|T|1 ");
+  EXPECT_EQ(init<Hex>("T", "0xFFFF") + assign<Attribute>("Unassigned"), "0xFFFF|T|0 Unassigned|Undefined|0 ");
+  EXPECT_EQ(assign<Attribute>("unassigned") + assign<Element>(kNull), "unassigned|Undefined|1 |Undefined|1 ");
+  EXPECT_EQ(assign<Attribute>(0) + assign<Hex>("0"), "0|Undefined|1 0x0|Undefined|1 ");
+  EXPECT_EQ(assign<Hex>("255") + assign<Hex>(4096), "255|Undefined|1 0x1000|Undefined|1 ");
+  EXPECT_EQ(assign<Bool>(false) + assign<Bool>("?"), "FALSE|Undefined|1 ?|Undefined|1 ");
+  Element own;
+  own = static_cast<const char *>(own) + 2;
+  EXPECT_EQ(state(own), "assigned|Undefined|1") << "a part of its own text";
 }
 
 TEST(XmlPersistent, Copies) {
@@ -80,20 +68,10 @@ TEST(XmlPersistent, Copies) {
 }
 
 TEST(XmlPersistent, ConversionToNumber) {
-  const std::pair<const char *, int> good[] = {{"0x1F", 31},
-                                               {"017", 15},
-                                               {" 12", 12},
-                                               {"", 0},
-                                               {"-5", -5},
-                                               {"0xffff", 65535},
-                                               {"99999999999", INT32_MAX},
-                                               {"-99999999999", INT32_MIN}};
   CXMLElement value;
   value.PutTag(CString("T"));
-  for (const auto &[text, number] : good) {
-    value = text;
-    EXPECT_EQ(static_cast<int>(value), number) << text;
-  }
+  support::checkRows(2, "0x1F 31 017 15 ~12 12 - 0 -5 -5 0xffff 65535 99999999999 2147483647 -99999999999 -2147483648",
+                     [&](const support::Cells &row) { return IntToCString(static_cast<int>(value = row[0])); });
   for (const char *text : {"Unassigned", "12 ", "12kHz", "0x", "1.5", "089"}) {
     value = text;
     EXPECT_EQ(support::thrownMessage([&] { static_cast<void>(static_cast<int>(value)); }),
@@ -106,12 +84,10 @@ TEST(XmlPersistent, ConversionToNumber) {
 
 TEST(XmlPersistent, ConversionToTruth) {
   CXMLBoolAttribute value;
-  const std::pair<const char *, int> good[] = {{"TRUE", 1}, {"true", 1}, {"False", 0}, {"FALSE", 0}};
-  for (const auto &[text, truth] : good) {
-    value = text;
-    EXPECT_EQ(static_cast<int>(value), truth) << text;
-    EXPECT_EQ(!value, truth == 1) << text;
-  }
+  support::checkRows(2, "TRUE 11 true 11 False 0 FALSE 0", [&](const support::Cells &row) {
+    value = row[0];
+    return IntToCString(static_cast<int>(value) + (!value ? 10 : 0));
+  });
   for (const char *text : {"Unassigned", "1", "YES", "", " TRUE"}) {
     value = text;
     EXPECT_NE(support::thrownMessage([&] { static_cast<void>(!value); }).find("Value: '" + std::string(text) + "'"),
@@ -132,23 +108,12 @@ TEST(XmlPersistent, HexWarningGoesToTheDebugChannel) {
 }
 
 TEST(XmlDom, TextConversions) {
-  const std::pair<CString, const char *> rows[] = {{IntToCString(-12), "-12"},
-                                                   {IntToHexStr(0), "0x0"},
-                                                   {IntToHexStr(-1), "0xFFFFFFFF"},
-                                                   {IntToHexStrNoX(0), "00"},
-                                                   {IntToHexStrNoX(5), "05"},
-                                                   {IntToHexStrNoX(256), "100"},
-                                                   {HexStrToIntStr("FF"), "255"},
-                                                   {HexStrToIntStr("0xFF"), "255"},
-                                                   {HexStrToIntStr("  0x1g"), "1"},
-                                                   {HexStrToIntStr("xyz"), "0"},
-                                                   {HexStrToIntStr("FFFFFFFF"), "-1"},
-                                                   {IntStrToHexStr("255"), "0xFF"},
-                                                   {IntStrToHexStr("-1x"), "0xFFFFFFFF"},
-                                                   {IntStrToHexStr("none"), "0x0"},
-                                                   {IntStrToHexStr("99999999999"), "0x7FFFFFFF"}};
-  for (const auto &[text, expected] : rows)
-    EXPECT_STREQ(text, expected);
+  const auto join = [](auto convert, auto... values) { return (CString() + ... + (convert(values) + " ")); };
+  EXPECT_STREQ(join(IntToCString, -12, 0), "-12 0 ");
+  EXPECT_STREQ(join(IntToHexStr, 0, -1), "0x0 0xFFFFFFFF ");
+  EXPECT_STREQ(join(IntToHexStrNoX, 0, 5, 256), "00 05 100 ");
+  EXPECT_STREQ(join(HexStrToIntStr, "FF", "0xFF", "  0x1g", "xyz", "FFFFFFFF"), "255 255 1 0 -1 ");
+  EXPECT_STREQ(join(IntStrToHexStr, "255", "-1x", "none", "99999999999"), "0xFF 0xFFFFFFFF 0x0 0x7FFFFFFF ");
   EXPECT_STREQ(BSTRtoCString(CStringToBSTR("Größe €")), "Größe €");
   EXPECT_EQ(std::wstring(CStringToBSTR("ß€")), L"ß€");
 }
