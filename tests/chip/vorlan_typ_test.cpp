@@ -224,8 +224,8 @@ TEST_F(VorlanTypFiles, Replacement) {
   const std::string host = folder / "d/w/p/";
   // The variable, the macro, and the outcome.
   const std::string table = R"(
-    null null 0:MN*   - null 0:MN*   D:\w\none null 0:MN*   D:\w\p null 0:PQ*   D:\w\p\ null 0:PQ*   p null 0:PQ*   null $StdTypes$ 0:MN*
-    D:\w\p $KTEST_NOPE$ 0:PQ*   none $KTEST_P$ 0:PQ* )";
+    null null 0:MN*   - null 0:MN*   D:\w\none null 0:MN*   D:\w\p null 0:PQ*   D:\w\p\ null 0:PQ*   p null 0:PQ*
+    null $StdTypes$ 0:MN*   D:\w\p $KTEST_NOPE$ 0:PQ*   none $KTEST_P$ 0:PQ* )";
   support::checkRows(3, table + host + " null 0:PQ* null " + host + " 0:PQ*", [this](const support::Cells &row) {
     SetUp();
     macros.AddMacro("$KTEST_P$", "..\\w\\p");

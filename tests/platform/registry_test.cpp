@@ -73,9 +73,9 @@ TEST_F(RegistryTest, OddFiles) {
         kKey + kName + "\"x\"\n" + kName + "hex(b):41,00,00,00,00,00,00,00\n", kKey + kName + "\"" + max + "x\"",
         kKey + kName + "\"\xE9\"\n", "", "\xFF\xFE"});
   lead("\xF0\x9F\x98\x80", {utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s)});
-  lead("a", {"; c\n" + kKey + ";" + kNet + " \"Kestrune Path\"=\"a\" ; b \"\n; " + kNet});
+  lead("a", {"; c\n" + kKey + ";" + kNet + "  \"Kestrune Path\"=\"a\" ; b \"\n; " + kNet});
   lead("\"D:\\new\\\"", {kKey + kName + "\"\\\"D:\\new\\\\\\\"\""});
-  lead("D:\\\xC3\xA9", {kHead + kKey + kName + "hex(2):44,00,3a,00,\\\r\n 5C,00 , e9,00,0,0,41,00\r\n"});
+  lead("D:\\\xC3\xA9", {kHead + kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00 , e9,00,0,0,41,00\r\n"});
   lead("D", {kKey + kName + "hex(1):41,00,42\n" + kName + "hex(7):44,00,00,00,45,00\n"});
   lead("D:\\N", {kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n"});
   lead("", {kKey + kName + "hex:\n"});
