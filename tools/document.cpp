@@ -1,6 +1,7 @@
 #include "tools/document.h"
 
 #include <cstdio>
+#include <cstring>
 #include <memory>
 
 namespace {
@@ -16,11 +17,15 @@ struct Kind {
   OpenedDocument (*load)(const char *file);
 };
 
+/// A name that is a macro means what programs get: with a replacement, add-on files and the user's own file. A path
+/// means that file and nothing else.
+bool isMacro(const char *file) { return *file == '$' && std::strchr(file + 1, '$') == file + std::strlen(file) - 1; }
+
 template <class Document>
 OpenedDocument loadAs(const char *file) {
   OpenedDocument opened;
   auto document = std::make_unique<Document>();
-  opened.result = document->LoadFromFile(file);
+  opened.result = isMacro(file) ? document->LoadFromFile(file) : document->LoadFromFile(file, nullptr);
   opened.document = std::move(document);
   return opened;
 }
@@ -47,6 +52,8 @@ constexpr Reason kReasons[] = {
     {KRX_E_WRONG_ROOT_TAG, "a file that belongs to it is of another kind"},
 };
 
+} // namespace
+
 std::string reasonOf(long code) {
   for (const Reason &reason : kReasons) {
     if (reason.code == code)
@@ -54,8 +61,6 @@ std::string reasonOf(long code) {
   }
   return "failed";
 }
-
-} // namespace
 
 OpenedDocument openDocument(const std::string &file) {
   OpenedDocument opened;

@@ -19,9 +19,13 @@ struct OpenedDocument {
   bool failed() const { return result < 0; }
 };
 
-/// Finds out what kind of document `file` is and loads it with the class for it. A chip file brings its add-on files,
-/// and a transceiver file the user's own.
+/// Finds out what kind of document `file` is and loads it with the class for it. A path means that file and nothing
+/// else. A name that is a macro, such as '$StdVorlanTyp$', means what programs get: add-on files, the user's own and a
+/// replacement take part.
 OpenedDocument openDocument(const std::string &file);
+
+/// A result of a load in words.
+std::string reasonOf(long code);
 
 /// "FILE:LINE:COLUMN: reason (0x80040005)": why a document could not be loaded whole.
 std::string failureText(const std::string &file, const OpenedDocument &opened);

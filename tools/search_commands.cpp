@@ -47,6 +47,15 @@ struct LinkedOptions {
 };
 
 int linked(const LinkedOptions &options) {
+  // The query itself answers "not compatible" where it cannot read the file.
+  constexpr const char *kFile = "$StdVorlanTyp$";
+  OpenedDocument opened;
+  opened.result = CVorlanTyp3().LoadFromFile(kFile);
+  if (opened.failed()) {
+    opened.reason = reasonOf(opened.result);
+    std::cerr << "kestrune-data: " << shown(failureText(kFile, opened)) << '\n';
+    return 2;
+  }
   const bool compatible = isLinkCompatible(options.model, options.other);
   std::cout << "model " << options.model << (compatible ? " is" : " is not") << " link compatible with model "
             << options.other << '\n';

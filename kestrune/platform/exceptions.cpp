@@ -1,8 +1,8 @@
 #include "kestrune/platform/exceptions.h"
 
+#include "kestrune/platform/code_page.h"
 #include "kestrune/platform/message_box.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string>
 #include <system_error>
@@ -13,7 +13,14 @@ namespace platform {
 void CopyErrorMessage(const char *message, char *buffer, UINT size) {
   if (buffer == nullptr || size == 0)
     return;
-  const std::size_t length = std::min<std::size_t>(std::strlen(message), size - 1);
+  // The cut never falls inside a character.
+  std::size_t length = 0;
+  for (const char *next = CharNextA(message); next != message + length; next = CharNextA(next)) {
+    const auto whole = static_cast<std::size_t>(next - message);
+    if (whole >= size)
+      break;
+    length = whole;
+  }
   std::memcpy(buffer, message, length);
   buffer[length] = '\0';
 }

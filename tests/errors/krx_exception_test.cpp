@@ -78,6 +78,30 @@ TEST(KrxException, ErrorMessageIsCutToItsBuffer) {
   EXPECT_EQ(buffer[0], '#');
 }
 
+TEST(KrxException, ACutNeverFallsInsideACharacter) {
+  const struct {
+    unsigned codePage;
+    const char *text;
+    UINT size;
+    const char *cut;
+  } rows[] = {
+      {65001, "\u20AC1", 100, "Unexpected non-numeric value found in XML data (\u20AC1) [KRX#101]"},
+      {65001, "\u20AC1", 53, "Unexpected non-numeric value found in XML data (\u20AC1"},
+      {65001, "\u20AC1", 52, "Unexpected non-numeric value found in XML data (\u20AC"},
+      {65001, "\u20AC1", 51, "Unexpected non-numeric value found in XML data ("},
+      {65001, "\u20AC1", 50, "Unexpected non-numeric value found in XML data ("},
+      {932, "\x83\\1", 51, "Unexpected non-numeric value found in XML data (\x83\\"},
+      {932, "\x83\\1", 50, "Unexpected non-numeric value found in XML data ("},
+      {65001, "1", 1, ""},
+  };
+  for (const auto &row : rows) {
+    const support::CodePage page(row.codePage);
+    char buffer[128] = "untouched";
+    CKRXException(101, row.text).GetErrorMessage(buffer, row.size);
+    EXPECT_STREQ(buffer, row.cut) << row.text << " in " << row.size << " bytes";
+  }
+}
+
 TEST(KrxException, IsCaughtAsEveryBaseAndReportsItself) {
   try {
     throw new CKRXException(101, "a");
