@@ -81,7 +81,6 @@ protected:
   CString m_fileName;
 
 private:
-  friend struct MemberList;
   template <class, class, class>
   friend struct RecordMembers;
   friend std::vector<kestrune::MemberView> kestrune::MembersOf(CXMLFolder &folder);

@@ -67,8 +67,6 @@ protected:
 
   CString m_tag;
   unsigned char m_modified = 0;
-
-  friend struct MemberList;
 };
 
 /// A value that is stored as an attribute of its folder's element.
