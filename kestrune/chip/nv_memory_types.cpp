@@ -61,8 +61,7 @@ CNVMemoryTypes::CNVMemoryTypes(const CNVMemoryTypes &rhs) : CNVMemoryTypes() { *
 CNVMemoryTypes::~CNVMemoryTypes() = default;
 
 CNVMemoryTypes &CNVMemoryTypes::operator=(const CNVMemoryTypes &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CNVMemoryType>(rhs);
+  assignCollection<CNVMemoryType>(rhs);
   return *this;
 }
 
