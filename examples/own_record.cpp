@@ -4,29 +4,30 @@
 #include <fstream>
 #include <iostream>
 #include <kestrune/library/kestrune_xml.h>
-#include <kestrune/xml/member_list.h>
 
 namespace {
 struct Station : CXMLFolder {
-  Station() { Station::Init(); }
+  Station();
   Station(const Station &rhs) : Station() { *this = rhs; }
-  Station &operator=(const Station &rhs) {
-    CXMLPersistent::operator=(rhs);
-    MemberList::copy(*this, rhs), pushMembers();
-    return *this;
-  }
-  void Init() override { PutTag("Station"), MemberList::init(*this), pushMembers(); }
-  void pushMembers() override { m_members.clear(), MemberList::append(*this); }
+  Station &operator=(const Station &rhs);
+  void Init() override;
+  void pushMembers() override;
   CString Key() const override { return Name; }
   CXMLAttribute Name;
   CXMLHexElement Address;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit) { // in the order of the file
-    visit(&Station::Name, "Name");
-    visit(&Station::Address, "Address", "0x0");
-  }
+  struct Members;
 };
-static_assert(sizeof(Station) == sizeof(CXMLFolder) + MemberList::size<Station>(), "a member is not listed");
+struct Station::Members : RecordMembers<Members, Station> {
+  static constexpr auto rows = std::tuple{
+      // in the order of the file
+      Row{&Station::Name, "Name"},
+      Row{&Station::Address, "Address", "0x0"},
+  };
+};
+Station::Station() { Members::construct(*this, "Station"); }
+Station &Station::operator=(const Station &rhs) { return Members::copy(*this, rhs); }
+void Station::Init() { Members::init(*this); }
+void Station::pushMembers() { Members::push(*this); }
 
 struct Stations : CXMLCollectionFolder {
   Stations() { setTags("Stations", "Station", "Name"); }
@@ -39,11 +40,17 @@ struct Stations : CXMLCollectionFolder {
   CXMLFolder *NewFolder() override { return new Station; } // the list takes it over
 };
 struct Plant : CXMLTopLevelFolder {
-  Plant() { PutTag("Plant"), Plant::pushMembers(); }
+  Plant();
   Plant(const Plant &) = delete;
-  void pushMembers() override { m_members = {&Contents, &List}; }
+  void pushMembers() override;
   Stations List;
+  struct Members;
 };
+struct Plant::Members : DocumentMembers<Members, Plant> {
+  static constexpr auto rows = std::tuple{Row{&Plant::List}};
+};
+Plant::Plant() { Members::construct(*this, "Plant"); }
+void Plant::pushMembers() { Members::push(*this); }
 } // namespace
 
 int main(int, char **argv) {

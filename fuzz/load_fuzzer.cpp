@@ -48,19 +48,14 @@ std::string read(const std::string &path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// The member list is for classes that derive from a folder; this one only looks.
-struct Members : CXMLFolder {
-  static const std::vector<CXMLPersistent *> &of(CXMLFolder &folder) { return folder.*&Members::m_members; }
-};
-
 /// All texts of a folder that reach the file, each with its tag.
 void collect(CXMLFolder &folder, Texts &texts) {
   texts.emplace_back(folder.GetTag().View());
-  for (CXMLPersistent *const member : Members::of(folder)) {
-    if (member->isFolder())
-      collect(static_cast<CXMLFolder &>(*member), texts);
+  for (const kestrune::MemberView &member : kestrune::MembersOf(folder)) {
+    if (member.folder != nullptr)
+      collect(*member.folder, texts);
     else
-      texts.push_back(std::string(member->GetTag().View()) + '=' + std::string(member->View()));
+      texts.push_back(std::string(member.value->GetTag().View()) + '=' + std::string(member.value->View()));
   }
   if (auto *const list = dynamic_cast<CXMLCollectionFolder *>(&folder))
     for (int i = 0; i < list->Count(); ++i)

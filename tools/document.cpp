@@ -6,11 +6,6 @@
 
 namespace {
 
-/// The member list is for classes that derive from a folder; this one only looks.
-struct FolderMembers : CXMLFolder {
-  static const std::vector<CXMLPersistent *> &of(CXMLFolder &folder) { return folder.*&FolderMembers::m_members; }
-};
-
 struct Kind {
   const char *root;
   const char *name;
@@ -106,15 +101,11 @@ std::string failureText(const std::string &file, const OpenedDocument &opened) {
   return file + ":" + (opened.place.empty() ? " " : opened.place) + opened.reason + " (" + code + ")";
 }
 
-const std::vector<CXMLPersistent *> &membersOf(CXMLFolder &folder) { return FolderMembers::of(folder); }
-
 std::string memberText(CXMLFolder &folder, const char *tag) {
-  for (CXMLPersistent *const member : membersOf(folder)) {
-    if (member->GetTag().Compare(tag) != 0)
-      continue;
-    if (const auto *const list = dynamic_cast<CXMLCollectionFolder *>(member))
-      return std::to_string(list->Count());
-    return static_cast<const char *>(*member);
+  for (const kestrune::MemberView &member : kestrune::MembersOf(folder)) {
+    if (member.value->GetTag().Compare(tag) == 0)
+      return member.collection != nullptr ? std::to_string(member.collection->Count())
+                                          : static_cast<const char *>(*member.value);
   }
   return {};
 }

@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 // Opening a file by what it is.
 
@@ -29,9 +28,6 @@ std::string reasonOf(long code);
 
 /// "FILE:LINE:COLUMN: reason (0x80040005)": why a document could not be loaded whole.
 std::string failureText(const std::string &file, const OpenedDocument &opened);
-
-/// The members of a folder, in the order of the file.
-const std::vector<CXMLPersistent *> &membersOf(CXMLFolder &folder);
 
 /// The text of the member with that tag; empty when there is none. A collection gives the number of its items.
 std::string memberText(CXMLFolder &folder, const char *tag);

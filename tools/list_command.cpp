@@ -50,13 +50,13 @@ void printItems(CXMLCollectionFolder &list) {
 void printDocument(const std::string &file, const OpenedDocument &opened) {
   CXMLContents &contents = opened.document->Contents;
   std::cout << file << ": " << opened.kind << ", " << shown(contents.FileDescription.View()) << '\n';
-  for (CXMLPersistent *const member : membersOf(*opened.document)) {
-    if (auto *const list = dynamic_cast<CXMLCollectionFolder *>(member)) {
-      printItems(*list);
-    } else if (auto *const folder = dynamic_cast<CXMLFolder *>(member); folder != nullptr && folder != &contents) {
-      std::cout << '\n' << folder->GetTag() << '\n';
-      for (const CXMLPersistent *const value : membersOf(*folder))
-        std::cout << "  " << value->GetTag() << ": " << shown(value->View()) << '\n';
+  for (const kestrune::MemberView &member : kestrune::MembersOf(*opened.document)) {
+    if (member.collection != nullptr) {
+      printItems(*member.collection);
+    } else if (member.folder != nullptr && member.folder != &contents) {
+      std::cout << '\n' << member.folder->GetTag() << '\n';
+      for (const kestrune::MemberView &inner : kestrune::MembersOf(*member.folder))
+        std::cout << "  " << inner.value->GetTag() << ": " << shown(inner.value->View()) << '\n';
     }
   }
 }

@@ -14,18 +14,20 @@ struct Options {
 
 // The depth is that of the classes, not of the file.
 void printFolder(CXMLFolder &folder, const std::string &indent) {
+  const std::vector<kestrune::MemberView> members = kestrune::MembersOf(folder);
   std::size_t widest = 0;
-  for (const CXMLPersistent *const member : membersOf(folder))
-    widest = std::max(widest, width(member->GetTag().View()));
-  for (CXMLPersistent *const member : membersOf(folder)) {
-    const CString tag = member->GetTag();
-    if (!member->isFolder()) {
-      std::cout << indent << tag << std::string(widest - width(tag.View()) + 2, ' ') << shown(member->View()) << '\n';
+  for (const kestrune::MemberView &member : members)
+    widest = std::max(widest, width(member.value->GetTag().View()));
+  for (const kestrune::MemberView &member : members) {
+    const CString tag = member.value->GetTag();
+    if (member.folder == nullptr) {
+      std::cout << indent << tag << std::string(widest - width(tag.View()) + 2, ' ') << shown(member.value->View())
+                << '\n';
       continue;
     }
     std::cout << indent << tag << '\n';
-    printFolder(static_cast<CXMLFolder &>(*member), indent + "  ");
-    if (auto *const list = dynamic_cast<CXMLCollectionFolder *>(member)) {
+    printFolder(*member.folder, indent + "  ");
+    if (CXMLCollectionFolder *const list = member.collection) {
       for (int i = 0; i < list->Count(); ++i) {
         std::cout << indent << "  " << (*list)[i]->GetTag() << ' ' << i + 1 << '\n';
         printFolder(*(*list)[i], indent + "    ");
@@ -47,8 +49,8 @@ int show(const Options &options) {
   }
   const CString name(options.name.c_str());
   bool found = false;
-  for (CXMLPersistent *const member : membersOf(*opened.document)) {
-    auto *const list = dynamic_cast<CXMLCollectionFolder *>(member);
+  for (const kestrune::MemberView &member : kestrune::MembersOf(*opened.document)) {
+    CXMLCollectionFolder *const list = member.collection;
     for (int i = 0; list != nullptr && i < list->Count(); ++i) {
       if (!isNamed(*(*list)[i], name))
         continue;

@@ -1,7 +1,7 @@
 #include "kestrune/chip/clocking_schemes.h"
 
-#include "kestrune/xml/member_list.h"
 #include "kestrune/xml/number_text.h"
+#include "kestrune/xml/record_members.h"
 
 namespace {
 
@@ -18,44 +18,28 @@ bool FindPair(CClocks &clocks, CClock *(CClocks::*findClock)(Key), CMultiplier *
 
 } // namespace
 
-template <class Visit>
-constexpr void CClockingScheme::forEachMember(Visit visit) {
-  visit(&CClockingScheme::m_id, "Id");
-  visit(&CClockingScheme::m_description, "Description", "");
-  visit(&CClockingScheme::m_algorithm, "Algorithm", "1");
-  visit(&CClockingScheme::m_clocks);
-}
+struct CClockingScheme::Members : RecordMembers<Members, CClockingScheme> {
+  static constexpr auto rows = std::tuple{
+      Row{&CClockingScheme::m_id, "Id"},
+      Row{&CClockingScheme::m_description, "Description", ""},
+      Row{&CClockingScheme::m_algorithm, "Algorithm", "1"},
+      Row{&CClockingScheme::m_clocks},
+  };
+};
 
-static_assert(sizeof(CClockingScheme) == sizeof(CXMLFolder) + MemberList::size<CClockingScheme>());
-
-CClockingScheme::CClockingScheme() {
-  PutTag(CString("ClockingScheme"));
-  CXMLFolder::operator=("ClockingScheme");
-  CClockingScheme::Init();
-}
+CClockingScheme::CClockingScheme() { Members::construct(*this, "ClockingScheme"); }
 
 CClockingScheme::CClockingScheme(const CClockingScheme &rhs) : CClockingScheme() { *this = rhs; }
 
 CClockingScheme::~CClockingScheme() = default;
 
-CClockingScheme &CClockingScheme::operator=(const CClockingScheme &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CClockingScheme &CClockingScheme::operator=(const CClockingScheme &rhs) { return Members::copy(*this, rhs); }
 
-void CClockingScheme::Init() {
-  MemberList::init(*this);
-  pushMembers();
-}
+void CClockingScheme::Init() { Members::init(*this); }
 
 CString CClockingScheme::Key() const { return m_id; }
 
-void CClockingScheme::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CClockingScheme::pushMembers() { Members::push(*this); }
 
 int CClockingScheme::Id() const { return ParseInt(m_id); }
 

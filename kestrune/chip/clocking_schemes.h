@@ -33,9 +33,7 @@ public:
   bool FindByValue(double clock, double multiplier, CClock **clockFound, CMultiplier **multiplierFound);
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 
   CXMLAttribute m_id;
   CXMLElement m_description;

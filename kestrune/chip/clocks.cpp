@@ -2,50 +2,34 @@
 
 #include "kestrune/errors/krx_exception.h"
 #include "kestrune/errors/string_table.h"
-#include "kestrune/xml/member_list.h"
 #include "kestrune/xml/number_text.h"
+#include "kestrune/xml/record_members.h"
 #include "kestrune/xml/text_compare.h"
 
-template <class Visit>
-constexpr void CMultiplier::forEachMember(Visit visit) {
-  visit(&CMultiplier::m_value, "Value", "0.5");
-  visit(&CMultiplier::m_display, "Display", "1/2");
-  visit(&CMultiplier::m_description, "Description", "Unassigned");
-  visit(&CMultiplier::m_encoding, "Encoding", "0.5");
-  visit(&CMultiplier::m_cpu, "Cpu", "Unassigned");
-  visit(&CMultiplier::m_mac, "Mac", "Unassigned");
-}
+struct CMultiplier::Members : RecordMembers<Members, CMultiplier> {
+  static constexpr auto rows = std::tuple{
+      Row{&CMultiplier::m_value, "Value", "0.5"},
+      Row{&CMultiplier::m_display, "Display", "1/2"},
+      Row{&CMultiplier::m_description, "Description", "Unassigned"},
+      Row{&CMultiplier::m_encoding, "Encoding", "0.5"},
+      Row{&CMultiplier::m_cpu, "Cpu", "Unassigned"},
+      Row{&CMultiplier::m_mac, "Mac", "Unassigned"},
+  };
+};
 
-static_assert(sizeof(CMultiplier) == sizeof(CXMLFolder) + MemberList::size<CMultiplier>());
-
-CMultiplier::CMultiplier() {
-  PutTag(CString("Multiplier"));
-  CXMLFolder::operator=("Multiplier");
-  CMultiplier::Init();
-}
+CMultiplier::CMultiplier() { Members::construct(*this, "Multiplier"); }
 
 CMultiplier::CMultiplier(const CMultiplier &rhs) : CMultiplier() { *this = rhs; }
 
 CMultiplier::~CMultiplier() = default;
 
-CMultiplier &CMultiplier::operator=(const CMultiplier &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CMultiplier &CMultiplier::operator=(const CMultiplier &rhs) { return Members::copy(*this, rhs); }
 
-void CMultiplier::Init() {
-  MemberList::init(*this);
-  pushMembers();
-}
+void CMultiplier::Init() { Members::init(*this); }
 
 CString CMultiplier::Key() const { return m_value; }
 
-void CMultiplier::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CMultiplier::pushMembers() { Members::push(*this); }
 
 double CMultiplier::Value() const { return ParseDouble(m_value); }
 
@@ -98,43 +82,27 @@ CMultiplier *CMultipliers::FindByEncoding(const char *encoding) {
   return findFirst<CMultiplier>([&](const CMultiplier &item) { return equalIgnoreSpace(item.Encoding(), encoding); });
 }
 
-template <class Visit>
-constexpr void COscillator::forEachMember(Visit visit) {
-  visit(&COscillator::m_value, "Value", "1");
-  visit(&COscillator::m_encoding, "Encoding", "1");
-  visit(&COscillator::m_display, "Display", "OSC1");
-}
+struct COscillator::Members : RecordMembers<Members, COscillator> {
+  static constexpr auto rows = std::tuple{
+      Row{&COscillator::m_value, "Value", "1"},
+      Row{&COscillator::m_encoding, "Encoding", "1"},
+      Row{&COscillator::m_display, "Display", "OSC1"},
+  };
+};
 
-static_assert(sizeof(COscillator) == sizeof(CXMLFolder) + MemberList::size<COscillator>());
-
-COscillator::COscillator() {
-  PutTag(CString("Oscillator"));
-  CXMLFolder::operator=("Oscillator");
-  COscillator::Init();
-}
+COscillator::COscillator() { Members::construct(*this, "Oscillator"); }
 
 COscillator::COscillator(const COscillator &rhs) : COscillator() { *this = rhs; }
 
 COscillator::~COscillator() = default;
 
-COscillator &COscillator::operator=(const COscillator &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+COscillator &COscillator::operator=(const COscillator &rhs) { return Members::copy(*this, rhs); }
 
-void COscillator::Init() {
-  MemberList::init(*this);
-  pushMembers();
-}
+void COscillator::Init() { Members::init(*this); }
 
 CString COscillator::Key() const { return m_value; }
 
-void COscillator::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void COscillator::pushMembers() { Members::push(*this); }
 
 int COscillator::Value() const { return static_cast<int>(ParseUnsigned(m_value, 10)); }
 
@@ -192,48 +160,32 @@ COscillator *COscillators::FindByEncoding(int encoding) {
   return findOrDefault([&](const COscillator &item) { return item.Encoding() == encoding; });
 }
 
-template <class Visit>
-constexpr void CClock::forEachMember(Visit visit) {
-  visit(&CClock::m_value, "Value", "10000");
-  visit(&CClock::m_display, "Display", "10 MHz");
-  visit(&CClock::m_description, "Description", "Unassigned");
-  visit(&CClock::m_cycleDivider, "CycleDivider", "1.0");
-  visit(&CClock::m_encoding, "Encoding", "5");
-  visit(&CClock::m_multipliers);
-  visit(&CClock::m_uart, "Uart", "True");
-  visit(&CClock::m_oscillators);
-}
+struct CClock::Members : RecordMembers<Members, CClock> {
+  static constexpr auto rows = std::tuple{
+      Row{&CClock::m_value, "Value", "10000"},
+      Row{&CClock::m_display, "Display", "10 MHz"},
+      Row{&CClock::m_description, "Description", "Unassigned"},
+      Row{&CClock::m_cycleDivider, "CycleDivider", "1.0"},
+      Row{&CClock::m_encoding, "Encoding", "5"},
+      Row{&CClock::m_multipliers},
+      Row{&CClock::m_uart, "Uart", "True"},
+      Row{&CClock::m_oscillators},
+  };
+};
 
-static_assert(sizeof(CClock) == sizeof(CXMLFolder) + MemberList::size<CClock>());
-
-CClock::CClock() {
-  PutTag(CString("Clock"));
-  CXMLFolder::operator=("Clock");
-  CClock::Init();
-}
+CClock::CClock() { Members::construct(*this, "Clock"); }
 
 CClock::CClock(const CClock &rhs) : CClock() { *this = rhs; }
 
 CClock::~CClock() = default;
 
-CClock &CClock::operator=(const CClock &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CClock &CClock::operator=(const CClock &rhs) { return Members::copy(*this, rhs); }
 
-void CClock::Init() {
-  MemberList::init(*this);
-  pushMembers();
-}
+void CClock::Init() { Members::init(*this); }
 
 CString CClock::Key() const { return m_value; }
 
-void CClock::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CClock::pushMembers() { Members::push(*this); }
 
 double CClock::Value() const { return ParseDouble(m_value); }
 

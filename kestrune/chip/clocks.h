@@ -34,9 +34,7 @@ public:
   int Mac() const;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 
   CXMLAttribute m_value;
   CXMLElement m_display;
@@ -91,9 +89,7 @@ public:
   const char *Display() const;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 
   CXMLAttribute m_value;
   CXMLElement m_encoding;
@@ -161,9 +157,7 @@ public:
   COscillators *Oscillators();
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 
   CXMLAttribute m_value;
   CXMLElement m_display;

@@ -1,43 +1,29 @@
 #include "kestrune/chip/link_compatible_models.h"
 
-#include "kestrune/xml/member_list.h"
+#include "kestrune/xml/record_members.h"
 
-template <class Visit>
-constexpr void CLinkCompatibleModel::forEachMember(Visit visit) {
-  visit(&CLinkCompatibleModel::Name, "Name");
-  visit(&CLinkCompatibleModel::LinkCompatibleList, "LinkCompatibleList");
-}
+struct CLinkCompatibleModel::Members : RecordMembers<Members, CLinkCompatibleModel> {
+  static constexpr auto rows = std::tuple{
+      Row{&CLinkCompatibleModel::Name, "Name"},
+      Row{&CLinkCompatibleModel::LinkCompatibleList, "LinkCompatibleList"},
+  };
+};
 
-static_assert(sizeof(CLinkCompatibleModel) == sizeof(CXMLFolder) + MemberList::size<CLinkCompatibleModel>());
-
-CLinkCompatibleModel::CLinkCompatibleModel() {
-  PutTag(CString("LinkCompatibleModel"));
-  CXMLFolder::operator=("LinkCompatibleModel");
-  CLinkCompatibleModel::Init();
-}
+CLinkCompatibleModel::CLinkCompatibleModel() { Members::construct(*this, "LinkCompatibleModel"); }
 
 CLinkCompatibleModel::CLinkCompatibleModel(const CLinkCompatibleModel &rhs) : CLinkCompatibleModel() { *this = rhs; }
 
 CLinkCompatibleModel::~CLinkCompatibleModel() = default;
 
 CLinkCompatibleModel &CLinkCompatibleModel::operator=(const CLinkCompatibleModel &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
+  return Members::copy(*this, rhs);
 }
 
-void CLinkCompatibleModel::Init() {
-  MemberList::init(*this);
-  pushMembers();
-}
+void CLinkCompatibleModel::Init() { Members::init(*this); }
 
 CString CLinkCompatibleModel::Key() const { return Name; }
 
-void CLinkCompatibleModel::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CLinkCompatibleModel::pushMembers() { Members::push(*this); }
 
 CLinkCompatibleModels::CLinkCompatibleModels() {
   CXMLFolder::operator=("LinkCompatibleModels");

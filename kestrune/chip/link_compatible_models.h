@@ -22,9 +22,7 @@ public:
   CXMLElement LinkCompatibleList;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// The table of link compatible models in a chip data file. It is read in one direction: to be mutual, a relation has

@@ -1,26 +1,21 @@
 #include "kestrune/chip/nv_memory_types.h"
 
-#include "kestrune/xml/member_list.h"
 #include "kestrune/xml/number_text.h"
+#include "kestrune/xml/record_members.h"
 
-template <class Visit>
-constexpr void CNVMemoryType::forEachMember(Visit visit) {
-  visit(&CNVMemoryType::m_key, "Key");
-  visit(&CNVMemoryType::m_name, "Name");
-  visit(&CNVMemoryType::FlashSectorSizes, "FlashSectorSizes");
-  visit(&CNVMemoryType::EEWriteTimeRequired, "EEWriteTimeRequired");
-  visit(&CNVMemoryType::m_description, "Description");
-  visit(&CNVMemoryType::m_symbol, "Symbol");
-  visit(&CNVMemoryType::m_flashDriverID, "FlashDriverID");
-}
+struct CNVMemoryType::Members : RecordMembers<Members, CNVMemoryType> {
+  static constexpr auto rows = std::tuple{
+      Row{&CNVMemoryType::m_key, "Key"},
+      Row{&CNVMemoryType::m_name, "Name"},
+      Row{&CNVMemoryType::FlashSectorSizes, "FlashSectorSizes"},
+      Row{&CNVMemoryType::EEWriteTimeRequired, "EEWriteTimeRequired"},
+      Row{&CNVMemoryType::m_description, "Description"},
+      Row{&CNVMemoryType::m_symbol, "Symbol"},
+      Row{&CNVMemoryType::m_flashDriverID, "FlashDriverID"},
+  };
+};
 
-static_assert(sizeof(CNVMemoryType) == sizeof(CXMLFolder) + MemberList::size<CNVMemoryType>());
-
-CNVMemoryType::CNVMemoryType() {
-  PutTag(CString("NVMemoryType"));
-  CXMLFolder::operator=("NVMemoryType");
-  CNVMemoryType::Init();
-}
+CNVMemoryType::CNVMemoryType() { Members::construct(*this, "NVMemoryType"); }
 
 CNVMemoryType::CNVMemoryType(const char *key, const char *name) {
   PutTag(CString("NVMemoryType"));
@@ -38,24 +33,13 @@ CNVMemoryType::CNVMemoryType(const CNVMemoryType &rhs) : CNVMemoryType() { *this
 
 CNVMemoryType::~CNVMemoryType() = default;
 
-CNVMemoryType &CNVMemoryType::operator=(const CNVMemoryType &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CNVMemoryType &CNVMemoryType::operator=(const CNVMemoryType &rhs) { return Members::copy(*this, rhs); }
 
-void CNVMemoryType::Init() {
-  MemberList::init(*this);
-  pushMembers();
-}
+void CNVMemoryType::Init() { Members::init(*this); }
 
 CString CNVMemoryType::Key() const { return m_key; }
 
-void CNVMemoryType::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CNVMemoryType::pushMembers() { Members::push(*this); }
 
 int CNVMemoryType::DriverKey() const { return ParseInt(m_key); }
 

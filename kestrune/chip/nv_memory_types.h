@@ -35,10 +35,8 @@ public:
   CXMLBoolAttribute EEWriteTimeRequired;
 
 private:
-  friend struct MemberList;
   friend class CNVMemoryTypes;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 
   CXMLAttribute m_key;
   CXMLElement m_name;

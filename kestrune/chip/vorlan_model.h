@@ -51,9 +51,9 @@ public:
   CXMLBoolAttribute OnchipProgrammableSystemImage;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
+  template <class, class, class>
+  friend struct RecordMembers; // of the next version
 };
 
 /// A Vorlan chip model as of format version 2.
@@ -77,9 +77,9 @@ public:
   CXMLElement ManufacturerID;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
+  template <class, class, class>
+  friend struct RecordMembers; // of the next version
 };
 
 /// A Vorlan chip model as of format version 3.
@@ -99,9 +99,9 @@ public:
   CXMLHexElement UninitEEEnd;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
+  template <class, class, class>
+  friend struct RecordMembers; // of the next version
 };
 
 /// A number that only callers know the meaning of.
@@ -132,9 +132,7 @@ public:
   unsigned int ProgrammablePullups() const;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 
   CXMLElement m_instructionSet;
   CXMLElement m_clockingScheme;

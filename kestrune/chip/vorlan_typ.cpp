@@ -2,7 +2,7 @@
 
 #include "kestrune/names/filename.h"
 #include "kestrune/platform/drives.h"
-#include "kestrune/xml/member_list.h"
+#include "kestrune/xml/record_members.h"
 
 #include <optional>
 
@@ -86,29 +86,17 @@ private:
 
 } // namespace
 
-template <class Visit>
-constexpr void CVorlanTyp::forEachMember(Visit visit) {
-  visit(&CVorlanTyp::VorlanModels);
-}
+struct CVorlanTyp::Members : DocumentMembers<Members, CVorlanTyp> {
+  static constexpr auto rows = std::tuple{Row{&CVorlanTyp::VorlanModels}};
+};
 
-static_assert(sizeof(CVorlanTyp) == sizeof(CXMLTopLevelFolder) + MemberList::size<CVorlanTyp>());
-
-CVorlanTyp::CVorlanTyp() {
-  PutTag(CString("VorlanTyp"));
-  CXMLTopLevelFolder::operator=("VorlanTyp");
-  CVorlanTyp::Init();
-  CVorlanTyp::pushMembers();
-}
+CVorlanTyp::CVorlanTyp() { Members::construct(*this, "VorlanTyp"); }
 
 CVorlanTyp::CVorlanTyp(const CVorlanTyp &rhs) : CVorlanTyp() { *this = rhs; }
 
 CVorlanTyp::~CVorlanTyp() = default;
 
-CVorlanTyp &CVorlanTyp::operator=(const CVorlanTyp &rhs) {
-  CXMLTopLevelFolder::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  return *this;
-}
+CVorlanTyp &CVorlanTyp::operator=(const CVorlanTyp &rhs) { return Members::copy(*this, rhs); }
 
 void CVorlanTyp::Init() {
   Contents.Init();
@@ -116,87 +104,56 @@ void CVorlanTyp::Init() {
   Contents.Format = 1;
   Contents.MajorVersion = 1;
   Contents.MinorVersion = 1;
-  MemberList::init(*this);
+  Members::init(*this);
 }
 
-void CVorlanTyp::pushMembers() {
-  CXMLTopLevelFolder::pushMembers();
-  MemberList::append(*this);
-}
+void CVorlanTyp::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp::LoadFromFile(const char *fileName) {
   return LoadWithAddOns(*this, &CVorlanTyp::VorlanModels, fileName);
 }
 
-template <class Visit>
-constexpr void CVorlanTyp2::forEachMember(Visit visit) {
-  visit(&CVorlanTyp2::VorlanModels2);
-  visit(&CVorlanTyp2::LinkCompatibleModels2);
-}
+struct CVorlanTyp2::Members : DocumentMembers<Members, CVorlanTyp2, CVorlanTyp> {
+  static constexpr auto rows = std::tuple{
+      Row{&CVorlanTyp2::VorlanModels2},
+      Row{&CVorlanTyp2::LinkCompatibleModels2},
+  };
+};
 
-static_assert(sizeof(CVorlanTyp2) == sizeof(CVorlanTyp) + MemberList::size<CVorlanTyp2>());
-
-CVorlanTyp2::CVorlanTyp2() {
-  MemberList::init(*this);
-  CVorlanTyp2::pushMembers();
-}
+CVorlanTyp2::CVorlanTyp2() { Members::construct(*this); }
 
 CVorlanTyp2::CVorlanTyp2(const CVorlanTyp2 &rhs) : CVorlanTyp2() { *this = rhs; }
 
 CVorlanTyp2::~CVorlanTyp2() = default;
 
-CVorlanTyp2 &CVorlanTyp2::operator=(const CVorlanTyp2 &rhs) {
-  CVorlanTyp::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  return *this;
-}
+CVorlanTyp2 &CVorlanTyp2::operator=(const CVorlanTyp2 &rhs) { return Members::copy(*this, rhs); }
 
-void CVorlanTyp2::Init() {
-  CVorlanTyp::Init();
-  MemberList::init(*this);
-}
+void CVorlanTyp2::Init() { Members::init(*this); }
 
-void CVorlanTyp2::pushMembers() {
-  CXMLTopLevelFolder::pushMembers();
-  MemberList::append(*this);
-}
+void CVorlanTyp2::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp2::LoadFromFile(const char *fileName) {
   return LoadWithAddOns(*this, &CVorlanTyp2::VorlanModels2, fileName);
 }
 
-template <class Visit>
-constexpr void CVorlanTyp3::forEachMember(Visit visit) {
-  visit(&CVorlanTyp3::VorlanModels3);
-  visit(&CVorlanTyp3::LinkCompatibleModels3);
-}
+struct CVorlanTyp3::Members : DocumentMembers<Members, CVorlanTyp3, CVorlanTyp2> {
+  static constexpr auto rows = std::tuple{
+      Row{&CVorlanTyp3::VorlanModels3},
+      Row{&CVorlanTyp3::LinkCompatibleModels3},
+  };
+};
 
-static_assert(sizeof(CVorlanTyp3) == sizeof(CVorlanTyp2) + MemberList::size<CVorlanTyp3>());
-
-CVorlanTyp3::CVorlanTyp3() {
-  MemberList::init(*this);
-  CVorlanTyp3::pushMembers();
-}
+CVorlanTyp3::CVorlanTyp3() { Members::construct(*this); }
 
 CVorlanTyp3::CVorlanTyp3(const CVorlanTyp3 &rhs) : CVorlanTyp3() { *this = rhs; }
 
 CVorlanTyp3::~CVorlanTyp3() = default;
 
-CVorlanTyp3 &CVorlanTyp3::operator=(const CVorlanTyp3 &rhs) {
-  CVorlanTyp2::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  return *this;
-}
+CVorlanTyp3 &CVorlanTyp3::operator=(const CVorlanTyp3 &rhs) { return Members::copy(*this, rhs); }
 
-void CVorlanTyp3::Init() {
-  CVorlanTyp2::Init();
-  MemberList::init(*this);
-}
+void CVorlanTyp3::Init() { Members::init(*this); }
 
-void CVorlanTyp3::pushMembers() {
-  CXMLTopLevelFolder::pushMembers();
-  MemberList::append(*this);
-}
+void CVorlanTyp3::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp3::LoadFromFile(const char *fileName) {
   return LoadWithAddOns(*this, &CVorlanTyp3::VorlanModels3, fileName);
@@ -204,39 +161,25 @@ long CVorlanTyp3::LoadFromFile(const char *fileName) {
 
 int CVorlanTyp4::s_loadDepth = 0;
 
-template <class Visit>
-constexpr void CVorlanTyp4::forEachMember(Visit visit) {
-  visit(&CVorlanTyp4::VorlanModels4);
-  visit(&CVorlanTyp4::LinkCompatibleModels4);
-  visit(&CVorlanTyp4::ClockingSchemes);
-}
+struct CVorlanTyp4::Members : DocumentMembers<Members, CVorlanTyp4, CVorlanTyp3> {
+  static constexpr auto rows = std::tuple{
+      Row{&CVorlanTyp4::VorlanModels4},
+      Row{&CVorlanTyp4::LinkCompatibleModels4},
+      Row{&CVorlanTyp4::ClockingSchemes},
+  };
+};
 
-static_assert(sizeof(CVorlanTyp4) == sizeof(CVorlanTyp3) + MemberList::size<CVorlanTyp4>());
-
-CVorlanTyp4::CVorlanTyp4() {
-  MemberList::init(*this);
-  CVorlanTyp4::pushMembers();
-}
+CVorlanTyp4::CVorlanTyp4() { Members::construct(*this); }
 
 CVorlanTyp4::CVorlanTyp4(const CVorlanTyp4 &rhs) : CVorlanTyp4() { *this = rhs; }
 
 CVorlanTyp4::~CVorlanTyp4() = default;
 
-CVorlanTyp4 &CVorlanTyp4::operator=(const CVorlanTyp4 &rhs) {
-  CVorlanTyp3::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  return *this;
-}
+CVorlanTyp4 &CVorlanTyp4::operator=(const CVorlanTyp4 &rhs) { return Members::copy(*this, rhs); }
 
-void CVorlanTyp4::Init() {
-  CVorlanTyp3::Init();
-  MemberList::init(*this);
-}
+void CVorlanTyp4::Init() { Members::init(*this); }
 
-void CVorlanTyp4::pushMembers() {
-  CXMLTopLevelFolder::pushMembers();
-  MemberList::append(*this);
-}
+void CVorlanTyp4::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp4::LoadFromFile(const char *fileName) {
   const CString name = s_loadDepth == 0 ? ReplacementFor(fileName) : CString(fileName);

@@ -37,9 +37,7 @@ public:
   CVorlanModels VorlanModels;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// The chip data document of format version 2.
@@ -60,9 +58,7 @@ public:
   CLinkCompatibleModels LinkCompatibleModels2;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// The chip data document of format version 3.
@@ -83,9 +79,7 @@ public:
   CLinkCompatibleModels LinkCompatibleModels3;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// The chip data document of format version 4. Two threads must not run its LoadFromFile at the same time.
@@ -111,9 +105,7 @@ public:
   CClockingSchemes ClockingSchemes;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 
   static int s_loadDepth; // how many calls of LoadFromFile are on the way, in whatever document
 };

@@ -2,22 +2,18 @@
 
 #include "kestrune/identity/rows.h"
 #include "kestrune/platform/c_runtime.h"
-#include "kestrune/xml/member_list.h"
+#include "kestrune/xml/record_members.h"
 
-template <class Visit>
-constexpr void CTKDeviceClass::forEachMember(Visit visit) {
-  visit(&CTKDeviceClass::Name, "Name");
-  visit(&CTKDeviceClass::Number, "Number");
-}
+struct CTKDeviceClass::Members : RecordMembers<Members, CTKDeviceClass> {
+  static constexpr auto rows = std::tuple{
+      Row{&CTKDeviceClass::Name, "Name"},
+      Row{&CTKDeviceClass::Number, "Number"},
+  };
+  // The two numbers are worked out from the text of `Number`.
+  static constexpr std::size_t unstored = sizeof(NumberMajor) + sizeof(NumberMinor);
+};
 
-// The two numbers are worked out from the text of `Number` and stand in no file.
-static_assert(sizeof(CTKDeviceClass) == sizeof(CXMLFolder) + MemberList::size<CTKDeviceClass>() +
-                                            sizeof(CTKDeviceClass::NumberMajor) + sizeof(CTKDeviceClass::NumberMinor));
-
-CTKDeviceClass::CTKDeviceClass() {
-  PutTag(CString(rows::kUnassigned));
-  CTKDeviceClass::Init();
-}
+CTKDeviceClass::CTKDeviceClass() { Members::construct(*this, kestrune::kUnassigned); }
 
 CTKDeviceClass::CTKDeviceClass(const char *name, int number) : CTKDeviceClass() {
   Name = name;
@@ -35,18 +31,12 @@ CTKDeviceClass::CTKDeviceClass(const CTKDeviceClass &rhs) : CTKDeviceClass() { *
 CTKDeviceClass::~CTKDeviceClass() = default;
 
 CTKDeviceClass &CTKDeviceClass::operator=(const CTKDeviceClass &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
   NumberMajor = rhs.NumberMajor;
   NumberMinor = rhs.NumberMinor;
-  pushMembers();
-  return *this;
+  return Members::copy(*this, rhs);
 }
 
-void CTKDeviceClass::Init() {
-  MemberList::init(*this);
-  pushMembers();
-}
+void CTKDeviceClass::Init() { Members::init(*this); }
 
 long CTKDeviceClass::Load(MSXML::IXMLDOMElement *parent) {
   const long result = CXMLFolder::Load(parent);
@@ -62,28 +52,24 @@ long CTKDeviceClass::Load(MSXML::IXMLDOMElement *parent) {
 
 CString CTKDeviceClass::Key() const { return Name; }
 
-void CTKDeviceClass::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CTKDeviceClass::pushMembers() { Members::push(*this); }
 
 bool CTKDeviceClass::operator==(const CTKDeviceClass &rhs) const { return rows::equal(*this, rhs); }
 
 bool CTKDeviceClass::operator<(const CTKDeviceClass &rhs) const { return rows::before(*this, rhs); }
 
-template <class Visit>
-constexpr void CTKDeviceClass2::forEachMember(Visit visit) {
-  visit(&CTKDeviceClass2::Category, "Category");
-  visit(&CTKDeviceClass2::Profile, "Profile");
-  visit(&CTKDeviceClass2::Obsolete, "Obsolete");
-}
+struct CTKDeviceClass2::Members : RecordMembers<Members, CTKDeviceClass2, CTKDeviceClass> {
+  static constexpr auto rows = std::tuple{
+      Row{&CTKDeviceClass2::Category, "Category"},
+      Row{&CTKDeviceClass2::Profile, "Profile"},
+      Row{&CTKDeviceClass2::Obsolete, "Obsolete"},
+  };
+};
 
-static_assert(sizeof(CTKDeviceClass2) == sizeof(CTKDeviceClass) + MemberList::size<CTKDeviceClass2>());
-
-CTKDeviceClass2::CTKDeviceClass2() { CTKDeviceClass2::Init(); }
+CTKDeviceClass2::CTKDeviceClass2() { Members::construct(*this); }
 
 CTKDeviceClass2::CTKDeviceClass2(const char *name, int number) : CTKDeviceClass(name, number) {
-  CTKDeviceClass2::Init();
+  Members::construct(*this);
 }
 
 CTKDeviceClass2::CTKDeviceClass2(const char *tag, const char *nameTag, const char *numberTag) : CTKDeviceClass2() {
@@ -96,23 +82,11 @@ CTKDeviceClass2::CTKDeviceClass2(const CTKDeviceClass2 &rhs) : CTKDeviceClass2()
 
 CTKDeviceClass2::~CTKDeviceClass2() = default;
 
-CTKDeviceClass2 &CTKDeviceClass2::operator=(const CTKDeviceClass2 &rhs) {
-  CTKDeviceClass::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CTKDeviceClass2 &CTKDeviceClass2::operator=(const CTKDeviceClass2 &rhs) { return Members::copy(*this, rhs); }
 
-void CTKDeviceClass2::Init() {
-  CTKDeviceClass::Init();
-  MemberList::init(*this);
-  pushMembers();
-}
+void CTKDeviceClass2::Init() { Members::init(*this); }
 
-void CTKDeviceClass2::pushMembers() {
-  CTKDeviceClass::pushMembers();
-  MemberList::append(*this);
-}
+void CTKDeviceClass2::pushMembers() { Members::push(*this); }
 
 CTKDeviceClasses::CTKDeviceClasses() { CTKDeviceClasses::Init(); }
 
@@ -126,7 +100,7 @@ CTKDeviceClasses &CTKDeviceClasses::operator=(const CTKDeviceClasses &rhs) {
 }
 
 void CTKDeviceClasses::Init() {
-  setTags(rows::kUnassigned, rows::kUnassigned, rows::kUnassigned);
+  setTags(kestrune::kUnassigned, kestrune::kUnassigned, kestrune::kUnassigned);
   pushMembers();
 }
 

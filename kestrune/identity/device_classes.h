@@ -35,9 +35,9 @@ public:
   CXMLAttribute Number;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
+  template <class, class, class>
+  friend struct RecordMembers; // of the next version
 };
 
 /// The second version of the record.
@@ -59,9 +59,7 @@ public:
   CXMLBoolAttribute Obsolete;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// A list of device classes. It has no names of its own: its owner gives them with setTags, and until then tag, item

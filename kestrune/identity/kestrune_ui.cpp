@@ -1,60 +1,32 @@
 #include "kestrune/identity/kestrune_ui.h"
 
-#include "kestrune/xml/member_list.h"
+#include "kestrune/xml/record_members.h"
 
-template <class Visit>
-constexpr void CKestruneUIInfo::forEachMember(Visit visit) {
-  visit(&CKestruneUIInfo::ClockSpeeds, "ClockSpeeds");
-}
+struct CKestruneUIInfo::Members : RecordMembers<Members, CKestruneUIInfo> {
+  static constexpr auto rows = std::tuple{Row{&CKestruneUIInfo::ClockSpeeds, "ClockSpeeds"}};
+};
 
-static_assert(sizeof(CKestruneUIInfo) == sizeof(CXMLFolder) + MemberList::size<CKestruneUIInfo>());
-
-CKestruneUIInfo::CKestruneUIInfo() {
-  PutTag(CString("UIInfo"));
-  CXMLFolder::operator=("UIInfo");
-  MemberList::init(*this);
-  CKestruneUIInfo::pushMembers();
-}
+CKestruneUIInfo::CKestruneUIInfo() { Members::construct(*this, "UIInfo"); }
 
 CKestruneUIInfo::CKestruneUIInfo(const CKestruneUIInfo &rhs) : CKestruneUIInfo() { *this = rhs; }
 
 CKestruneUIInfo::~CKestruneUIInfo() = default;
 
-CKestruneUIInfo &CKestruneUIInfo::operator=(const CKestruneUIInfo &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CKestruneUIInfo &CKestruneUIInfo::operator=(const CKestruneUIInfo &rhs) { return Members::copy(*this, rhs); }
 
-void CKestruneUIInfo::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CKestruneUIInfo::pushMembers() { Members::push(*this); }
 
-template <class Visit>
-constexpr void CKestruneUI::forEachMember(Visit visit) {
-  visit(&CKestruneUI::UIInfo);
-}
+struct CKestruneUI::Members : DocumentMembers<Members, CKestruneUI> {
+  static constexpr auto rows = std::tuple{Row{&CKestruneUI::UIInfo}};
+};
 
-static_assert(sizeof(CKestruneUI) == sizeof(CXMLTopLevelFolder) + MemberList::size<CKestruneUI>());
-
-CKestruneUI::CKestruneUI() {
-  PutTag(CString("KestruneUI"));
-  CXMLTopLevelFolder::operator=("KestruneUI");
-  CKestruneUI::Init();
-  CKestruneUI::pushMembers();
-}
+CKestruneUI::CKestruneUI() { Members::construct(*this, "KestruneUI"); }
 
 CKestruneUI::CKestruneUI(const CKestruneUI &rhs) : CKestruneUI() { *this = rhs; }
 
 CKestruneUI::~CKestruneUI() = default;
 
-CKestruneUI &CKestruneUI::operator=(const CKestruneUI &rhs) {
-  CXMLTopLevelFolder::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  return *this;
-}
+CKestruneUI &CKestruneUI::operator=(const CKestruneUI &rhs) { return Members::copy(*this, rhs); }
 
 void CKestruneUI::Init() {
   Contents.Init();
@@ -62,9 +34,6 @@ void CKestruneUI::Init() {
   Contents.Content = 1;
 }
 
-void CKestruneUI::pushMembers() {
-  CXMLTopLevelFolder::pushMembers();
-  MemberList::append(*this);
-}
+void CKestruneUI::pushMembers() { Members::push(*this); }
 
 long CKestruneUI::LoadFromFile(const char *name) { return CXMLFolder::LoadFromFile(name, nullptr); }

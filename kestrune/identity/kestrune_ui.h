@@ -16,9 +16,7 @@ public:
   CXMLElement ClockSpeeds;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// The user-interface data file, root "KestruneUI".
@@ -41,7 +39,5 @@ public:
   CKestruneUIInfo UIInfo;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };

@@ -1,16 +1,9 @@
 #include "kestrune/identity/name_number_pairs.h"
 
 #include "kestrune/identity/rows.h"
-#include "kestrune/xml/member_list.h"
+#include "kestrune/xml/record_members.h"
 
 namespace {
-
-/// The names that are the same in both kinds of rows.
-template <class Row, class Visit>
-constexpr void forEachRowMember(Visit visit) {
-  visit(&Row::Name, "Name");
-  visit(&Row::Number, "Number");
-}
 
 template <class Row>
 bool hasNumber(const Row &row, const char *number) {
@@ -19,17 +12,14 @@ bool hasNumber(const Row &row, const char *number) {
 
 } // namespace
 
-template <class Visit>
-constexpr void CXMLPair::forEachMember(Visit visit) {
-  forEachRowMember<CXMLPair>(visit);
-}
+struct CXMLPair::Members : RecordMembers<Members, CXMLPair> {
+  static constexpr auto rows = std::tuple{
+      Row{&CXMLPair::Name, "Name"},
+      Row{&CXMLPair::Number, "Number"},
+  };
+};
 
-static_assert(sizeof(CXMLPair) == sizeof(CXMLFolder) + MemberList::size<CXMLPair>());
-
-CXMLPair::CXMLPair() {
-  PutTag(CString(rows::kUnassigned));
-  CXMLPair::Init();
-}
+CXMLPair::CXMLPair() { Members::construct(*this, kestrune::kUnassigned); }
 
 CXMLPair::CXMLPair(const char *name, const char *number) : CXMLPair() {
   Name = name;
@@ -37,9 +27,7 @@ CXMLPair::CXMLPair(const char *name, const char *number) : CXMLPair() {
 }
 
 CXMLPair::CXMLPair(const char *tag, const char *nameTag, const char *numberTag) {
-  PutTag(CString(tag));
-  CXMLFolder::operator=(tag);
-  CXMLPair::Init();
+  Members::construct(*this, tag);
   rows::setMemberTags(*this, nameTag, numberTag);
 }
 
@@ -47,40 +35,26 @@ CXMLPair::CXMLPair(const CXMLPair &rhs) : CXMLPair() { *this = rhs; }
 
 CXMLPair::~CXMLPair() = default;
 
-CXMLPair &CXMLPair::operator=(const CXMLPair &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CXMLPair &CXMLPair::operator=(const CXMLPair &rhs) { return Members::copy(*this, rhs); }
 
-void CXMLPair::Init() {
-  MemberList::init(*this);
-  pushMembers();
-}
+void CXMLPair::Init() { Members::init(*this); }
 
 CString CXMLPair::Key() const { return Name; }
 
-void CXMLPair::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CXMLPair::pushMembers() { Members::push(*this); }
 
 bool CXMLPair::operator==(const CXMLPair &rhs) const { return rows::equal(*this, rhs); }
 
 bool CXMLPair::operator<(const CXMLPair &rhs) const { return rows::before(*this, rhs); }
 
-template <class Visit>
-constexpr void CXMLNameHexPair::forEachMember(Visit visit) {
-  forEachRowMember<CXMLNameHexPair>(visit);
-}
+struct CXMLNameHexPair::Members : RecordMembers<Members, CXMLNameHexPair> {
+  static constexpr auto rows = std::tuple{
+      Row{&CXMLNameHexPair::Name, "Name"},
+      Row{&CXMLNameHexPair::Number, "Number"},
+  };
+};
 
-static_assert(sizeof(CXMLNameHexPair) == sizeof(CXMLFolder) + MemberList::size<CXMLNameHexPair>());
-
-CXMLNameHexPair::CXMLNameHexPair() {
-  PutTag(CString(rows::kUnassigned));
-  CXMLNameHexPair::Init();
-}
+CXMLNameHexPair::CXMLNameHexPair() { Members::construct(*this, kestrune::kUnassigned); }
 
 CXMLNameHexPair::CXMLNameHexPair(const char *name, int number) : CXMLNameHexPair() {
   Name = name;
@@ -88,9 +62,7 @@ CXMLNameHexPair::CXMLNameHexPair(const char *name, int number) : CXMLNameHexPair
 }
 
 CXMLNameHexPair::CXMLNameHexPair(const char *tag, const char *nameTag, const char *numberTag) {
-  PutTag(CString(tag));
-  CXMLFolder::operator=(tag);
-  CXMLNameHexPair::Init();
+  Members::construct(*this, tag);
   rows::setMemberTags(*this, nameTag, numberTag);
 }
 
@@ -98,24 +70,13 @@ CXMLNameHexPair::CXMLNameHexPair(const CXMLNameHexPair &rhs) : CXMLNameHexPair()
 
 CXMLNameHexPair::~CXMLNameHexPair() = default;
 
-CXMLNameHexPair &CXMLNameHexPair::operator=(const CXMLNameHexPair &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CXMLNameHexPair &CXMLNameHexPair::operator=(const CXMLNameHexPair &rhs) { return Members::copy(*this, rhs); }
 
-void CXMLNameHexPair::Init() {
-  MemberList::init(*this);
-  pushMembers();
-}
+void CXMLNameHexPair::Init() { Members::init(*this); }
 
 CString CXMLNameHexPair::Key() const { return Name; }
 
-void CXMLNameHexPair::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CXMLNameHexPair::pushMembers() { Members::push(*this); }
 
 bool CXMLNameHexPair::operator==(const CXMLNameHexPair &rhs) const { return rows::equal(*this, rhs); }
 
@@ -133,7 +94,7 @@ CXMLPairCollection &CXMLPairCollection::operator=(const CXMLPairCollection &rhs)
 }
 
 void CXMLPairCollection::Init() {
-  setTags(rows::kUnassigned, rows::kUnassigned, rows::kUnassigned);
+  setTags(kestrune::kUnassigned, kestrune::kUnassigned, kestrune::kUnassigned);
   pushMembers();
 }
 
@@ -168,7 +129,7 @@ CXMLNameHexPairs &CXMLNameHexPairs::operator=(const CXMLNameHexPairs &rhs) {
 }
 
 void CXMLNameHexPairs::Init() {
-  setTags(rows::kUnassigned, rows::kUnassigned, rows::kUnassigned);
+  setTags(kestrune::kUnassigned, kestrune::kUnassigned, kestrune::kUnassigned);
   pushMembers();
 }
 

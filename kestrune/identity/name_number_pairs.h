@@ -28,9 +28,7 @@ public:
   CXMLAttribute Number;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// A row with a name, an attribute, and a number, a child element of hexadecimal text such as "0x1F".
@@ -59,9 +57,7 @@ public:
   CXMLHexElement Number;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// A list of pairs. It has no names of its own: its owner gives them with setTags, and until then tag, item tag and key

@@ -8,9 +8,6 @@
 
 namespace rows {
 
-/// The tag of a row, and of a list, until an owner gives it one.
-constexpr const char *kUnassigned = "Unassigned";
-
 /// Gives the members of a row other tags than those of its class.
 template <class Row>
 void setMemberTags(Row &row, const char *nameTag, const char *numberTag) {

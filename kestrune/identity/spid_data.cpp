@@ -1,6 +1,6 @@
 #include "kestrune/identity/spid_data.h"
 
-#include "kestrune/xml/member_list.h"
+#include "kestrune/xml/record_members.h"
 
 namespace {
 
@@ -15,67 +15,48 @@ void setListTags(CXMLCollectionFolder &manufacturers, CXMLCollectionFolder &clas
 
 } // namespace
 
-template <class Visit>
-constexpr void CSpidData::forEachMember(Visit visit) {
-  visit(&CSpidData::ManufacturerIDs);
-  visit(&CSpidData::DeviceClasses);
-  visit(&CSpidData::DeviceSubClasses);
-  visit(&CSpidData::ChannelTypes);
-}
-
-static_assert(sizeof(CSpidData) == sizeof(CXMLTopLevelFolder) + MemberList::size<CSpidData>());
+struct CSpidData::Members : DocumentMembers<Members, CSpidData> {
+  static constexpr auto rows = std::tuple{
+      Row{&CSpidData::ManufacturerIDs},
+      Row{&CSpidData::DeviceClasses},
+      Row{&CSpidData::DeviceSubClasses},
+      Row{&CSpidData::ChannelTypes},
+  };
+};
 
 CSpidData::CSpidData() {
-  PutTag(CString("SPIDData"));
-  CXMLTopLevelFolder::operator=("SPIDData");
-  Contents.Init();
+  Members::construct(*this, "SPIDData");
   setListTags(ManufacturerIDs, DeviceClasses, DeviceSubClasses, ChannelTypes);
-  CSpidData::pushMembers();
 }
 
 CSpidData::CSpidData(const CSpidData &rhs) : CSpidData() { *this = rhs; }
 
 CSpidData::~CSpidData() = default;
 
-CSpidData &CSpidData::operator=(const CSpidData &rhs) {
-  CXMLTopLevelFolder::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  return *this;
-}
+CSpidData &CSpidData::operator=(const CSpidData &rhs) { return Members::copy(*this, rhs); }
 
-void CSpidData::pushMembers() {
-  CXMLTopLevelFolder::pushMembers();
-  MemberList::append(*this);
-}
+void CSpidData::pushMembers() { Members::push(*this); }
 
 long CSpidData::LoadFromFile(const char *name) { return CXMLFolder::LoadFromFile(name, nullptr); }
 
-template <class Visit>
-constexpr void CSpidData2::forEachMember(Visit visit) {
-  visit(&CSpidData2::ManufacturerIDs2);
-  visit(&CSpidData2::DeviceClasses2);
-  visit(&CSpidData2::DeviceSubClasses2);
-  visit(&CSpidData2::ChannelTypes2);
-}
-
-static_assert(sizeof(CSpidData2) == sizeof(CSpidData) + MemberList::size<CSpidData2>());
+struct CSpidData2::Members : DocumentMembers<Members, CSpidData2, CSpidData> {
+  static constexpr auto rows = std::tuple{
+      Row{&CSpidData2::ManufacturerIDs2},
+      Row{&CSpidData2::DeviceClasses2},
+      Row{&CSpidData2::DeviceSubClasses2},
+      Row{&CSpidData2::ChannelTypes2},
+  };
+};
 
 CSpidData2::CSpidData2() {
+  Members::construct(*this);
   setListTags(ManufacturerIDs2, DeviceClasses2, DeviceSubClasses2, ChannelTypes2);
-  CSpidData2::pushMembers();
 }
 
 CSpidData2::CSpidData2(const CSpidData2 &rhs) : CSpidData2() { *this = rhs; }
 
 CSpidData2::~CSpidData2() = default;
 
-CSpidData2 &CSpidData2::operator=(const CSpidData2 &rhs) {
-  CSpidData::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  return *this;
-}
+CSpidData2 &CSpidData2::operator=(const CSpidData2 &rhs) { return Members::copy(*this, rhs); }
 
-void CSpidData2::pushMembers() {
-  CXMLTopLevelFolder::pushMembers();
-  MemberList::append(*this);
-}
+void CSpidData2::pushMembers() { Members::push(*this); }

@@ -27,9 +27,7 @@ public:
   CXMLPairCollection ChannelTypes;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// The same file with device classes of the second version. It reads and writes its own lists; those of the first
@@ -49,7 +47,5 @@ public:
   CXMLPairCollection ChannelTypes2;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };

@@ -28,6 +28,8 @@
 #include "kestrune/transceiver/std_xcvr.h"
 #include "kestrune/transceiver/transceiver_parameters.h"
 #include "kestrune/transceiver/transceivers.h"
+#include "kestrune/xml/member_view.h"
+#include "kestrune/xml/record_members.h"
 #include "kestrune/xml/xml_collection.h"
 #include "kestrune/xml/xml_document.h"
 #include "kestrune/xml/xml_dom.h"

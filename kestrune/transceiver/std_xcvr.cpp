@@ -2,7 +2,7 @@
 
 #include "kestrune/names/filename.h"
 #include "kestrune/xml/companion_name.h"
-#include "kestrune/xml/member_list.h"
+#include "kestrune/xml/record_members.h"
 
 #include <unordered_set>
 
@@ -59,28 +59,17 @@ CFilename replacementFile() {
 
 } // namespace
 
-template <class Visit>
-constexpr void CStdXcvr::forEachMember(Visit visit) {
-  visit(&CStdXcvr::Transceivers);
-}
+struct CStdXcvr::Members : DocumentMembers<Members, CStdXcvr> {
+  static constexpr auto rows = std::tuple{Row{&CStdXcvr::Transceivers}};
+};
 
-static_assert(sizeof(CStdXcvr) == sizeof(CXMLTopLevelFolder) + MemberList::size<CStdXcvr>());
-
-CStdXcvr::CStdXcvr() {
-  PutTag(CString("StdXcvr"));
-  CXMLTopLevelFolder::operator=("StdXcvr");
-  CStdXcvr::Init();
-}
+CStdXcvr::CStdXcvr() { Members::construct(*this, "StdXcvr"); }
 
 CStdXcvr::CStdXcvr(const CStdXcvr &rhs) : CStdXcvr() { *this = rhs; }
 
 CStdXcvr::~CStdXcvr() = default;
 
-CStdXcvr &CStdXcvr::operator=(const CStdXcvr &rhs) {
-  CXMLTopLevelFolder::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  return *this;
-}
+CStdXcvr &CStdXcvr::operator=(const CStdXcvr &rhs) { return Members::copy(*this, rhs); }
 
 void CStdXcvr::Init() {
   Contents.Init();
@@ -90,65 +79,39 @@ void CStdXcvr::Init() {
   pushMembers();
 }
 
-void CStdXcvr::pushMembers() {
-  CXMLTopLevelFolder::pushMembers();
-  MemberList::append(*this);
-}
+void CStdXcvr::pushMembers() { Members::push(*this); }
 
 long CStdXcvr::LoadFromFile(const char *name) { return CXMLFolder::LoadFromFile(name, nullptr); }
 
-template <class Visit>
-constexpr void CStdXcvr2::forEachMember(Visit visit) {
-  visit(&CStdXcvr2::Transceivers2);
-}
+struct CStdXcvr2::Members : DocumentMembers<Members, CStdXcvr2, CStdXcvr> {
+  static constexpr auto rows = std::tuple{Row{&CStdXcvr2::Transceivers2}};
+};
 
-static_assert(sizeof(CStdXcvr2) == sizeof(CStdXcvr) + MemberList::size<CStdXcvr2>());
-
-CStdXcvr2::CStdXcvr2() { CStdXcvr2::pushMembers(); }
+CStdXcvr2::CStdXcvr2() { Members::construct(*this); }
 
 CStdXcvr2::CStdXcvr2(const CStdXcvr2 &rhs) : CStdXcvr2() { *this = rhs; }
 
 CStdXcvr2::~CStdXcvr2() = default;
 
-CStdXcvr2 &CStdXcvr2::operator=(const CStdXcvr2 &rhs) {
-  CStdXcvr::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  return *this;
-}
+CStdXcvr2 &CStdXcvr2::operator=(const CStdXcvr2 &rhs) { return Members::copy(*this, rhs); }
 
-void CStdXcvr2::pushMembers() {
-  CXMLTopLevelFolder::pushMembers();
-  MemberList::append(*this);
-}
+void CStdXcvr2::pushMembers() { Members::push(*this); }
 
-template <class Visit>
-constexpr void CStdXcvr3::forEachMember(Visit visit) {
-  visit(&CStdXcvr3::Transceivers3);
-}
+struct CStdXcvr3::Members : DocumentMembers<Members, CStdXcvr3, CStdXcvr2> {
+  static constexpr auto rows = std::tuple{Row{&CStdXcvr3::Transceivers3}};
+};
 
-static_assert(sizeof(CStdXcvr3) == sizeof(CStdXcvr2) + MemberList::size<CStdXcvr3>());
-
-CStdXcvr3::CStdXcvr3() { CStdXcvr3::pushMembers(); }
+CStdXcvr3::CStdXcvr3() { Members::construct(*this); }
 
 CStdXcvr3::CStdXcvr3(const CStdXcvr3 &rhs) : CStdXcvr3() { *this = rhs; }
 
 CStdXcvr3::~CStdXcvr3() = default;
 
-CStdXcvr3 &CStdXcvr3::operator=(const CStdXcvr3 &rhs) {
-  CStdXcvr2::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  return *this;
-}
+CStdXcvr3 &CStdXcvr3::operator=(const CStdXcvr3 &rhs) { return Members::copy(*this, rhs); }
 
-void CStdXcvr3::Init() {
-  CStdXcvr2::Init();
-  MemberList::init(*this);
-}
+void CStdXcvr3::Init() { Members::init(*this); }
 
-void CStdXcvr3::pushMembers() {
-  CXMLTopLevelFolder::pushMembers();
-  MemberList::append(*this);
-}
+void CStdXcvr3::pushMembers() { Members::push(*this); }
 
 long CStdXcvr3::LoadFromFile(const char *name) {
   CFilename file = CompanionName(name);

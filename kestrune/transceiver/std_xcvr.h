@@ -25,9 +25,7 @@ public:
   CTransceivers Transceivers;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// The file with transceivers of the second version. It reads and writes its own list; that of the first stays empty.
@@ -43,9 +41,7 @@ public:
   CTransceivers2 Transceivers2;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// The file with transceivers of the third version, into whose list a load merges the user's own file. It reads and
@@ -73,7 +69,5 @@ public:
   CTransceivers3 Transceivers3;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };

@@ -29,9 +29,7 @@ public:
   CXMLHexElement flags;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// The timing parameters: element "Timing".
@@ -56,9 +54,7 @@ public:
   CXMLElement packet_qual;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// The mode parameters: element "ModeSpec".
@@ -87,9 +83,9 @@ public:
   CXMLElement allow_node_override;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
+  template <class, class, class>
+  friend struct RecordMembers; // of the next version
 };
 
 /// The second version of the mode parameters, under the same tag.
@@ -108,7 +104,5 @@ public:
   CXMLElement standard_threshold;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };

@@ -1,37 +1,26 @@
 #include "kestrune/transceiver/transceivers.h"
 
-#include "kestrune/xml/member_list.h"
 #include "kestrune/xml/number_text.h"
+#include "kestrune/xml/record_members.h"
 
 #include <algorithm>
 
-namespace {
+struct CTransceiver::Members : RecordMembers<Members, CTransceiver> {
+  static constexpr auto rows = std::tuple{
+      Row{&CTransceiver::TevroskApproved, "TevroskApproved", "FALSE"},
+      Row{&CTransceiver::Name, "Name"},
+      Row{&CTransceiver::std_id, "std_id"},
+      Row{&CTransceiver::support_level, "support_level"},
+      Row{&CTransceiver::ChannelTypeNumber, "ChannelTypeNumber", "0"},
+      Row{&CTransceiver::std_xcvr_id, "std_xcvr_id", "0"},
+      Row{&CTransceiver::UsesVorlanComPort, "UsesVorlanComPort", "TRUE"},
+      Row{&CTransceiver::Timing},
+      Row{&CTransceiver::Channel},
+      Row{&CTransceiver::ModeSpec},
+  };
+};
 
-constexpr const char *kUnassigned = "Unassigned";
-
-} // namespace
-
-template <class Visit>
-constexpr void CTransceiver::forEachMember(Visit visit) {
-  visit(&CTransceiver::TevroskApproved, "TevroskApproved", "FALSE");
-  visit(&CTransceiver::Name, "Name");
-  visit(&CTransceiver::std_id, "std_id");
-  visit(&CTransceiver::support_level, "support_level");
-  visit(&CTransceiver::ChannelTypeNumber, "ChannelTypeNumber", "0");
-  visit(&CTransceiver::std_xcvr_id, "std_xcvr_id", "0");
-  visit(&CTransceiver::UsesVorlanComPort, "UsesVorlanComPort", "TRUE");
-  visit(&CTransceiver::Timing);
-  visit(&CTransceiver::Channel);
-  visit(&CTransceiver::ModeSpec);
-}
-
-static_assert(sizeof(CTransceiver) == sizeof(CXMLFolder) + MemberList::size<CTransceiver>());
-
-CTransceiver::CTransceiver() {
-  PutTag(CString("Transceiver"));
-  CXMLFolder::operator=("Transceiver");
-  CTransceiver::Init();
-}
+CTransceiver::CTransceiver() { Members::construct(*this, "Transceiver"); }
 
 CTransceiver::CTransceiver(const char *name) : CTransceiver() { Name = name; }
 
@@ -39,34 +28,22 @@ CTransceiver::CTransceiver(const CTransceiver &rhs) : CTransceiver() { *this = r
 
 CTransceiver::~CTransceiver() = default;
 
-CTransceiver &CTransceiver::operator=(const CTransceiver &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CTransceiver &CTransceiver::operator=(const CTransceiver &rhs) { return Members::copy(*this, rhs); }
 
-void CTransceiver::Init() {
-  MemberList::init(*this);
-  pushMembers();
-}
+void CTransceiver::Init() { Members::init(*this); }
 
 CString CTransceiver::Key() const { return Name; }
 
-void CTransceiver::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CTransceiver::pushMembers() { Members::push(*this); }
 
-template <class Visit>
-constexpr void CTransceiver2::forEachMember(Visit visit) {
-  visit(&CTransceiver2::SignalStrengthIndicator, "SignalStrengthIndicator", "FALSE");
-  visit(&CTransceiver2::SupportAlternateClockRates, "SupportAlternateClockRates", "FALSE");
-}
+struct CTransceiver2::Members : RecordMembers<Members, CTransceiver2, CTransceiver> {
+  static constexpr auto rows = std::tuple{
+      Row{&CTransceiver2::SignalStrengthIndicator, "SignalStrengthIndicator", "FALSE"},
+      Row{&CTransceiver2::SupportAlternateClockRates, "SupportAlternateClockRates", "FALSE"},
+  };
+};
 
-static_assert(sizeof(CTransceiver2) == sizeof(CTransceiver) + MemberList::size<CTransceiver2>());
-
-CTransceiver2::CTransceiver2() { CTransceiver2::Init(); }
+CTransceiver2::CTransceiver2() { Members::construct(*this); }
 
 CTransceiver2::CTransceiver2(const char *name) : CTransceiver2() { Name = name; }
 
@@ -74,33 +51,20 @@ CTransceiver2::CTransceiver2(const CTransceiver2 &rhs) : CTransceiver2() { *this
 
 CTransceiver2::~CTransceiver2() = default;
 
-CTransceiver2 &CTransceiver2::operator=(const CTransceiver2 &rhs) {
-  CTransceiver::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CTransceiver2 &CTransceiver2::operator=(const CTransceiver2 &rhs) { return Members::copy(*this, rhs); }
 
-void CTransceiver2::Init() {
-  CTransceiver::Init();
-  MemberList::init(*this);
-  pushMembers();
-}
+void CTransceiver2::Init() { Members::init(*this); }
 
-void CTransceiver2::pushMembers() {
-  CTransceiver::pushMembers();
-  MemberList::append(*this);
-}
+void CTransceiver2::pushMembers() { Members::push(*this); }
 
-template <class Visit>
-constexpr void CTransceiver3::forEachMember(Visit visit) {
-  visit(&CTransceiver3::ModeSpec2);
-  visit(&CTransceiver3::SchedulerMode, "SchedulerMode", kUnassigned);
-}
+struct CTransceiver3::Members : RecordMembers<Members, CTransceiver3, CTransceiver2> {
+  static constexpr auto rows = std::tuple{
+      Row{&CTransceiver3::ModeSpec2},
+      Row{&CTransceiver3::SchedulerMode, "SchedulerMode", "Unassigned"},
+  };
+};
 
-static_assert(sizeof(CTransceiver3) == sizeof(CTransceiver2) + MemberList::size<CTransceiver3>());
-
-CTransceiver3::CTransceiver3() { CTransceiver3::Init(); }
+CTransceiver3::CTransceiver3() { Members::construct(*this); }
 
 CTransceiver3::CTransceiver3(const char *name) : CTransceiver3() { Name = name; }
 
@@ -111,18 +75,12 @@ CTransceiver3::~CTransceiver3() = default;
 CTransceiver3 &CTransceiver3::operator=(const CTransceiver3 &rhs) {
   if (this == &rhs)
     return *this;
-  CTransceiver2::operator=(rhs);
-  MemberList::copy(*this, rhs);
+  Members::copy(*this, rhs);
   ModeSpec = ModeSpec2;
-  pushMembers();
   return *this;
 }
 
-void CTransceiver3::Init() {
-  CTransceiver2::Init();
-  MemberList::init(*this);
-  pushMembers();
-}
+void CTransceiver3::Init() { Members::init(*this); }
 
 long CTransceiver3::Load(MSXML::IXMLDOMElement *parent) {
   const long result = CXMLFolder::Load(parent);
@@ -137,8 +95,7 @@ long CTransceiver3::LoadFromFile(const char *name, const char *base) {
 }
 
 void CTransceiver3::pushMembers() {
-  CTransceiver2::pushMembers();
-  MemberList::append(*this);
+  Members::push(*this);
   // ModeSpec2 stands in the place of the member that it replaces.
   const auto replacement = std::find(m_members.begin(), m_members.end(), &ModeSpec2);
   *std::find(m_members.begin(), m_members.end(), &ModeSpec) = *replacement;
@@ -146,7 +103,7 @@ void CTransceiver3::pushMembers() {
 }
 
 unsigned int CTransceiver3::GetSchedulerMode() const {
-  return SchedulerMode.Compare(kUnassigned) == 0 ? 0 : ParseUnsigned(SchedulerMode, 10);
+  return SchedulerMode.Compare(kestrune::kUnassigned) == 0 ? 0 : ParseUnsigned(SchedulerMode, 10);
 }
 
 CTransceivers::CTransceivers() {

@@ -32,9 +32,9 @@ public:
   CTransceiverModeSpec ModeSpec;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
+  template <class, class, class>
+  friend struct RecordMembers; // of the next version
 };
 
 /// The second version of the record.
@@ -53,9 +53,9 @@ public:
   CXMLBoolAttribute SupportAlternateClockRates;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
+  template <class, class, class>
+  friend struct RecordMembers; // of the next version
 };
 
 /// The third version of the record. The mode parameters of the file are those in `ModeSpec2`; `ModeSpec` is a copy of
@@ -84,9 +84,7 @@ public:
   CXMLElement SchedulerMode;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// A list of transceivers: element "Transceivers".

@@ -6,6 +6,13 @@
 #include <type_traits>
 #include <vector>
 
+class CXMLCollectionFolder;
+
+namespace kestrune {
+struct ItemClass;
+ItemClass ItemClassOf(CXMLCollectionFolder &collection);
+} // namespace kestrune
+
 /// A folder whose element holds any number of like child elements, each of which becomes an item with a text key. The
 /// collection owns its items; the pointers that `Add`, `FindItem` and `operator[]` give out are valid until the item is
 /// deleted, or the collection is cleared, loaded, assigned to or destroyed. Items stand in the order of adding.
@@ -131,6 +138,8 @@ private:
     std::unique_ptr<KeyIndex> m_outer;
     bool m_outerAcceptAll;
   };
+
+  friend kestrune::ItemClass kestrune::ItemClassOf(CXMLCollectionFolder &collection);
 
   std::unique_ptr<KeyIndex> m_index; // alive during a batch only
   bool m_acceptAll = false;

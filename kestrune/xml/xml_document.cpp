@@ -3,48 +3,37 @@
 #include "kestrune/errors/krx_exception.h"
 #include "kestrune/errors/string_table.h"
 #include "kestrune/platform/c_runtime.h"
-#include "kestrune/xml/member_list.h"
+#include "kestrune/xml/record_members.h"
 
-template <class Visit>
-constexpr void CXMLContents::forEachMember(Visit visit) {
-  visit(&CXMLContents::MajorVersion, "MajorVersion", "0");
-  visit(&CXMLContents::MinorVersion, "MinorVersion", "0");
-  visit(&CXMLContents::CreationDate, "CreationDate", "0");
-  visit(&CXMLContents::Format, "Format", "0");
-  visit(&CXMLContents::Content, "Content", "0");
-  visit(&CXMLContents::FileDescription, "FileDescription", "Empty File Description");
-  visit(&CXMLContents::UpgradeStatus, "UpgradeStatus", "0");
-}
-
-static_assert(sizeof(CXMLContents) == sizeof(CXMLFolder) + MemberList::size<CXMLContents>());
+struct CXMLContents::Members : RecordMembers<Members, CXMLContents> {
+  static constexpr auto rows = std::tuple{
+      Row{&CXMLContents::MajorVersion, "MajorVersion", "0"},
+      Row{&CXMLContents::MinorVersion, "MinorVersion", "0"},
+      Row{&CXMLContents::CreationDate, "CreationDate", "0"},
+      Row{&CXMLContents::Format, "Format", "0"},
+      Row{&CXMLContents::Content, "Content", "0"},
+      Row{&CXMLContents::FileDescription, "FileDescription", "Empty File Description"},
+      Row{&CXMLContents::UpgradeStatus, "UpgradeStatus", "0"},
+  };
+};
 
 CXMLContents::CXMLContents() {
-  PutTag(CString("Contents"));
-  CXMLFolder::operator=("Contents");
-  CXMLContents::Init();
+  Members::construct(*this, "Contents");
+  CreationDate = static_cast<int>(_time64(nullptr));
 }
 
 CXMLContents::CXMLContents(const CXMLContents &rhs) : CXMLContents() { *this = rhs; }
 
 CXMLContents::~CXMLContents() = default;
 
-CXMLContents &CXMLContents::operator=(const CXMLContents &rhs) {
-  CXMLPersistent::operator=(rhs);
-  MemberList::copy(*this, rhs);
-  pushMembers();
-  return *this;
-}
+CXMLContents &CXMLContents::operator=(const CXMLContents &rhs) { return Members::copy(*this, rhs); }
 
 void CXMLContents::Init() {
-  MemberList::init(*this);
+  Members::init(*this);
   CreationDate = static_cast<int>(_time64(nullptr));
-  pushMembers();
 }
 
-void CXMLContents::pushMembers() {
-  m_members.clear();
-  MemberList::append(*this);
-}
+void CXMLContents::pushMembers() { Members::push(*this); }
 
 unsigned int CXMLContents::getUpgradeStatus() {
   const char *const text = UpgradeStatus;

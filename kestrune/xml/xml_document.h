@@ -30,9 +30,7 @@ public:
   CXMLElement UpgradeStatus;
 
 private:
-  friend struct MemberList;
-  template <class Visit>
-  static constexpr void forEachMember(Visit visit);
+  struct Members;
 };
 
 /// Base of every document: a root element with the header as its first child. A document class adds its sections as

@@ -1,13 +1,20 @@
 #include "kestrune/xml/xml_file_names.h"
 
-static_assert(sizeof(CXMLFileName) == sizeof(CXMLFolder) + sizeof(CXMLAttribute) + sizeof(CXMLHexElement));
+#include "kestrune/xml/record_members.h"
+
+struct CXMLFileName::Members : RecordMembers<Members, CXMLFileName> {
+  static constexpr auto rows = std::tuple{
+      Row{&CXMLFileName::Name, "Name"},
+      Row{&CXMLFileName::OptionFlags, "OptionFlags", "0x0"},
+  };
+};
 
 CXMLFileName::CXMLFileName() : CXMLFileName("FileName", "Name") {}
 
 CXMLFileName::CXMLFileName(const char *tag, const char *keyName) {
   PutTag(CString(tag));
+  Members::initFields(*this);
   Name.PutTag(CString(keyName));
-  OptionFlags.Init("OptionFlags", "0x0");
 }
 
 CXMLFileName::CXMLFileName(const CXMLFileName &rhs) : CXMLFileName() { *this = rhs; }
@@ -16,19 +23,12 @@ CXMLFileName::~CXMLFileName() = default;
 
 CXMLFileName &CXMLFileName::operator=(const CXMLFileName &rhs) {
   CXMLFolder::operator=(rhs);
-  Name = rhs.Name;
-  OptionFlags = rhs.OptionFlags;
-  pushMembers();
-  return *this;
+  return Members::copy(*this, rhs);
 }
 
 CString CXMLFileName::Key() const { return Name; }
 
-void CXMLFileName::pushMembers() {
-  m_members.clear();
-  m_members.push_back(&Name);
-  m_members.push_back(&OptionFlags);
-}
+void CXMLFileName::pushMembers() { Members::push(*this); }
 
 CXMLFileNames::CXMLFileNames() {
   PutTag(CString("PFXMLFileNames"));

@@ -19,6 +19,9 @@ public:
   CXMLAttribute Name;
   /// Hexadecimal text, "0x0" at first.
   CXMLHexElement OptionFlags;
+
+private:
+  struct Members;
 };
 
 /// A list of file names.

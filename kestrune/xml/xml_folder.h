@@ -2,7 +2,18 @@
 
 #include "kestrune/xml/xml_persistent.h"
 
+#include <span>
 #include <vector>
+
+class CXMLFolder;
+
+namespace kestrune {
+struct MemberRow;
+struct MemberView;
+/// What the table of a record says of its members.
+using MemberTable = std::span<const MemberRow>;
+std::vector<MemberView> MembersOf(CXMLFolder &folder);
+} // namespace kestrune
 
 /// An XML element with a list of members, each a value or a further folder. A data class derives from it, holds its
 /// members as fields, names them in `Init` and lists them, in the order of the file, in `pushMembers`; loading, saving
@@ -69,5 +80,11 @@ protected:
   /// The name under which the folder was last loaded or saved, as it was given.
   CString m_fileName;
 
-  friend struct MemberList;
+private:
+  template <class, class, class>
+  friend struct RecordMembers;
+  friend std::vector<kestrune::MemberView> kestrune::MembersOf(CXMLFolder &folder);
+
+  /// The table that the list was last built from; null for a class that has none.
+  const kestrune::MemberTable *m_table = nullptr;
 };

@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr const char *kUnassigned = "Unassigned";
+using kestrune::kHexDefault, kestrune::kUnassigned;
+
 constexpr const char *kUndefined = "Undefined";
-constexpr const char *kHexDefault = "0xFFFF";
 
 const char *orUnassigned(const char *text) { return text != nullptr ? text : kUnassigned; }
 

@@ -5,7 +5,12 @@
 #include "kestrune/platform/c_string.h"
 #include "kestrune/xml/xml_dom.h"
 
-struct MemberList;
+namespace kestrune {
+/// The text of a value to begin with, and its tag where none was given.
+constexpr const char *kUnassigned = "Unassigned";
+/// The text of a hexadecimal value to begin with.
+constexpr const char *kHexDefault = "0xFFFF";
+} // namespace kestrune
 
 /// One named piece of text that reads itself from an XML element and writes itself to one: the root of all persistent
 /// classes. The CString base is the value's text, the tag its name in the file. Numbers and truth values are kept as
@@ -62,8 +67,6 @@ protected:
 
   CString m_tag;
   unsigned char m_modified = 0;
-
-  friend struct MemberList;
 };
 
 /// A value that is stored as an attribute of its folder's element.

@@ -1,0 +1,209 @@
+#pragma once
+
+#include "kestrune/xml/xml_document.h"
+
+#include <algorithm>
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+// A record is a table: one row for each member, in the order of the file. The class declares `struct Members;`,
+// privately if it likes, and defines it beside its operations, which are then a line each:
+//
+//     struct CClock::Members : RecordMembers<Members, CClock> {
+//       static constexpr auto rows = std::tuple{
+//           Row{&CClock::m_value, "Value", "10000"},    // tag and default
+//           Row{&CClock::m_description, "Description"}, // tag; the default is that of the field's class
+//           Row{&CClock::m_multipliers},                // a folder names itself
+//       };
+//     };
+//
+//     CClock::CClock() { Members::construct(*this, "Clock"); }
+//     CClock &CClock::operator=(const CClock &rhs) { return Members::copy(*this, rhs); }
+//     void CClock::Init() { Members::init(*this); }
+//     void CClock::pushMembers() { Members::push(*this); }
+//
+// Whether a member is an attribute, an element or a folder follows from its field. A later version of a record names
+// the version before it, `RecordMembers<Members, CVorlanModel2, CVorlanModel>`, and lists its own members alone. A
+// field that is in no row does not compile; one that no file holds is told by its size: `static constexpr std::size_t
+// unstored = ...`.
+
+namespace kestrune {
+
+/// What a record's table says of a member, whatever the class of the record.
+struct MemberRow {
+  CXMLPersistent &(*field)(CXMLFolder &record);
+  const char *defaultText; // null for a folder
+};
+
+} // namespace kestrune
+
+template <class Members, class Record, class Base = CXMLFolder>
+struct RecordMembers {
+  template <class Field>
+  struct Row {
+    constexpr Row(Field Record::*folder) requires std::derived_from<Field, CXMLFolder> : field(folder) {}
+    constexpr Row(Field Record::*value, const char *itsTag,
+                  const char *itsDefault = nullptr) requires(!std::derived_from<Field, CXMLFolder>)
+        : field(value), tag(itsTag), defaultText(itsDefault) {}
+
+    Field Record::*field;
+    const char *tag = nullptr;
+    const char *defaultText = nullptr;
+  };
+
+  /// The bytes of the fields that no file holds.
+  static constexpr std::size_t unstored = 0;
+
+  /// For the constructor: names the record's element, sets its text to the same, gives the members their tags and
+  /// defaults, and builds the member list.
+  static void construct(Record &record, const char *tag) {
+    record.PutTag(CString(tag));
+    record.CXMLFolder::operator=(tag);
+    construct(record);
+  }
+  /// The same for a version whose base has named the element.
+  static void construct(Record &record) {
+    initFields(record);
+    record.Record::pushMembers();
+  }
+
+  /// Init: gives all members their tags and defaults; a member that is a folder initialises itself.
+  static void init(Record &record) {
+    if constexpr (kIsFirst) {
+      initFields(record);
+      record.pushMembers();
+    } else {
+      record.Base::Init(); // has the member list rebuilt
+      initFields(record);
+    }
+  }
+
+  /// pushMembers: the members of the base, and then the record's own.
+  static void push(Record &record) {
+    record.m_members.clear();
+    record.Base::pushMembers();
+    append(record);
+  }
+
+  /// The copying operator=.
+  static Record &copy(Record &to, const Record &from) {
+    const auto copyField = [&](const auto &row) { to.*row.field = from.*row.field; };
+    if constexpr (kIsFirst) {
+      to.CXMLPersistent::operator=(from);
+      forEachRow(copyField);
+      to.pushMembers();
+    } else {
+      to.Base::operator=(from); // has the member list rebuilt
+      forEachRow(copyField);
+    }
+    return to;
+  }
+
+  /// Gives the record's own members their tags and defaults, and does nothing else.
+  static void initFields(Record &record) {
+    forEachRow([&](const auto &row) { initField(record.*row.field, row); });
+  }
+
+  /// All members of the record, those of the base first.
+  static constexpr auto allRows() {
+    if constexpr (requires { Base::Members::allRows(); })
+      return join(Base::Members::allRows());
+    else
+      return join(std::array<kestrune::MemberRow, 0>());
+  }
+
+protected:
+  /// Appends the record's own members to its list.
+  static void append(Record &record) {
+    static_assert(sizeof(Record) == sizeof(Base) + fieldSize(Members::rows) + Members::unstored,
+                  "a field is not in the table");
+    static constexpr auto all = Members::allRows();
+    static constexpr kestrune::MemberTable table(all);
+    CXMLFolder &folder = record;
+    const std::size_t wanted = folder.m_members.size() + std::tuple_size_v<decltype(Members::rows)>;
+    // The list of an older version is as long as it needs to be; room for those behind it is taken once.
+    if (folder.m_members.capacity() < wanted)
+      folder.m_members.reserve(std::max(wanted, 2 * folder.m_members.size()));
+    forEachRow([&](const auto &row) { folder.m_members.push_back(&(record.*row.field)); });
+    folder.m_table = &table;
+  }
+
+  /// `before`, and behind them the record's own members.
+  template <std::size_t count>
+  static constexpr auto join(const std::array<kestrune::MemberRow, count> &before) {
+    constexpr std::size_t own = std::tuple_size_v<decltype(Members::rows)>;
+    std::array<kestrune::MemberRow, count + own> all{};
+    std::copy(before.begin(), before.end(), all.begin());
+    [&]<std::size_t... index>(std::index_sequence<index...>) { ((all[count + index] = memberRow<index>()), ...); }
+    (std::make_index_sequence<own>());
+    return all;
+  }
+
+private:
+  static constexpr bool kIsFirst = std::is_same_v<Base, CXMLFolder>;
+
+  template <class Visit>
+  static void forEachRow(Visit visit) {
+    static constexpr auto rows = Members::rows; // a copy, so that the table itself becomes no symbol of the library
+    std::apply([&](const auto &...row) { (visit(row), ...); }, rows);
+  }
+
+  template <class Field>
+  static void initField(Field &field, const Row<Field> &row) {
+    if constexpr (std::derived_from<Field, CXMLFolder>) {
+      field.Init();
+    } else {
+      // Init finds the tag in place already, and makes no copy of it.
+      field.PutTag(CString::OfLiteral(row.tag));
+      if (row.defaultText != nullptr)
+        field.Init(row.tag, row.defaultText);
+    }
+  }
+
+  template <class... Field>
+  static constexpr std::size_t fieldSize(const std::tuple<Row<Field>...> &) {
+    return (sizeof(Field) + ... + 0);
+  }
+
+  template <std::size_t index>
+  static constexpr kestrune::MemberRow memberRow() {
+    constexpr auto row = std::get<index>(Members::rows);
+    return {[](CXMLFolder &record) -> CXMLPersistent & { return static_cast<Record &>(record).*row.field; },
+            defaultOf(row)};
+  }
+
+  template <class Field>
+  static constexpr const char *defaultOf(const Row<Field> &row) {
+    if (row.defaultText != nullptr || std::derived_from<Field, CXMLFolder>)
+      return row.defaultText;
+    return std::derived_from<Field, CXMLHexElement> ? kestrune::kHexDefault : kestrune::kUnassigned;
+  }
+};
+
+/// The table of a document: its sections. A document reads and writes its header and its own sections alone, whatever
+/// those of the versions before it hold.
+template <class Members, class Document, class Base = CXMLTopLevelFolder>
+struct DocumentMembers : RecordMembers<Members, Document, Base> {
+  using RecordMembers<Members, Document, Base>::construct;
+  static void construct(Document &document, const char *tag) {
+    document.PutTag(CString(tag));
+    document.CXMLFolder::operator=(tag);
+    document.Document::Init();
+    document.Document::pushMembers();
+  }
+
+  static void push(Document &document) {
+    document.CXMLTopLevelFolder::pushMembers();
+    DocumentMembers::append(document);
+  }
+
+  static constexpr auto allRows() {
+    return DocumentMembers::join(std::array{kestrune::MemberRow{
+        [](CXMLFolder &document) -> CXMLPersistent & { return static_cast<CXMLTopLevelFolder &>(document).Contents; },
+        nullptr}});
+  }
+};
