@@ -1,7 +1,9 @@
 #include "kestrune/platform/code_page.h"
 
 #include "kestrune/platform/ascii.h"
+#include "kestrune/platform/lasting.h"
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <charconv>
@@ -10,7 +12,8 @@
 #include <cstring>
 #include <iconv.h>
 #include <memory>
-#include <vector>
+#include <mutex>
+#include <new>
 
 namespace {
 
@@ -67,11 +70,14 @@ void appendUtf8(std::string &text, std::uint32_t character) {
   }
 }
 
-/// A conversion of the C library. To open one costs far more than a short text, so each thread keeps its own.
+/// A conversion of the C library.
 class Converter {
 public:
   Converter(std::string_view from, std::string_view to)
-      : m_from(from), m_to(to), m_handle(::iconv_open(m_to.c_str(), m_from.c_str())) {}
+      : m_from(from), m_to(to), m_handle(::iconv_open(m_to.c_str(), m_from.c_str())) {
+    if (!isOpen() && errno == ENOMEM)
+      throw std::bad_alloc();
+  }
   Converter(const Converter &) = delete;
   Converter &operator=(const Converter &) = delete;
   ~Converter() {
@@ -125,19 +131,60 @@ private:
   iconv_t m_handle;
 };
 
+/// The converters that nobody uses at the moment. To open one costs far more than a short text.
+class ConverterPool {
+public:
+  /// An idle converter of this kind, or null.
+  std::unique_ptr<Converter> take(std::string_view from, std::string_view to) {
+    const std::lock_guard lock(m_guard);
+    const auto found = std::find_if(m_idle.begin(), m_idle.end(),
+                                    [&](const auto &each) { return each != nullptr && each->joins(from, to); });
+    return found != m_idle.end() ? std::move(*found) : nullptr;
+  }
+
+  /// Keeps `converter`; where there is no room, the one that has been there longest goes.
+  void put(std::unique_ptr<Converter> converter) {
+    const std::lock_guard lock(m_guard);
+    auto place = std::find(m_idle.begin(), m_idle.end(), nullptr);
+    if (place == m_idle.end()) {
+      place = m_idle.begin() + static_cast<std::ptrdiff_t>(m_oldest);
+      m_oldest = (m_oldest + 1) % m_idle.size();
+    }
+    place->swap(converter);
+  }
+
+  void clear() {
+    const std::lock_guard lock(m_guard);
+    for (auto &each : m_idle)
+      each.reset();
+  }
+
+private:
+  std::mutex m_guard;
+  std::array<std::unique_ptr<Converter>, 16> m_idle;
+  std::size_t m_oldest = 0;
+};
+
+constinit platform::Lasting<ConverterPool> thePool;
+
+[[gnu::destructor]] void closeConverters() { thePool->clear(); }
+
+struct BackToPool {
+  void operator()(Converter *converter) const { thePool->put(std::unique_ptr<Converter>(converter)); }
+};
+
+/// A converter that is the caller's alone until it goes back.
+using BorrowedConverter = std::unique_ptr<Converter, BackToPool>;
+
 /// The conversion from one encoding to another, or null when there is none.
-Converter *findConverter(std::string_view from, std::string_view to) {
-  constexpr std::size_t kMostKept = 8;
-  static thread_local std::vector<std::unique_ptr<Converter>> kept;
-  const auto found = std::find_if(kept.begin(), kept.end(), [&](const auto &each) { return each->joins(from, to); });
-  if (found != kept.end())
-    return found->get();
-  auto made = std::make_unique<Converter>(from, to);
-  if (!made->isOpen())
-    return nullptr;
-  if (kept.size() == kMostKept)
-    kept.erase(kept.begin());
-  return kept.emplace_back(std::move(made)).get();
+BorrowedConverter findConverter(std::string_view from, std::string_view to) {
+  std::unique_ptr<Converter> converter = thePool->take(from, to);
+  if (converter == nullptr) {
+    converter = std::make_unique<Converter>(from, to);
+    if (!converter->isOpen())
+      return nullptr;
+  }
+  return BorrowedConverter(converter.release());
 }
 
 std::string pageName(unsigned page) { return "CP" + std::to_string(page); }
@@ -168,7 +215,7 @@ unsigned pageFromEnvironment() {
 }
 
 /// The conversion between the page in force, which is not UTF-8, and UTF-8. A page that is in force has both.
-Converter *pageConverter(bool toUtf8) {
+BorrowedConverter pageConverter(bool toUtf8) {
   const std::string page = pageName(platform::GetCodePage());
   return toUtf8 ? findConverter(page, "UTF-8") : findConverter("UTF-8", page);
 }
@@ -207,7 +254,7 @@ bool TextToUtf8(std::string_view text, std::string &utf8) {
     utf8.assign(text);
     return true;
   }
-  Converter *converter = pageConverter(true);
+  const BorrowedConverter converter = pageConverter(true);
   return converter != nullptr && converter->convert(text, utf8, {});
 }
 
@@ -215,7 +262,7 @@ std::string Utf8ToText(std::string_view utf8) {
   std::string text;
   if (isUtf8Page() || isAscii(utf8))
     text.assign(utf8);
-  else if (Converter *converter = pageConverter(false))
+  else if (const BorrowedConverter converter = pageConverter(false))
     converter->convert(utf8, text, "?");
   return text;
 }
@@ -235,7 +282,7 @@ std::string WideToText(std::wstring_view wide) { return Utf8ToText(WideToUtf8(wi
 std::wstring TextToWide(std::string_view text) {
   std::string converted;
   if (!isUtf8Page() && !isAscii(text)) {
-    if (Converter *converter = pageConverter(true))
+    if (const BorrowedConverter converter = pageConverter(true))
       converter->convert(text, converted, kReplacement);
     text = converted;
   }
@@ -298,7 +345,7 @@ bool ConvertEncoding(std::string_view input, const char *from, const char *to, s
   // An empty name would mean the encoding of the locale.
   if (*from == '\0' || *to == '\0')
     return false;
-  Converter *converter = findConverter(from, to);
+  const BorrowedConverter converter = findConverter(from, to);
   return converter != nullptr && converter->convert(input, output, {});
 }
 

@@ -1,6 +1,7 @@
 #include "kestrune/platform/debug_output.h"
 
 #include "kestrune/platform/hook.h"
+#include "kestrune/platform/lasting.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -8,7 +9,9 @@
 
 namespace {
 
-platform::Hook<platform::DebugSink> theSink;
+constinit platform::Lasting<platform::Hook<platform::DebugSink>> theSink;
+
+[[gnu::destructor]] void releaseSink() { theSink->set(nullptr); }
 
 bool standardErrorWanted() {
   const char *wanted = std::getenv("KESTRUNE_DEBUG");
@@ -19,16 +22,16 @@ bool standardErrorWanted() {
 
 namespace platform {
 
-void SetDebugSink(DebugSink sink) { theSink.set(std::move(sink)); }
+void SetDebugSink(DebugSink sink) { theSink->set(std::move(sink)); }
 
-bool DebugOutputWanted() { return theSink.isSet() || standardErrorWanted(); }
+bool DebugOutputWanted() { return theSink->isSet() || standardErrorWanted(); }
 
 } // namespace platform
 
 void OutputDebugStringA(const char *text) {
   if (text == nullptr)
     return;
-  if (const auto sink = theSink.get())
+  if (const auto sink = theSink->get())
     (*sink)(text);
   else if (standardErrorWanted())
     std::fputs(text, stderr);

@@ -28,24 +28,16 @@ bool isLayout(std::string_view text) {
   return !text.empty() && text.size() <= kMostTabs + 1 && text == std::string_view(kLayout.data(), text.size());
 }
 
-CString toCodePage(std::string_view utf8) {
-  if (GetCodePage() == kUtf8)
-    return {utf8.data(), static_cast<int>(utf8.size())};
-  const std::string text = Utf8ToText(utf8);
-  return {text.data(), static_cast<int>(text.size())};
-}
-
 [[noreturn]] void fail(HRESULT error, const char *description) { throw _com_error(error, description); }
 
 } // namespace
 
-std::string_view LayoutText(std::size_t count) {
+std::string_view LayoutText(std::size_t count, std::string &buffer) {
   if (count <= kMostTabs)
     return {kLayout.data(), count + 1};
-  thread_local std::string text;
-  text.assign(count + 1, '\t');
-  text[0] = '\n';
-  return text;
+  buffer.assign(count + 1, '\t');
+  buffer[0] = '\n';
+  return buffer;
 }
 
 std::uint32_t DomTree::intern(std::string_view name) {
@@ -104,8 +96,8 @@ void DomTree::link(Element *parent, MSXML::IXMLDOMNode *child) {
 }
 
 std::string_view DomTree::keep(std::string_view text) {
-  if (text.size() > std::numeric_limits<std::uint32_t>::max())
-    fail(E_INVALIDARG, "a text of more than 4 GiB");
+  if (text.size() > kLongestText)
+    fail(E_INVALIDARG, "a text of 2 GiB or more");
   if (isLayout(text))
     return {kLayout.data(), text.size()};
   if (text.empty())
@@ -149,13 +141,26 @@ std::size_t DomTree::firstBehind(std::uint32_t name, std::uint32_t order) {
   return first;
 }
 
+CString DomTree::toCodePage(std::string_view utf8) {
+  std::string converted;
+  if (GetCodePage() != kUtf8)
+    utf8 = converted = Utf8ToText(utf8);
+  m_unreadable = m_unreadable || utf8.size() > kLongestText;
+  checkReadable();
+  return CString(utf8);
+}
+
 void DomTree::charge(std::size_t amount) {
   if (m_bound == 0)
     return; // not parsed: no input stands behind it
   m_charged += amount;
-  m_exhausted = m_exhausted || m_charged > m_bound;
-  if (m_exhausted)
-    fail(E_FAIL, "the texts of nested elements are too large");
+  m_unreadable = m_unreadable || m_charged > m_bound;
+  checkReadable();
+}
+
+void DomTree::checkReadable() const {
+  if (m_unreadable)
+    fail(E_FAIL, "a text, or the texts of nested elements together, are too large");
 }
 
 } // namespace platform
@@ -195,7 +200,7 @@ IXMLDOMNodePtr IXMLDOMNode::appendChild(IXMLDOMNode *child) {
 
 CString IXMLDOMNode::Gettext() const {
   if (!is(Kind::Element) || static_cast<const IXMLDOMElement *>(this)->m_first == nullptr)
-    return platform::toCodePage(ownText());
+    return m_document->m_tree->toCodePage(ownText());
 
   std::string joined;
   for (const IXMLDOMNode *node = static_cast<const IXMLDOMElement *>(this)->m_first; node != nullptr;) {
@@ -211,7 +216,7 @@ CString IXMLDOMNode::Gettext() const {
       node = node->m_parent;
     node = node != this ? node->m_next : nullptr;
   }
-  return platform::toCodePage(joined);
+  return m_document->m_tree->toCodePage(joined);
 }
 
 void IXMLDOMNode::Puttext(std::string_view text) {
@@ -231,7 +236,7 @@ void IXMLDOMNode::Puttext(std::string_view text) {
   DomTree::setText(*this, kept);
 }
 
-CString IXMLDOMElement::GettagName() const { return platform::toCodePage(m_document->m_tree->name(m_name)); }
+CString IXMLDOMElement::GettagName() const { return m_document->m_tree->toCodePage(m_document->m_tree->name(m_name)); }
 
 _variant_t IXMLDOMElement::getAttribute(std::string_view name) const {
   DomTree &tree = *m_document->m_tree;
@@ -239,7 +244,7 @@ _variant_t IXMLDOMElement::getAttribute(std::string_view name) const {
   const std::uint32_t number = tree.find(tree.fromCodePage(name, buffer));
   for (const Attribute *attribute = m_attributes; attribute != nullptr; attribute = attribute->next) {
     if (attribute->name == number)
-      return platform::toCodePage({attribute->text, attribute->length});
+      return tree.toCodePage({attribute->text, attribute->length});
   }
   return {};
 }
@@ -379,9 +384,6 @@ IXMLDOMNodePtr IXMLDOMDocument::appendChild(IXMLDOMNode *instruction) {
   return instruction;
 }
 
-void IXMLDOMDocument::CheckReadable() const {
-  if (m_tree->m_exhausted)
-    fail(E_FAIL, "the texts of nested elements are too large");
-}
+void IXMLDOMDocument::CheckReadable() const { m_tree->checkReadable(); }
 
 } // namespace MSXML

@@ -217,7 +217,7 @@ using MSXML::IXMLDOMNodePtr;
 
 namespace platform {
 
-/// A line feed and `count` tabs: the layout between elements.
-std::string_view LayoutText(std::size_t count);
+/// A line feed and `count` tabs, the layout between elements. `buffer` takes a text of unusual length.
+std::string_view LayoutText(std::size_t count, std::string &buffer);
 
 } // namespace platform

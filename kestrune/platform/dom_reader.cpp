@@ -22,6 +22,8 @@ namespace {
 
 constexpr std::size_t kReadSize = std::size_t{64} << 10;
 
+constexpr const char *kTooLong = "a text is too long";
+
 // Entities that stand in each other are expanded one inside the other, so that their number bounds the nesting.
 constexpr int kMostNestingEntities = 1000;
 
@@ -128,6 +130,8 @@ private:
     const bool done = restart != nullptr ? feedConverted(*restart) : feedFile();
     if (m_error)
       std::rethrow_exception(m_error);
+    if (!done && XML_GetErrorCode(m_parser) == XML_ERROR_NO_MEMORY)
+      failForRoom();
     if (!done && !m_restart && m_document.m_parseError.reason.IsEmpty())
       setError(XML_ErrorString(XML_GetErrorCode(m_parser)));
     m_document.m_tree->m_bound = AmplificationBound(m_inputSize);
@@ -140,7 +144,7 @@ private:
     while (true) {
       void *const buffer = XML_GetBuffer(m_parser, static_cast<int>(kReadSize));
       if (buffer == nullptr)
-        throw std::bad_alloc();
+        failForRoom();
       const ssize_t count = file.read(buffer, kReadSize);
       if (count < 0)
         return setUnreadable();
@@ -201,6 +205,16 @@ private:
     return false;
   }
 
+  /// The parser keeps a tag, with its attributes, in one piece of its buffer, and calls it a lack of memory where that
+  /// would be 1 GiB or more.
+  [[noreturn]] void failForRoom() const {
+    const auto pending =
+        m_inputSize - static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(m_parser), 0));
+    if (pending >= (std::size_t{1} << 30) - kReadSize)
+      throw _com_error(E_FAIL, kTooLong);
+    throw std::bad_alloc();
+  }
+
   bool setUnreadable() { return setError(std::generic_category().message(errno).c_str(), false); }
 
   void clear() {
@@ -239,7 +253,11 @@ private:
   }
 
   static void onText(void *self, const char *text, int length) {
-    guarded(self, [&](DomReader &reader) { reader.m_pending.append(text, static_cast<std::size_t>(length)); });
+    guarded(self, [&](DomReader &reader) {
+      if (reader.m_pending.size() > DomTree::kLongestText)
+        throw _com_error(E_FAIL, kTooLong);
+      reader.m_pending.append(text, static_cast<std::size_t>(length));
+    });
   }
 
   static void onDeclaration(void *self, const char * /*version*/, const char *encoding, int standalone) {

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "kestrune/platform/dom.h"
+#include "kestrune/platform/keyed_hash.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,6 +21,9 @@ namespace platform {
 class DomTree {
 public:
   using Element = MSXML::IXMLDOMElement;
+
+  /// The longest text that a CString can hold.
+  static constexpr std::size_t kLongestText = std::numeric_limits<int>::max();
 
   static constexpr std::uint32_t kNoName = 0x3FFFFFFF;
 
@@ -44,7 +49,7 @@ public:
   /// Makes `child` the last child of `parent`.
   static void link(Element *parent, MSXML::IXMLDOMNode *child);
 
-  /// The tree's own copy of a UTF-8 text. A single text has less than 4 GiB.
+  /// The tree's own copy of a UTF-8 text. Throws where it is too long for a CString.
   std::string_view keep(std::string_view text);
   /// Gives a node a kept text.
   static void setText(MSXML::IXMLDOMNode &node, std::string_view kept);
@@ -57,17 +62,23 @@ public:
   /// Offset of the first element of that name behind `order` in document order, in the name's list.
   std::size_t firstBehind(std::uint32_t name, std::uint32_t order);
 
+  /// A UTF-8 text in the code page. One that is too long makes the document unreadable and throws.
+  CString toCodePage(std::string_view utf8);
+
   /// Counts `amount` towards what texts of elements with child elements may cost together; throws beyond the bound.
   void charge(std::size_t amount);
+
+  /// Throws where the document is unreadable.
+  void checkReadable() const;
 
   std::vector<Name> m_names;
   std::vector<MSXML::IXMLDOMNode *> m_instructions;
   std::size_t m_bound = 0; // of a parsed document: what charge() allows
   std::size_t m_charged = 0;
   std::uint32_t m_elementCount = 0;
-  bool m_indexed = false;   // parsed, and nothing added since
-  bool m_unsavable = false; // holds a text that is not valid in the code page
-  bool m_exhausted = false;
+  bool m_indexed = false;    // parsed, and nothing added since
+  bool m_unsavable = false;  // holds a text that is not valid in the code page
+  bool m_unreadable = false; // has, or would make, a text that is too large
 
 private:
   MSXML::IXMLDOMDocument *m_document;
@@ -79,7 +90,7 @@ private:
   std::vector<std::unique_ptr<std::byte[]>> m_blocks;
   void *m_free = nullptr; // the rest of the last block
   std::size_t m_freeSize = 0;
-  std::unordered_map<std::string_view, std::uint32_t> m_numbers;
+  std::unordered_map<std::string_view, std::uint32_t, KeyedTextHash> m_numbers;
 };
 
 /// What input may make of itself: a hundred times its size, but 8 MiB in any case, as the parser bounds entities too.

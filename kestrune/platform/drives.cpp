@@ -62,10 +62,12 @@ bool beginsWith(const Parts &parts, const Parts &front) {
   return parts.size() >= front.size() && std::equal(front.begin(), front.end(), parts.begin());
 }
 
-/// The folders of the drives A to Z, each cut into its components.
+/// The folders of the drives A to Z, each cut into its components, as the environment has them at this moment.
 class DriveMap {
 public:
-  explicit DriveMap(std::string_view entries) {
+  DriveMap() {
+    const char *const variable = std::getenv("KESTRUNE_DRIVES");
+    std::string_view entries = variable != nullptr ? variable : "";
     m_folders[kDriveC] = m_folders[kDriveZ] = Parts();
     while (!entries.empty()) {
       const std::string_view entry = entries.substr(0, entries.find(';'));
@@ -92,20 +94,6 @@ private:
   std::array<std::optional<Parts>, 26> m_folders;
 };
 
-/// The map of this moment. Each thread keeps the last one, since the variable seldom changes.
-const DriveMap &drives() {
-  static thread_local std::string lastEntries;
-  static thread_local std::unique_ptr<const DriveMap> last;
-  const char *entries = std::getenv("KESTRUNE_DRIVES");
-  if (entries == nullptr)
-    entries = "";
-  if (last == nullptr || lastEntries != entries) {
-    last = std::make_unique<const DriveMap>(entries);
-    lastEntries = entries;
-  }
-  return *last;
-}
-
 /// A place: a mapped drive and the components below its folder.
 struct Location {
   int drive = kDriveC;
@@ -120,7 +108,7 @@ struct Location {
 
 /// The place on the mapped drive whose folder is the longest prefix of `path`. With `followLinks` a drive's folder also
 /// counts under its real path, as the current directory is always told by its real path.
-Location locate(const Parts &path, bool followLinks) {
+Location locate(const DriveMap &drives, const Parts &path, bool followLinks) {
   Location best;
   std::size_t longest = 0;
   bool found = false;
@@ -132,7 +120,7 @@ Location locate(const Parts &path, bool followLinks) {
     best.drive = drive;
   };
   const auto offerDrive = [&](int drive) {
-    const Parts *folder = drives().folder(drive);
+    const Parts *folder = drives.folder(drive);
     if (folder == nullptr)
       return;
     offer(drive, *folder);
@@ -150,34 +138,34 @@ Location locate(const Parts &path, bool followLinks) {
 }
 
 /// Nothing when the current directory is gone.
-std::optional<Location> currentLocation() {
+std::optional<Location> currentLocation(const DriveMap &drives = {}) {
   const std::unique_ptr<char, decltype(&std::free)> path(::getcwd(nullptr, 0), std::free);
   if (path == nullptr || *path != '/')
     return std::nullopt;
-  return locate(hostParts(path.get()), true);
+  return locate(drives, hostParts(path.get()), true);
 }
 
 /// The place of a name, or nothing when it has none on the host.
-std::optional<Location> locateName(std::string_view name) {
+std::optional<Location> locateName(const DriveMap &drives, std::string_view name) {
   if (isHostPath(name)) {
     Parts parts;
     append(parts, name, "/\\");
-    return locate(parts, false);
+    return locate(drives, parts, false);
   }
   if (name.empty() || (name.size() > 1 && isSeparator(name[0]) && isSeparator(name[1])))
     return std::nullopt;
   std::optional<Location> place;
   if (name.size() > 1 && name[1] == ':') {
     const int drive = DriveMap::indexOf(name[0]);
-    if (drives().folder(drive) == nullptr)
+    if (drives.folder(drive) == nullptr)
       return std::nullopt;
     name.remove_prefix(2);
-    place = name.empty() || !isSeparator(name[0]) ? currentLocation() : std::nullopt;
+    place = name.empty() || !isSeparator(name[0]) ? currentLocation(drives) : std::nullopt;
     // Another drive than the current one is at its root.
     if (!place || place->drive != drive)
       place = Location{drive, {}};
   } else {
-    place = currentLocation();
+    place = currentLocation(drives);
     if (!place)
       return std::nullopt;
     if (isSeparator(name[0]))
@@ -236,7 +224,7 @@ CString ToDrivePath(const char *name) {
     return name;
   Parts parts;
   append(parts, utf8, "/\\");
-  const Location place = locate(parts, false);
+  const Location place = locate({}, parts, false);
   std::string path = place.text();
   if (isSeparator(utf8.back()) && path.back() != '\\')
     path += '\\';
@@ -259,10 +247,11 @@ bool ToHostPath(const char *name, std::string &hostPath) {
   std::string utf8;
   if (name == nullptr || !TextToUtf8(name, utf8))
     return false;
-  const std::optional<Location> place = locateName(utf8);
+  const DriveMap drives;
+  const std::optional<Location> place = locateName(drives, utf8);
   if (!place)
     return false;
-  hostPath = resolve(*drives().folder(place->drive), place->parts);
+  hostPath = resolve(*drives.folder(place->drive), place->parts);
   // Only a directory may be named with a separator behind it; the host tells.
   if (hostPath.empty() || (isSeparator(utf8.back()) && !place->parts.empty()))
     hostPath += '/';

@@ -2,6 +2,7 @@
 
 #include "kestrune/platform/ascii.h"
 #include "kestrune/platform/hook.h"
+#include "kestrune/platform/lasting.h"
 
 #include <cstdio>
 #include <span>
@@ -80,20 +81,22 @@ int showByDefault(const char *text, UINT nType) {
   return ask(buttons, preset);
 }
 
-platform::Hook<platform::MessageBoxHandler> theHandler;
+constinit platform::Lasting<platform::Hook<platform::MessageBoxHandler>> theHandler;
+
+[[gnu::destructor]] void releaseHandler() { theHandler->set(nullptr); }
 
 } // namespace
 
 namespace platform {
 
-void SetMessageBoxHandler(MessageBoxHandler handler) { theHandler.set(std::move(handler)); }
+void SetMessageBoxHandler(MessageBoxHandler handler) { theHandler->set(std::move(handler)); }
 
 } // namespace platform
 
 int AfxMessageBox(const char *text, UINT nType, UINT nIDHelp) {
   if (text == nullptr)
     text = "";
-  if (const auto handler = theHandler.get())
+  if (const auto handler = theHandler->get())
     return (*handler)(text, nType, nIDHelp);
   return showByDefault(text, nType);
 }

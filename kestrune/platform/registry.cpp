@@ -6,23 +6,23 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// The values of an open key, by their names in lower case. What cannot be read as text has none.
-struct RegistryKey {
-  std::map<std::string, std::optional<std::string>> values;
-};
+struct RegistryKey {};
 
 namespace {
+
+/// The values of an open key, by their names in lower case. What cannot be read as text has none.
+struct OpenKey : RegistryKey {
+  std::map<std::string, std::optional<std::string>> values;
+};
 
 RegistryKey localMachine;
 RegistryKey currentUser;
@@ -168,7 +168,7 @@ std::optional<std::string> readBytes(std::string_view list) {
 struct Candidate {
   std::string path;
   bool exists = false;
-  RegistryKey key = {};
+  OpenKey key = {};
 };
 
 class Export {
@@ -287,12 +287,20 @@ std::string readFile(const std::filesystem::path &path) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error))
     return {};
-  std::ostringstream bytes;
-  bytes << std::ifstream(path, std::ios::binary).rdbuf();
-  return std::move(bytes).str();
+  // Not << of the buffer: that operator keeps a lack of memory to itself and leaves half of the file.
+  std::ifstream file(path, std::ios::binary);
+  std::string bytes;
+  while (file) {
+    constexpr std::size_t kPiece = std::size_t{64} << 10;
+    const std::size_t size = bytes.size();
+    bytes.resize(size + kPiece);
+    file.read(bytes.data() + size, static_cast<std::streamsize>(kPiece));
+    bytes.resize(size + static_cast<std::size_t>(file.gcount()));
+  }
+  return bytes;
 }
 
-std::unique_ptr<RegistryKey> openKey(HKEY root, const char *subKey) {
+std::unique_ptr<OpenKey> openKey(HKEY root, const char *subKey) {
   std::string path;
   if (!platform::TextToUtf8(subKey, path))
     return nullptr;
@@ -305,7 +313,7 @@ std::unique_ptr<RegistryKey> openKey(HKEY root, const char *subKey) {
   Export(readFile(fileOf(root)), candidates).read();
   for (Candidate &candidate : candidates)
     if (candidate.exists)
-      return std::make_unique<RegistryKey>(std::move(candidate.key));
+      return std::make_unique<OpenKey>(std::move(candidate.key));
   return nullptr;
 }
 
@@ -319,12 +327,7 @@ const HKEY HKEY_CURRENT_USER = &currentUser;
 long RegOpenKeyExA(HKEY root, const char *subKey, DWORD /*options*/, DWORD /*access*/, HKEY *result) {
   if (!isRoot(root))
     return ERROR_INVALID_HANDLE;
-  try {
-    *result = openKey(root, subKey).release();
-  } catch (const std::exception &) {
-    // No memory for the file, most likely: it is as good as unreadable.
-    *result = nullptr;
-  }
+  *result = openKey(root, subKey).release();
   return *result != nullptr ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
 }
 
@@ -333,10 +336,11 @@ long RegQueryValueExA(HKEY key, const char *name, DWORD * /*reserved*/, DWORD * 
   if (key == nullptr)
     return ERROR_INVALID_HANDLE;
   std::string wanted;
-  if (name != nullptr && !platform::TextToUtf8(name, wanted))
+  if (isRoot(key) || (name != nullptr && !platform::TextToUtf8(name, wanted)))
     return ERROR_FILE_NOT_FOUND;
-  const auto found = key->values.find(platform::AsciiLower(wanted));
-  if (found == key->values.end() || !found->second)
+  const auto &values = static_cast<const OpenKey *>(key)->values;
+  const auto found = values.find(platform::AsciiLower(wanted));
+  if (found == values.end() || !found->second)
     return ERROR_FILE_NOT_FOUND;
   const std::string &text = *found->second;
   const DWORD room = *size;
@@ -351,6 +355,6 @@ long RegCloseKey(HKEY key) {
   if (key == nullptr)
     return ERROR_INVALID_HANDLE;
   if (!isRoot(key))
-    delete key;
+    delete static_cast<OpenKey *>(key);
   return ERROR_SUCCESS;
 }

@@ -19,7 +19,8 @@ constexpr long ERROR_FILE_NOT_FOUND = 2;
 constexpr long ERROR_INVALID_HANDLE = 6;
 constexpr long ERROR_MORE_DATA = 234;
 
-/// Opens a key below one of the two roots. The caller closes `*result`.
+/// Opens a key below one of the two roots. The caller closes `*result`. Throws std::bad_alloc where the file is too
+/// large for the memory.
 long RegOpenKeyExA(HKEY root, const char *subKey, DWORD options, DWORD access, HKEY *result);
 
 /// Reads a value as text up to its first zero, in the code page, with its terminator. `*size` is the size of the buffer

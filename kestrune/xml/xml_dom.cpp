@@ -4,6 +4,7 @@
 #include "kestrune/platform/debug_output.h"
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -84,8 +85,9 @@ IXMLDOMElementPtr getElementByName(MSXML::IXMLDOMElement *parent, const char *na
 
 void insertTabs(MSXML::IXMLDOMNode *node, int count) {
   const IXMLDOMNodePtr owner(node);
-  owner->appendChild(
-      owner->GetownerDocument()->createTextNode(platform::LayoutText(static_cast<std::size_t>(std::max(count, 0)))));
+  std::string buffer;
+  const std::string_view layout = platform::LayoutText(static_cast<std::size_t>(std::max(count, 0)), buffer);
+  owner->appendChild(owner->GetownerDocument()->createTextNode(layout));
 }
 
 void appendNewline(MSXML::IXMLDOMNode *node) { insertTabs(node, 0); }

@@ -1,5 +1,9 @@
+#include "tests/colliding_texts.h"
 #include "tests/document_support.h"
 #include "tests/xml/sample_records.h"
+
+#include <ctime>
+#include <sys/mman.h>
 
 // Reading and writing of XML files: encodings, texts, entities, and files that mean harm.
 
@@ -194,6 +198,61 @@ TEST_F(Dom, WhatATextHasReplacedCanBePutElsewhere) {
   EXPECT_EQ("<r><l>t</l><a></a></r>\n", support::read(m_folder / "b.xml"));
 }
 
+TEST_F(Dom, ASearchSeesWhatATextHasReplaced) {
+  support::write(m_folder / "a.xml", "<r><l><a>1</a></l><a>2</a></r>");
+  IXMLDOMDocumentPtr document;
+  ASSERT_EQ(IXMLDOMDocument::CreateInstance(document), S_OK);
+  ASSERT_TRUE(document->load((m_folder / "a.xml").c_str()));
+  const IXMLDOMElementPtr root = document->GetdocumentElement();
+  root->getElementsByTagName("l").Getitem(0)->Puttext("t");
+  EXPECT_EQ(root->getElementsByTagName("a").Getlength(), 1);
+  EXPECT_STREQ(root->getElementsByTagName("a").Getitem(0)->Gettext(), "2");
+  EXPECT_EQ(root->getElementsByTagName("a").Getitem(1), nullptr);
+}
+
+TEST_F(Dom, ATextComesBeforeAFirstChildAndNothingStandsBelowItself) {
+  IXMLDOMDocumentPtr document;
+  ASSERT_EQ(IXMLDOMDocument::CreateInstance(document), S_OK);
+  const IXMLDOMElementPtr above = document->createElement("a");
+  const IXMLDOMElementPtr below = document->createElement("b");
+  above->Puttext("t");
+  above->appendChild(below);
+  below->appendChild(document->createElement("c"));
+  EXPECT_THROW(below->appendChild(above), _com_error);
+  EXPECT_THROW(above->appendChild(above), _com_error);
+  document->PutdocumentElement(above);
+  ASSERT_EQ(document->save((m_folder / "b.xml").c_str()), S_OK);
+  EXPECT_EQ(support::read(m_folder / "b.xml"), "<a>t<b><c></c></b></a>\n");
+}
+
+TEST_F(Dom, ATextOfTwoGibibytesIsRefused) {
+  constexpr std::size_t kTooLong = std::size_t{1} << 31;
+  void *const room = ::mmap(nullptr, kTooLong, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  ASSERT_NE(room, MAP_FAILED);
+  const std::string_view text(static_cast<const char *>(room), kTooLong);
+  IXMLDOMDocumentPtr document;
+  ASSERT_EQ(IXMLDOMDocument::CreateInstance(document), S_OK);
+  const IXMLDOMElementPtr element = document->createElement("a");
+  EXPECT_THROW(document->createTextNode(text), _com_error);
+  EXPECT_THROW(element->Puttext(text), _com_error);
+  EXPECT_THROW(element->setAttribute("b", text), _com_error);
+  EXPECT_STREQ(element->Gettext(), "");
+  ::munmap(room, kTooLong);
+}
+
+TEST_F(Dom, NamesThatSomebodyChoseCostNoMoreThanOthers) {
+  const auto cost = [this](const std::vector<std::string> &names) {
+    std::string content;
+    for (const std::string &name : names)
+      content += "<" + name + "/>";
+    const std::clock_t start = std::clock();
+    EXPECT_EQ(text(content), "");
+    return static_cast<double>(std::clock() - start);
+  };
+  const double others = cost(support::otherTexts(10000));
+  EXPECT_LE(cost(support::collidingTexts(10000)), 5 * others);
+}
+
 TEST_F(Dom, ErrorsHaveAPlace) {
   const struct {
     const char *bytes;
@@ -203,6 +262,11 @@ TEST_F(Dom, ErrorsHaveAPlace) {
               {"", 1, 1},
               {"<a>\n&u;</a>", 2, 1},
               {"<?xml version='1.0' encoding='x'?><a/>", 0, 0}};
+  IXMLDOMDocumentPtr unreadable;
+  ASSERT_EQ(IXMLDOMDocument::CreateInstance(unreadable), S_OK);
+  EXPECT_FALSE(unreadable->load(m_folder.path().c_str()));
+  EXPECT_STREQ(unreadable->GetparseError().reason, "Is a directory");
+  EXPECT_EQ(unreadable->GetparseError().line, 0);
   for (const auto &row : rows) {
     support::write(m_folder / "e.xml", row.bytes);
     IXMLDOMDocumentPtr document;

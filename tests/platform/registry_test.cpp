@@ -56,7 +56,7 @@ TEST_F(RegistryTest, OddFiles) {
        {kHead + kKey + kNet, "\xEF\xBB\xBF" + kKey + kNet, utf16(kHead + kKey + kNet), utf16(kHead + kKey + kNet, true),
         utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x", kOld + kKey + kNet,
         "x\n[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\"",
-        kKey + kNet + kName + "\"x\n" + kName + "hex:4g\n" + kName + "hex\n" + kName,
+        kKey + kNet + kName + "\"x\n" + kName + "hex:4g\n" + kName + "hex:445\n" + kName + "hex\n" + kName,
         kKey + kName + "\"a\"\n[HKEY_LOCAL_MACHINE]\n" + kName + "\"c\"\n" + kKey + kNet,
         kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kes]\n[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]", kWow + kNet,
         kWow + kName + "\"x\"\n" + kKey + kNet, "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune] ; ]\n" + kNet,
