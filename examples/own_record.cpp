@@ -32,8 +32,7 @@ struct Stations : CXMLCollectionFolder {
   Stations() { setTags("Stations", "Station", "Name"); }
   Stations(const Stations &rhs) : Stations() { *this = rhs; }
   Stations &operator=(const Stations &rhs) {
-    CXMLCollectionFolder::operator=(rhs);
-    copyItems<Station>(rhs);
+    assignCollection<Station>(rhs);
     return *this;
   }
   Station *Add(const char *name) { return addKeyed<Station>(name, &Station::Name); }

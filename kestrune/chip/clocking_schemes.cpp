@@ -91,8 +91,7 @@ CClockingSchemes::CClockingSchemes(const CClockingSchemes &rhs) : CClockingSchem
 CClockingSchemes::~CClockingSchemes() = default;
 
 CClockingSchemes &CClockingSchemes::operator=(const CClockingSchemes &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CClockingScheme>(rhs);
+  assignCollection<CClockingScheme>(rhs);
   return *this;
 }
 

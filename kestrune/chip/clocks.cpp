@@ -69,8 +69,7 @@ CMultipliers::CMultipliers(const CMultipliers &rhs) : CMultipliers() { *this = r
 CMultipliers::~CMultipliers() = default;
 
 CMultipliers &CMultipliers::operator=(const CMultipliers &rhs) {
-  CXMLCollectionFolder2::operator=(rhs);
-  copyItems<CMultiplier>(rhs);
+  assignCollection<CMultiplier, CXMLCollectionFolder2>(rhs);
   return *this;
 }
 
@@ -153,8 +152,7 @@ COscillators::COscillators(const COscillators &rhs) : COscillators() { *this = r
 COscillators::~COscillators() = default;
 
 COscillators &COscillators::operator=(const COscillators &rhs) {
-  CXMLCollectionFolder2::operator=(rhs);
-  copyItems<COscillator>(rhs);
+  assignCollection<COscillator, CXMLCollectionFolder2>(rhs);
   return *this;
 }
 
@@ -271,8 +269,7 @@ CClocks::CClocks(const CClocks &rhs) : CClocks() { *this = rhs; }
 CClocks::~CClocks() = default;
 
 CClocks &CClocks::operator=(const CClocks &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CClock>(rhs);
+  assignCollection<CClock>(rhs);
   return *this;
 }
 

@@ -51,8 +51,7 @@ CLinkCompatibleModels::CLinkCompatibleModels(const CLinkCompatibleModels &rhs) :
 CLinkCompatibleModels::~CLinkCompatibleModels() = default;
 
 CLinkCompatibleModels &CLinkCompatibleModels::operator=(const CLinkCompatibleModels &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CLinkCompatibleModel>(rhs);
+  assignCollection<CLinkCompatibleModel>(rhs);
   return *this;
 }
 

@@ -77,8 +77,7 @@ CNVMemoryTypes::CNVMemoryTypes(const CNVMemoryTypes &rhs) : CNVMemoryTypes() { *
 CNVMemoryTypes::~CNVMemoryTypes() = default;
 
 CNVMemoryTypes &CNVMemoryTypes::operator=(const CNVMemoryTypes &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CNVMemoryType>(rhs);
+  assignCollection<CNVMemoryType>(rhs);
   return *this;
 }
 

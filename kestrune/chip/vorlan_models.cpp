@@ -10,8 +10,7 @@ CVorlanModels::CVorlanModels(const CVorlanModels &rhs) : CVorlanModels() { *this
 CVorlanModels::~CVorlanModels() = default;
 
 CVorlanModels &CVorlanModels::operator=(const CVorlanModels &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CVorlanModel>(rhs);
+  assignCollection<CVorlanModel>(rhs);
   return *this;
 }
 
@@ -47,8 +46,7 @@ CVorlanModels2::CVorlanModels2(const CVorlanModels2 &rhs) : CVorlanModels2() { *
 CVorlanModels2::~CVorlanModels2() = default;
 
 CVorlanModels2 &CVorlanModels2::operator=(const CVorlanModels2 &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CVorlanModel2>(rhs);
+  assignCollection<CVorlanModel2>(rhs);
   return *this;
 }
 
@@ -77,8 +75,7 @@ CVorlanModels3::CVorlanModels3(const CVorlanModels3 &rhs) : CVorlanModels3() { *
 CVorlanModels3::~CVorlanModels3() = default;
 
 CVorlanModels3 &CVorlanModels3::operator=(const CVorlanModels3 &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CVorlanModel3>(rhs);
+  assignCollection<CVorlanModel3>(rhs);
   return *this;
 }
 
@@ -107,8 +104,7 @@ CVorlanModels4::CVorlanModels4(const CVorlanModels4 &rhs) : CVorlanModels4() { *
 CVorlanModels4::~CVorlanModels4() = default;
 
 CVorlanModels4 &CVorlanModels4::operator=(const CVorlanModels4 &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CVorlanModel4>(rhs);
+  assignCollection<CVorlanModel4>(rhs);
   return *this;
 }
 

@@ -2,7 +2,6 @@
 
 #include "kestrune/names/filename.h"
 #include "kestrune/platform/drives.h"
-#include "kestrune/xml/collection_merge.h"
 #include "kestrune/xml/member_list.h"
 
 #include <optional>
@@ -38,7 +37,6 @@ template <class Document, class Models>
 long LoadAddOns(Document &document, Models Document::*models, AddOnDocument use, const CString &name, long result) {
   const AddOnNames addOnNames(name);
   Models &target = document.*models;
-  const CollectionMerge merge(target);
   std::optional<Document> addOn;
   for (int number = 1;; ++number) {
     const CFilename addOnName = addOnNames(number);
@@ -50,10 +48,10 @@ long LoadAddOns(Document &document, Models Document::*models, AddOnDocument use,
     if (result < 0)
       continue;
     Models &source = (*addOn).*models;
-    const int count = source.Count();
-    for (int i = 0; i < count; ++i)
+    target.AddMany(source.Count(), [&](int i) {
       if (auto *const model = target.Add(source[i]->Name))
         *model = *source[i];
+    });
   }
 }
 

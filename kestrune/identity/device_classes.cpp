@@ -121,8 +121,7 @@ CTKDeviceClasses::CTKDeviceClasses(const CTKDeviceClasses &rhs) : CTKDeviceClass
 CTKDeviceClasses::~CTKDeviceClasses() = default;
 
 CTKDeviceClasses &CTKDeviceClasses::operator=(const CTKDeviceClasses &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CTKDeviceClass>(rhs);
+  assignCollection<CTKDeviceClass>(rhs);
   return *this;
 }
 
@@ -155,8 +154,7 @@ CTKDeviceClasses2::CTKDeviceClasses2(const CTKDeviceClasses2 &rhs) : CTKDeviceCl
 CTKDeviceClasses2::~CTKDeviceClasses2() = default;
 
 CTKDeviceClasses2 &CTKDeviceClasses2::operator=(const CTKDeviceClasses2 &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CTKDeviceClass2>(rhs);
+  assignCollection<CTKDeviceClass2>(rhs);
   return *this;
 }
 

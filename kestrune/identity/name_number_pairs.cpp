@@ -128,8 +128,7 @@ CXMLPairCollection::CXMLPairCollection(const CXMLPairCollection &rhs) : CXMLPair
 CXMLPairCollection::~CXMLPairCollection() = default;
 
 CXMLPairCollection &CXMLPairCollection::operator=(const CXMLPairCollection &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CXMLPair>(rhs);
+  assignCollection<CXMLPair>(rhs);
   return *this;
 }
 
@@ -164,8 +163,7 @@ CXMLNameHexPairs::CXMLNameHexPairs(const CXMLNameHexPairs &rhs) : CXMLNameHexPai
 CXMLNameHexPairs::~CXMLNameHexPairs() = default;
 
 CXMLNameHexPairs &CXMLNameHexPairs::operator=(const CXMLNameHexPairs &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CXMLNameHexPair>(rhs);
+  assignCollection<CXMLNameHexPair>(rhs);
   return *this;
 }
 

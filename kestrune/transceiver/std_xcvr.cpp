@@ -1,7 +1,6 @@
 #include "kestrune/transceiver/std_xcvr.h"
 
 #include "kestrune/names/filename.h"
-#include "kestrune/xml/collection_merge.h"
 #include "kestrune/xml/companion_name.h"
 #include "kestrune/xml/member_list.h"
 
@@ -36,16 +35,15 @@ private:
 
 /// Adds to `list` the user's items whose name and number it does not have yet.
 void merge(CTransceivers3 &list, CTransceivers3 &userItems) {
-  const CollectionMerge names(list);
   KnownIds ids(list);
-  for (int index = 0; index < userItems.Count(); ++index) {
+  list.AddMany(userItems.Count(), [&](int index) {
     CTransceiver3 &item = *userItems[index];
     const int id = item.std_id; // also of an item whose name is known: a text that is no number always shows
     if (list.Find(item.Name) != nullptr || ids.contain(id))
-      continue;
+      return;
     if (CTransceiver3 *const added = list.Add(item.Name))
       *added = item;
-  }
+  });
 }
 
 /// The file that stands in for the standard one; empty when there is none.

@@ -159,8 +159,7 @@ CTransceivers::CTransceivers(const CTransceivers &rhs) : CTransceivers() { *this
 CTransceivers::~CTransceivers() = default;
 
 CTransceivers &CTransceivers::operator=(const CTransceivers &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CTransceiver>(rhs);
+  assignCollection<CTransceiver>(rhs);
   return *this;
 }
 
@@ -190,8 +189,7 @@ CTransceivers2::CTransceivers2(const CTransceivers2 &rhs) : CTransceivers2() { *
 CTransceivers2::~CTransceivers2() = default;
 
 CTransceivers2 &CTransceivers2::operator=(const CTransceivers2 &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CTransceiver2>(rhs);
+  assignCollection<CTransceiver2>(rhs);
   return *this;
 }
 
@@ -214,8 +212,7 @@ CTransceivers3::CTransceivers3(const CTransceivers3 &rhs) : CTransceivers3() { *
 CTransceivers3::~CTransceivers3() = default;
 
 CTransceivers3 &CTransceivers3::operator=(const CTransceivers3 &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CTransceiver3>(rhs);
+  assignCollection<CTransceiver3>(rhs);
   return *this;
 }
 

@@ -1,34 +1,54 @@
 #include "kestrune/xml/xml_collection.h"
 
 #include "kestrune/platform/code_page.h"
+#include "kestrune/platform/keyed_hash.h"
 #include "kestrune/xml/text_compare.h"
 
+#include <algorithm>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
 #include <utility>
 
-/// The keys of the items as they stood when they were first searched for. A later item is searched for only after an
-/// earlier one has been loaded or assigned, so that each key is taken in once it is settled.
+/// The keys of the items that have been loaded or assigned, each as it was when it was first needed. An item behind
+/// those still has its default key, or that of a load on the way, and is asked at each search.
 class CXMLCollectionFolder::KeyIndex {
 public:
-  CXMLFolder *find(const std::vector<std::unique_ptr<CXMLFolder>> &items, const char *key) {
-    for (; m_known < items.size(); ++m_known) {
+  using Items = std::vector<std::unique_ptr<CXMLFolder>>;
+
+  CXMLFolder *find(const Items &items, const char *key) {
+    for (; m_known < m_settled; ++m_known) {
       CXMLFolder *const item = items[m_known].get();
       m_byKey.emplace(platform::FoldCase(item->Key().View()), item);
     }
-    const auto found = m_byKey.find(platform::FoldCase(key));
-    return found != m_byKey.end() ? found->second : nullptr;
+    const auto known = m_byKey.find(platform::FoldCase(key));
+    if (known == m_byKey.end())
+      return firstOf(items.begin() + static_cast<std::ptrdiff_t>(m_settled), items.end(), key);
+    // A key that somebody has changed since through the item's pointer counts as it is now.
+    if (hasKey(*known->second, key))
+      return known->second;
+    return firstOf(items.begin(), items.end(), key);
   }
+
+  static CXMLFolder *firstOf(Items::const_iterator begin, Items::const_iterator end, const char *key) {
+    const auto found = std::find_if(begin, end, [&](const auto &item) { return hasKey(*item, key); });
+    return found != end ? found->get() : nullptr;
+  }
+
+  void settle(std::size_t count) { m_settled = count; }
 
   void clear() {
     m_byKey.clear();
-    m_known = 0;
+    m_known = m_settled = 0;
   }
 
 private:
-  std::unordered_map<std::string, CXMLFolder *> m_byKey;
-  std::size_t m_known = 0;
+  static bool hasKey(const CXMLFolder &item, const char *key) { return item.Key().CompareNoCase(key) == 0; }
+
+  std::unordered_map<std::string, CXMLFolder *, platform::KeyedTextHash, std::equal_to<>> m_byKey;
+  std::size_t m_known = 0;   // how many items are in the map
+  std::size_t m_settled = 0; // how many may be
 };
 
 CXMLCollectionFolder::Batch::Batch(CXMLCollectionFolder &collection, bool acceptAll)
@@ -38,7 +58,12 @@ CXMLCollectionFolder::Batch::Batch(CXMLCollectionFolder &collection, bool accept
 CXMLCollectionFolder::Batch::~Batch() {
   m_collection.m_index = std::move(m_outer);
   m_collection.m_acceptAll = m_outerAcceptAll;
+  // What this batch has added or removed is not in the index of the one around it.
+  if (m_collection.m_index)
+    m_collection.m_index->clear();
 }
+
+void CXMLCollectionFolder::Batch::next() { m_collection.m_index->settle(m_collection.m_items.size()); }
 
 CXMLCollectionFolder::CXMLCollectionFolder() = default;
 
@@ -49,8 +74,6 @@ CXMLCollectionFolder::CXMLCollectionFolder(const CXMLCollectionFolder &rhs) : CX
 CXMLCollectionFolder::~CXMLCollectionFolder() = default;
 
 CXMLCollectionFolder &CXMLCollectionFolder::operator=(const CXMLCollectionFolder &rhs) {
-  if (this == &rhs)
-    return *this;
   CXMLPersistent::operator=(rhs);
   m_itemTag = rhs.m_itemTag;
   m_keyName = rhs.m_keyName;
@@ -89,7 +112,7 @@ CXMLFolder *CXMLCollectionFolder::FindItem(const char *key) {
     return nullptr;
   if (m_index)
     return m_index->find(m_items, key);
-  return findFirst<CXMLFolder>([&](const CXMLFolder &item) { return item.Key().CompareNoCase(key) == 0; });
+  return KeyIndex::firstOf(m_items.begin(), m_items.end(), key);
 }
 
 void CXMLCollectionFolder::Delete(const char *key) {
@@ -130,12 +153,13 @@ long CXMLCollectionFolder::Load(MSXML::IXMLDOMElement *parent) {
   if (element == nullptr)
     return KRX_S_EMPTY_COLLECTION;
 
-  const Batch batch(*this, false);
+  Batch batch(*this, false);
   long result = S_OK;
   for (long index = 0; element != nullptr; element = elements.Getitem(++index)) {
     CString key;
     if (!getAttributeValue(element, m_keyName, key))
       continue;
+    batch.next();
     CXMLFolder *const item = AddCollectionItem(key);
     const long status = item != nullptr ? item->Load(element) : KRX_E_DUPLICATE_KEY;
     if (status < 0 && result == S_OK) {

@@ -3,6 +3,7 @@
 #include "kestrune/xml/xml_folder.h"
 
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 /// A folder whose element holds any number of like child elements, each of which becomes an item with a text key. The
@@ -10,13 +11,15 @@
 /// deleted, or the collection is cleared, loaded, assigned to or destroyed. Items stand in the order of adding.
 ///
 /// A typed collection derives from it: its `Init` calls setTags, its `NewFolder` makes its item class, and its copying
-/// `operator=` calls the base's and then copyItems.
+/// `operator=` calls assignCollection.
 class KESTRUNE_API CXMLCollectionFolder : public CXMLFolder {
 public:
   CXMLCollectionFolder();
   /// The tags of `rhs`, and no item: the typed collection copies those.
   CXMLCollectionFolder(const CXMLCollectionFolder &rhs);
   ~CXMLCollectionFolder() override;
+  /// Takes tag, text and the names of items and key from `rhs`, and clears the list, also when `rhs` is this
+  /// collection: a loop over the items of `rhs` that follows then ends. A typed collection calls assignCollection.
   CXMLCollectionFolder &operator=(const CXMLCollectionFolder &rhs);
   using CXMLFolder::operator=;
 
@@ -53,14 +56,27 @@ public:
   /// The item at `index`; throws std::out_of_range outside the list.
   CXMLFolder *operator[](int index);
 
+  /// Calls `add` with each index below `count`, so that it may add one item and give that its key. Meanwhile a search
+  /// for a key, as each Add needs it, takes no walk over the items.
+  template <class Add>
+  void AddMany(int count, Add add) {
+    Batch batch(*this, false);
+    for (int index = 0; index < count; ++index) {
+      batch.next();
+      add(index);
+    }
+  }
+
 protected:
-  /// Adds copies of all items of `rhs`, whatever their keys. Nothing happens when `rhs` is this collection.
-  template <class Item>
-  void copyItems(const CXMLCollectionFolder &rhs) {
+  /// The whole copying assignment of a typed collection: that of `Base`, the collection class which it derives from,
+  /// and copies of all items, whatever their keys. An assignment to itself changes nothing.
+  template <class Item, class Base = CXMLCollectionFolder>
+  void assignCollection(const std::type_identity_t<Base> &rhs) {
     if (this == &rhs)
       return;
+    static_cast<Base &>(*this).Base::operator=(rhs);
     const Batch batch(*this, true);
-    for (const auto &source : rhs.m_items) {
+    for (const auto &source : rhs.CXMLCollectionFolder::m_items) {
       if (CXMLFolder *const item = AddCollectionItem("Dummy"))
         static_cast<Item &>(*item) = static_cast<const Item &>(*source);
     }
@@ -98,7 +114,8 @@ protected:
 private:
   class KeyIndex;
 
-  /// While many items are added: key searches take no walk over the items, or, with `acceptAll`, any key is taken.
+  /// While many items are added one after the other: searches for a key take no walk over those that have their key,
+  /// or, with `acceptAll`, any key is taken.
   class KESTRUNE_API Batch {
   public:
     Batch(CXMLCollectionFolder &collection, bool acceptAll);
@@ -106,13 +123,14 @@ private:
     Batch &operator=(const Batch &) = delete;
     ~Batch();
 
+    /// Before the next item is added: those that are there have been loaded or assigned.
+    void next();
+
   private:
     CXMLCollectionFolder &m_collection;
     std::unique_ptr<KeyIndex> m_outer;
     bool m_outerAcceptAll;
   };
-
-  friend class CollectionMerge;
 
   std::unique_ptr<KeyIndex> m_index; // alive during a batch only
   bool m_acceptAll = false;
@@ -135,6 +153,5 @@ public:
 protected:
   CXMLFolder *AddCollectionItem(const char *key) override;
 
-private:
   int m_ignoreKey = 0;
 };

@@ -41,8 +41,7 @@ CXMLFileNames::CXMLFileNames(const CXMLFileNames &rhs) : CXMLFileNames() { *this
 CXMLFileNames::~CXMLFileNames() = default;
 
 CXMLFileNames &CXMLFileNames::operator=(const CXMLFileNames &rhs) {
-  CXMLCollectionFolder::operator=(rhs);
-  copyItems<CXMLFileName>(rhs);
+  assignCollection<CXMLFileName>(rhs);
   return *this;
 }
 

@@ -5,6 +5,8 @@
 #include "kestrune/platform/c_runtime.h"
 #include "kestrune/platform/debug_output.h"
 
+#include <utility>
+
 namespace {
 
 constexpr const char *kUnassigned = "Unassigned";
@@ -140,7 +142,11 @@ CXMLBoolAttribute &CXMLBoolAttribute::operator=(bool value) {
   return *this;
 }
 
-CXMLBoolAttribute::operator int() {
+void CXMLBoolAttribute::Init() { CXMLAttribute::Init(); }
+
+CXMLBoolAttribute::operator int() { return std::as_const(*this).operator int(); }
+
+CXMLBoolAttribute::operator int() const {
   if (CompareNoCase("TRUE") == 0)
     return 1;
   if (CompareNoCase("FALSE") != 0)
@@ -149,6 +155,8 @@ CXMLBoolAttribute::operator int() {
 }
 
 bool CXMLBoolAttribute::operator!() { return operator int() != 0; }
+
+bool CXMLBoolAttribute::operator!() const { return operator int() != 0; }
 
 CXMLElement::CXMLElement(const CXMLElement &rhs) : CXMLPersistent() { CXMLPersistent::operator=(rhs); }
 
@@ -191,6 +199,8 @@ CXMLHexElement &CXMLHexElement::operator=(const CXMLHexElement &rhs) {
   CXMLElement::operator=(rhs);
   return *this;
 }
+
+void CXMLHexElement::Init() { CXMLElement::Init(); }
 
 void CXMLHexElement::Init(const char *tag, int value) {
   setTag(tag);

@@ -88,11 +88,18 @@ public:
 
   using CXMLAttribute::operator=;
   CXMLBoolAttribute &operator=(bool value);
+  /// A number as a truth value, as the platform's TRUE and FALSE are numbers: "FALSE" for 0, else "TRUE".
+  CXMLBoolAttribute &operator=(int value) { return *this = value != 0; }
 
   /// 1 for TRUE and 0 for FALSE, without regard to case. Throws CKRXException* (text 101) for any other text.
   operator int();
+  operator int() const;
   /// True when the text is TRUE: the value itself, not its opposite. Throws as the conversion to int.
   bool operator!();
+  bool operator!() const;
+
+protected:
+  void Init() override;
 };
 
 /// A value that is stored as a child element of its folder's element.
@@ -123,4 +130,7 @@ public:
   CXMLHexElement &operator=(const char *text) override;
   /// Assigns the number as "0x" and capital hexadecimal digits.
   CXMLHexElement &operator=(int value);
+
+protected:
+  void Init() override;
 };

@@ -53,8 +53,7 @@ public:
   }
   List(const List &rhs) : List() { *this = rhs; }
   List &operator=(const List &rhs) {
-    Base::operator=(rhs);
-    this->template copyItems<Item>(rhs);
+    this->template assignCollection<Item, Base>(rhs);
     return *this;
   }
   void Init() override { this->setTags("Items", "Item", "Name"); }

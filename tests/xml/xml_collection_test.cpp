@@ -1,5 +1,8 @@
+#include "tests/colliding_texts.h"
 #include "tests/document_support.h"
 #include "tests/xml/sample_records.h"
+
+#include <chrono>
 
 namespace {
 
@@ -114,6 +117,120 @@ TEST(XmlCollection, OverriddenSearchAndAddAreCalledDuringALoad) {
   EXPECT_EQ(load(list, "<Item Name='a!'/><Item Name='a'/><Item Name='-b'/><Item Name='c'/>"), KRX_E_DUPLICATE_KEY);
   EXPECT_EQ(keys(list), "a!,c");
   EXPECT_EQ(list.searches, 3);
+}
+
+/// Searches right after each item was added, when that one still has its default key.
+class SearchingTwice : public Items {
+public:
+  CXMLFolder *AddCollectionItem(const char *key) override {
+    CXMLFolder *const item = Items::AddCollectionItem(key);
+    found += FindItem("Default") != nullptr ? "yes " : "no ";
+    return item;
+  }
+  std::string found;
+
+protected:
+  CXMLFolder *NewFolder() override {
+    auto *const item = new Item;
+    item->Name = "Default";
+    return item;
+  }
+};
+
+TEST(XmlCollection, AnItemThatIsNotLoadedYetHasItsDefaultKey) {
+  SearchingTwice list;
+  EXPECT_EQ(load(list, "<Item Name='b'/><Item Name='a'/><Item Name='A'/><Item Name='Default'/><Item Name='default'/>"),
+            KRX_E_DUPLICATE_KEY);
+  EXPECT_EQ(keys(list), "b,a,Default");
+  EXPECT_EQ(list.found, "yes yes no yes yes ");
+}
+
+/// Loads or removes items of its own while it is loaded.
+class Busy : public Items {
+public:
+  CXMLFolder *AddCollectionItem(const char *key) override {
+    if (CString(key) == "again" && Count() == 1)
+      load(*this, "<Item Name='inner'/><Item Name='x'/>");
+    if (CString(key) == "delete b")
+      Delete("b");
+    if (CString(key) == "rename a")
+      Find("a")->Name = "n";
+    return Items::AddCollectionItem(key);
+  }
+};
+
+TEST(XmlCollection, AListThatChangesWhileItIsLoaded) {
+  const struct {
+    const char *items;
+    const char *keys;
+  } rows[] = {
+      {"<Item Name='a'/><Item Name='again'/><Item Name='x'/><Item Name='a'/>", "inner,x,again,a"},
+      {"<Item Name='a'/><Item Name='b'/><Item Name='delete b'/><Item Name='b'/><Item Name='A'/>", "a,delete b,b"},
+      {"<Item Name='a'/><Item Name='rename a'/><Item Name='a'/>", "n,rename a,a"},
+  };
+  for (const auto &row : rows) {
+    Busy list;
+    load(list, row.items);
+    EXPECT_EQ(keys(list), row.keys) << row.items;
+  }
+}
+
+/// Assigned by a loop of its own, without the library's helper.
+class ByLoop : public Items {
+public:
+  ByLoop() = default;
+  ByLoop &operator=(const ByLoop &rhs) {
+    CXMLCollectionFolder::operator=(rhs);
+    for (int index = 0; index < rhs.Count(); ++index)
+      if (auto *const item = static_cast<Item *>(AddCollectionItem("Dummy")))
+        *item = static_cast<const Item &>(*rhs.m_items[static_cast<std::size_t>(index)]);
+    return *this;
+  }
+};
+
+TEST(XmlCollection, AssignmentToItselfEnds) {
+  ByLoop byLoop;
+  byLoop.Add("a");
+  byLoop = *&byLoop;
+  EXPECT_EQ(byLoop.Count(), 0) << "the base clears the list for itself too";
+  Items2 list;
+  list.Add("a");
+  list.PutModified(0);
+  list = *&list;
+  EXPECT_EQ(keys(list), "a");
+  EXPECT_EQ(list.GetModified(), 0);
+}
+
+TEST(XmlCollection, OwnMembersCountAsChanges) {
+  struct WithMember : Items {
+    void pushMembers() override { m_members = {&Extra}; }
+    CXMLAttribute Extra;
+  } list;
+  list.pushMembers();
+  list.PutModified(0);
+  EXPECT_EQ(list.GetModified(), 0);
+  list.Extra = "x";
+  EXPECT_EQ(list.GetModified(), 1);
+  list.PutModified(0);
+  EXPECT_EQ(list.Extra.GetModified(), 0);
+}
+
+TEST(XmlCollection, ChosenKeysCostWhatOthersCost) {
+  const auto seconds = [](const std::vector<std::string> &keys) {
+    std::string items;
+    for (const std::string &key : keys)
+      items += "<Item Name='" + key + "'/>";
+    double least = 1e9;
+    for (int run = 0; run < 3; ++run) {
+      Items list;
+      const auto start = std::chrono::steady_clock::now();
+      EXPECT_EQ(load(list, items), S_OK);
+      least = std::min(least, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+      EXPECT_EQ(list.Count(), static_cast<int>(keys.size()));
+    }
+    return least;
+  };
+  EXPECT_LT(seconds(support::collidingTexts(4000, support::kKeyCharacters)), 5 * seconds(support::otherTexts(4000)));
 }
 
 TEST(XmlCollection, SavesItemsInOrderUnderTheItemTag) {

@@ -1,4 +1,5 @@
 #include "tests/document_support.h"
+#include "tests/xml/sample_records.h"
 
 namespace {
 
@@ -95,6 +96,31 @@ TEST(XmlPersistent, ConversionToTruth) {
         << text;
   }
 }
+
+TEST(XmlPersistent, ATruthValueOfAConstRecordIsRead) {
+  sample::Item item;
+  const sample::Item &constant = item;
+  item.Flag = TRUE;
+  EXPECT_STREQ(item.Flag, "TRUE");
+  EXPECT_TRUE(constant.Flag ? true : false);
+  item.Flag = FALSE;
+  EXPECT_STREQ(item.Flag, "FALSE");
+  const bool value = constant.Flag;
+  EXPECT_FALSE(value);
+  EXPECT_FALSE(constant.Flag ? true : false);
+  EXPECT_FALSE(!constant.Flag) << "as it is without const";
+  item.Flag = "maybe";
+  EXPECT_NE(support::thrownMessage([&] { static_cast<void>(constant.Flag ? 1 : 0); }), "");
+  EXPECT_TRUE(constant.Flag == "maybe");
+}
+
+template <class Value>
+concept LetsInitOut = requires(Value value) {
+  value.Init();
+};
+static_assert(!LetsInitOut<CXMLAttribute> && !LetsInitOut<CXMLBoolAttribute>);
+static_assert(!LetsInitOut<CXMLElement> && !LetsInitOut<CXMLHexElement>);
+static_assert(LetsInitOut<CXMLFolder>);
 
 TEST(XmlPersistent, HexWarningGoesToTheDebugChannel) {
   std::string told;
