@@ -2,7 +2,7 @@
 
 namespace {
 
-using support::Cells, support::checkRows, support::keys, support::read, support::write;
+using support::keys, support::read, support::write;
 
 constexpr const char *kFile = "D:\\x\\StdXcvr.xml";
 
@@ -10,62 +10,88 @@ struct Document : CStdXcvr3 {
   using CXMLFolder::m_fileName;
 };
 
-/// A file of items such as "A=1,B=0x10"; an item without `=` has no std_id.
-std::string fileOf(const std::string &items) {
-  std::istringstream list(items);
+struct Item {
+  const char *name;
+  const char *id; // its std_id, or null for none
+};
+
+std::string fileOf(const std::vector<Item> &items) {
   std::string text;
-  for (std::string item; std::getline(list, item, ',');) {
-    const std::size_t sign = item.find('=');
-    const std::string id = sign < item.size() ? "<std_id>" + item.substr(sign + 1) + "</std_id>" : "";
-    text += "<Transceiver Name='" + item.substr(0, sign) + "'>" + id + "</Transceiver>";
-  }
+  for (const auto &[name, id] : items)
+    text += std::string("<Transceiver Name='") + name + "'>" +
+            (id != nullptr ? "<std_id>" + std::string(id) + "</std_id>" : "") + "</Transceiver>";
   return "<StdXcvr><Transceivers>" + text + "</Transceivers></StdXcvr>";
 }
 
 /// Files in folders on several drives; the current directory is D:\w.
 struct StdXcvr3 : support::NameTest {
-  void put(const char *name, const std::string &items) const { write(folder / name, fileOf(items)); }
+  void put(const char *name, const std::vector<Item> &items) const { write(folder / name, fileOf(items)); }
   const support::Com com;
 };
 
 TEST_F(StdXcvr3, Merge) {
-  // The first file, the user's file, and what comes of them: the result, or the refused number; the items; and `*` if
-  // the document counts as modified. A file of `?` is broken, one of `null` is not there.
-  const char *const table = R"(
-    A=1,B=2  D=4,C=3  0:A,B,D,C*         A=1,B    null     0:A,B               Abc=1   aBC=9,D=2   0:Abc,D*
-    A=16     B=0x10,C=020,D=16  0:A      A=1      B=2,C=0x2,D=3,E=03  0:A,B,D*  A=1    B=2,b=3     80040008:A
-    A=1      B=2,C=3x,D=4 '3x':A,B*      A=1      B=2,C,D=4  'Unassigned':A,B*  A=1    a=?,D=4     '?':A
-    A=1,B=!,C=3  D=1,E=3  '!':A,B,C      A=1,B=!,C=3  D=1,b=5,E=0x1  0:A,B,C    A=!    A=1         0:A
-    A=1,B=2,C=!  D=2,E=1,F=2,G=4  '!':A,B,C    A=1    -      41003:A            null   B=2,C=3     0:B,C*
-    ?        B=2      0:B*               A=1      ?        80040005:A           ?      ?           80040005:
-    null     null     80040004:*)";
-  const auto merge = [&](const Cells &row) {
-    std::filesystem::remove_all(folder / "d/x");
-    for (const int i : {0, 1})
-      if (row[i] != nullptr)
-        write(folder / (i == 0 ? "d/x/StdXcvr.xml" : "d/x/UserXcvr.xml"),
-              *row[i] == '?' ? "<StdXcvr>" : fileOf(row[i]));
-    CStdXcvr3 document;
-    CString outcome;
-    const std::string message =
-        support::thrownMessage([&] { outcome.Format("%X", platform::ResultBits(document.LoadFromFile(kFile))); });
-    if (!message.empty())
-      outcome = message.substr(message.find('\''), message.rfind('\'') + 1 - message.find('\'')).c_str();
-    return outcome + ":" + keys(document.Transceivers3).c_str() + (document.GetModified() != 0 ? "*" : "");
+  const std::string none = "", broken = "<StdXcvr>", empty = fileOf({});
+  const std::string a = fileOf({{"A", "1"}}), ab = fileOf({{"A", "1"}, {"B", "2"}}), b = fileOf({{"B", "2"}});
+  const std::string bad = fileOf({{"A", "1"}, {"B", "!"}, {"C", "3"}});
+  const struct {
+    const char *what;
+    std::string standard; // empty: the file is not there
+    std::string user;
+    const char *result; // the code, or the text that is no number
+    const char *items;
+    bool isModified = false;
+  } rows[] = {
+      {"added in their order", ab, fileOf({{"D", "4"}, {"C", "3"}}), "0", "A,B,D,C", true},
+      {"no user's file", ab, none, "0", "A,B"},
+      {"a known name", fileOf({{"Abc", "1"}}), fileOf({{"aBC", "9"}, {"D", "2"}}), "0", "Abc,D", true},
+      {"a known number", fileOf({{"A", "16"}}), fileOf({{"B", "0x10"}, {"C", "020"}, {"D", "16"}}), "0", "A"},
+      {"a number twice", a, fileOf({{"B", "2"}, {"C", "0x2"}, {"D", "3"}, {"E", "03"}}), "0", "A,B,D", true},
+      {"a name twice", a, fileOf({{"B", "2"}, {"b", "3"}}), "80040008", "A"},
+      {"a number of the user's that is none", a, fileOf({{"B", "2"}, {"C", "3x"}, {"D", "4"}}), "'3x'", "A,B", true},
+      {"no number", a, fileOf({{"B", "2"}, {"C", nullptr}, {"D", "4"}}), "'Unassigned'", "A,B", true},
+      {"none, of a known name", a, fileOf({{"a", "?"}, {"D", "4"}}), "'?'", "A"},
+      {"one in the list, reached", bad, fileOf({{"D", "1"}, {"E", "3"}}), "'!'", "A,B,C"},
+      {"one in the list, not reached", bad, fileOf({{"D", "1"}, {"b", "5"}, {"E", "0x1"}}), "0", "A,B,C"},
+      {"a known name before a number is looked for", fileOf({{"A", "!"}}), a, "0", "A"},
+      {"an empty user's file", a, empty, "41003", "A"},
+      {"no standard file", none, fileOf({{"B", "2"}, {"C", "3"}}), "0", "B,C", true},
+      {"a broken standard file", broken, b, "0", "B", true},
+      {"a broken user's file", a, broken, "80040005", "A"},
+      {"both broken", broken, broken, "80040005", ""},
+      {"none at all", none, none, "80040004", "", true},
   };
-  checkRows(3, table, merge);
+  for (const auto &row : rows) {
+    SCOPED_TRACE(row.what);
+    std::filesystem::remove_all(folder / "d/x");
+    if (!row.standard.empty())
+      write(folder / "d/x/StdXcvr.xml", row.standard);
+    if (!row.user.empty())
+      write(folder / "d/x/UserXcvr.xml", row.user);
+    CStdXcvr3 document;
+    CString result;
+    const std::string message =
+        support::thrownMessage([&] { result.Format("%X", platform::ResultBits(document.LoadFromFile(kFile))); });
+    EXPECT_TRUE(message.empty() ? result == row.result : message.find(row.result) != std::string::npos)
+        << result << message;
+    EXPECT_EQ(keys(document.Transceivers3), row.items);
+    EXPECT_EQ(document.GetModified() != 0, row.isModified);
+  }
 }
 
 TEST_F(StdXcvr3, AMergedDocumentIsSavedInOne) {
-  put("d/x/StdXcvr.xml", "A=1");
+  put("d/x/StdXcvr.xml", {{"A", "1"}});
   const std::string user = "<StdXcvr><Transceivers><Transceiver Name='U' TevroskApproved='x'><std_id>2</std_id>"
                            "<ModeSpec><alt_rate_tag>3</alt_rate_tag></ModeSpec></Transceiver></Transceivers></StdXcvr>";
   write(folder / "d/x/UserXcvr.xml", user);
   CStdXcvr3 document;
   CStdXcvr first;
   CStdXcvr2 second;
-  EXPECT_EQ(document.LoadFromFile(kFile, nullptr) | first.LoadFromFile(kFile) | second.LoadFromFile(kFile), S_OK);
-  EXPECT_EQ(keys(first.Transceivers) + keys(second.Transceivers2) + keys(document.Transceivers3), "AAA") << "no merge";
+  EXPECT_EQ(document.LoadFromFile(kFile, nullptr), S_OK);
+  EXPECT_EQ(first.LoadFromFile(kFile), S_OK);
+  EXPECT_EQ(second.LoadFromFile(kFile), S_OK);
+  EXPECT_EQ(keys(document.Transceivers3), "A") << "the form with two arguments merges nothing";
+  EXPECT_EQ(keys(first.Transceivers), "A") << "nor do the older versions";
+  EXPECT_EQ(keys(second.Transceivers2), "A");
   for (int time = 0; time < 2; ++time) // the second load begins anew
     EXPECT_EQ(document.LoadFromFile(kFile), S_OK);
   EXPECT_EQ(document.SaveToFile(nullptr, nullptr, true), S_OK);
@@ -74,53 +100,72 @@ TEST_F(StdXcvr3, AMergedDocumentIsSavedInOne) {
   EXPECT_EQ(document.LoadFromFile(kFile, nullptr), S_OK);
   EXPECT_EQ(keys(document.Transceivers3), "A,U");
   CTransceiver3 &added = *document.Transceivers3[1];
-  EXPECT_STREQ(added.TevroskApproved + added.ModeSpec.alt_rate_tag + added.ModeSpec2.alt_rate_tag, "x33");
+  EXPECT_STREQ(added.TevroskApproved, "x");
+  EXPECT_STREQ(added.ModeSpec.alt_rate_tag, "3");
+  EXPECT_STREQ(added.ModeSpec2.alt_rate_tag, "3");
 }
 
 TEST_F(StdXcvr3, WhereTheUserFileIsLookedFor) {
   macros.AddMacro("$FOLDER$", "D:\\x");
   macros.AddMacro("$FILE$", kFile);
   for (const char *name : {"d/x/StdXcvr.xml", "d/x/userxcvr.xml", "d/w/StdXcvr.xml", "d/x/old.UserXcvr.xml"})
-    put(name, "A=1");
+    put(name, {{"A", "1"}});
   for (const char *name : {"d/x/UserXcvr.xml", "d/x/UserXcvr", "d/x/UserXcvr.old.xml"})
-    put(name, "X=2");
-  put("d/w/UserXcvr.xml", "W=3");
-  const auto load = [](const Cells &row) {
-    Document document;
-    EXPECT_EQ(document.LoadFromFile(row[0]), S_OK);
-    EXPECT_STREQ(document.m_fileName, row[0]);
-    return CString(keys(document.Transceivers3).c_str());
+    put(name, {{"X", "2"}});
+  put("d/w/UserXcvr.xml", {{"W", "3"}});
+  const struct {
+    std::string name;
+    const char *items;
+  } rows[] = {
+      {"D:\\x\\StdXcvr.xml", "A,X"},
+      {"..\\x\\StdXcvr.xml", "A,X"},
+      {"../x/StdXcvr.xml", "A,X"},
+      {"./StdXcvr.xml", "A,W"},
+      {"StdXcvr.xml", "A,W"},
+      {folder / "d/x/StdXcvr.xml", "A,X"},
+      {"D:\\x\\userxcvr.xml", "A,X"},
+      {"D:\\x\\old.UserXcvr.xml", "A,X"},
+      {"$FILE$", "A,W"}, // a name that is a macro has no folder of its own
+      {"$FOLDER$\\StdXcvr.xml", "A"},
+      {"D:\\x\\UserXcvr.xml", "X"}, // the user's own file merges nothing
+      {"..\\x\\UserXcvr", "X"},
+      {"D:\\x\\UserXcvr.old.xml", "X"},
+      {"../x/UserXcvr.xml", "X"},
+      {folder / "d/x/UserXcvr.old.xml", "X"},
+      {"", "W"},
   };
-  checkRows(2,
-            R"(D:\x\StdXcvr.xml A,X  ..\x\StdXcvr.xml A,X  ../x/StdXcvr.xml A,X  ./StdXcvr.xml A,W  StdXcvr.xml A,W
-              D:\x\userxcvr.xml A,X  D:\x\old.UserXcvr.xml A,X  $FILE$ A,W  $FOLDER$\StdXcvr.xml A
-              D:\x\UserXcvr.xml X  ..\x\UserXcvr X  D:\x\UserXcvr.old.xml X  ../x/UserXcvr.xml X  - W )" +
-                (folder / "d/x/StdXcvr.xml A,X ") + (folder / "d/x/UserXcvr.old.xml X"),
-            load);
+  for (const auto &row : rows) {
+    Document document;
+    EXPECT_EQ(document.LoadFromFile(row.name.c_str()), S_OK) << row.name;
+    EXPECT_EQ(document.m_fileName, row.name.c_str());
+    EXPECT_EQ(keys(document.Transceivers3), row.items) << row.name;
+  }
   std::filesystem::remove(folder / "d/w/UserXcvr.xml");
   EXPECT_EQ(CStdXcvr3().LoadFromFile(""), KRX_E_LOAD_NOT_NAMED);
 }
 
 TEST_F(StdXcvr3, ReplacementFile) {
-  put("e/types/stdxcvr.xml", "R=1");
-  put("e/types/UserXcvr.xml", "U=2");
-  put("d/x/StdXcvr.xml", "A=1");
-  put("d/x/UserXcvr.xml", "X=2");
-  const auto load = [](const Cells &row) {
-    const support::Environment variable("PFDT", row[0]);
+  put("e/types/stdxcvr.xml", {{"R", "1"}});
+  put("e/types/UserXcvr.xml", {{"U", "2"}});
+  put("d/x/StdXcvr.xml", {{"A", "1"}});
+  put("d/x/UserXcvr.xml", {{"X", "2"}});
+  const std::string host = folder / "e/types";
+  const auto expectLoaded = [](const char *variable, const char *items, const char *fileName) {
+    SCOPED_TRACE(variable != nullptr ? variable : "unset");
+    const support::Environment pfdt("PFDT", variable);
     Document document, user;
     EXPECT_EQ(document.LoadFromFile(kFile), S_OK);
+    EXPECT_EQ(keys(document.Transceivers3), items);
+    EXPECT_STREQ(document.m_fileName, fileName);
     EXPECT_EQ(user.LoadFromFile("D:\\x\\UserXcvr.xml"), S_OK);
     EXPECT_EQ(keys(user.Transceivers3), "X") << "the user's own file is never replaced";
-    return keys(document.Transceivers3).c_str() + (":" + document.m_fileName);
   };
-  const std::string given = R"( A,X:D:\x\StdXcvr.xml )", replaced = R"( R,U:E:\types\stdxcvr.xml )";
-  checkRows(2,
-            "-" + given + "null" + given + R"(E:\y)" + given + R"(Q:\types)" + given + R"(E:\types)" + replaced +
-                R"(E:\types\)" + replaced + (folder / "e/types") + replaced,
-            load);
+  for (const char *const variable : {"", static_cast<const char *>(nullptr), "E:\\y", "Q:\\types"})
+    expectLoaded(variable, "A,X", kFile);
+  for (const char *const variable : {"E:\\types", "E:\\types\\", host.c_str()})
+    expectLoaded(variable, "R,U", "E:\\types\\stdxcvr.xml");
   macros.AddMacro("$pfdt$", "E:\\types");
-  checkRows(2, "E:\\y" + replaced, load);
+  expectLoaded("E:\\y", "R,U", "E:\\types\\stdxcvr.xml");
 }
 
 TEST_F(StdXcvr3, CopiesHoldAllLists) {
@@ -132,7 +177,9 @@ TEST_F(StdXcvr3, CopiesHoldAllLists) {
   CStdXcvr3 copy(source);
   const CStdXcvr3 &self = copy;
   copy = self;
-  EXPECT_EQ(keys(copy.Transceivers) + keys(copy.Transceivers2) + keys(copy.Transceivers3), "aDummy,bc");
+  EXPECT_EQ(keys(copy.Transceivers), "a");
+  EXPECT_EQ(keys(copy.Transceivers2), "Dummy,b");
+  EXPECT_EQ(keys(copy.Transceivers3), "c");
   EXPECT_EQ(support::save(copy), support::save(source));
 }
 

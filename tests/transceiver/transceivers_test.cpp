@@ -2,113 +2,139 @@
 
 namespace {
 
-using support::Cells, support::checkRows, support::keyOf, support::load, support::save, support::thrownMessage;
+using support::keyOf, support::load, support::save, support::thrownMessage;
 
-/// One item in the order of the file; a digit marks what the third version brought.
-constexpr const char *kItem = R"(
-  std_id support_level ChannelTypeNumber std_xcvr_id
-<Timing> rcv_start_delay rcv_end_delay indeterm_time min_interpkt preamble turnaround missed_pream packet_qual </Timing>
-  <Channel> comm_mode osc_accuracy osc_wakeup comm_rate max_priority default_priority_slots min_clockID max_clockID
-    avg_pkt_size flags </Channel>
-  <ModeSpec> chan_bit_rate alt_rate_tag xcvr_cntrls_pream wakeup_pin_dir xcvr_gp_data allow_node_override
-    3standard_threshold </ModeSpec>
-  3SchedulerMode)";
+std::string transceiverData(const std::string &name) {
+  return support::read(KESTRUNE_TEST_DATA "/transceiver/" + name);
+}
 
-/// What version `version` of the classes writes when the values come from a file of version `from`: numbers in the
-/// order of the file, and the defaults of what that file lacks.
-std::string transceiverFile(int version, int from) {
-  const std::string second = from >= 2 ? "yes" : "FALSE";
-  std::string text = "\t<Transceivers>\n\t\t<Transceiver TevroskApproved=\"no\" Name=\"A\" UsesVorlanComPort=\"0\"";
-  if (version >= 2)
-    text += " SignalStrengthIndicator=\"" + second + "\" SupportAlternateClockRates=\"" + second + "\"";
-  text += ">\n";
-  std::istringstream words(kItem);
-  std::string indent = "\t\t\t";
-  int number = 0;
-  for (std::string word; words >> word;) {
-    const bool third = word[0] == '3';
-    if (word[0] == '<') {
-      text += "\t\t\t" + word + "\n";
-      indent.resize(word[1] == '/' ? 3 : 4, '\t');
-    } else if (!third || version >= 3) {
-      const std::string tag = word.substr(third);
-      const std::string fallBack = tag == "SchedulerMode" ? "Unassigned" : "TRUE";
-      text += indent + "<" + tag + ">" + (third && from < 3 ? fallBack : "0x" + std::to_string(++number)) + "</" + tag +
-              ">\n";
-    }
-  }
-  return support::document("StdXcvr", '1', "Standard Transceivers file",
-                           text + "\t\t</Transceiver>\n\t</Transceivers>\n");
+template <class Document>
+void expectSaves(const std::string &saved, const std::string &loaded) {
+  SCOPED_TRACE(loaded + " in, " + saved + " out");
+  Document document;
+  EXPECT_GE(load(document, transceiverData(loaded)), 0);
+  EXPECT_EQ(document.GetModified(), 0);
+  EXPECT_EQ(save(document), transceiverData(saved));
 }
 
 TEST(Transceivers, EachVersionReadsAndWritesAllVersions) {
-  for (int from = 1; from <= 3; ++from) {
-    const std::string file = transceiverFile(from, from);
-    CStdXcvr first;
-    CStdXcvr2 second;
-    CStdXcvr3 third;
-    EXPECT_GE(load(first, file) | load(second, file) | load(third, file), 0);
-    EXPECT_EQ(third.GetModified(), 0);
-    EXPECT_EQ(save(first), transceiverFile(1, from));
-    EXPECT_EQ(save(second), transceiverFile(2, from));
-    EXPECT_EQ(save(third), transceiverFile(3, from));
-    EXPECT_EQ(second.Transceivers.Count() + third.Transceivers.Count() + third.Transceivers2.Count(), 0);
-  }
+  for (const std::string file : {"version-1.xml", "version-2.xml", "version-3.xml"})
+    expectSaves<CStdXcvr>("version-1.xml", file);
+  for (const std::string file : {"version-2.xml", "version-3.xml"})
+    expectSaves<CStdXcvr2>("version-2.xml", file);
+  expectSaves<CStdXcvr3>("version-3.xml", "version-3.xml");
+  expectSaves<CStdXcvr2>("version-1-saved-by-2.xml", "version-1.xml");
+  expectSaves<CStdXcvr3>("version-1-saved-by-3.xml", "version-1.xml");
+  CStdXcvr3 document;
+  load(document, transceiverData("version-3.xml"));
+  EXPECT_EQ(document.Transceivers.Count(), 0) << "the lists of older versions stay empty";
+  EXPECT_EQ(document.Transceivers2.Count(), 0);
 }
 
 TEST(Transceivers, DefaultsOfANewItem) {
   CTransceivers3 list;
   const CTransceiver3 &item = *list.Add("n");
-  EXPECT_STREQ(item.TevroskApproved + item.Key() + item.std_id + item.support_level, "FALSEnUnassignedUnassigned");
-  EXPECT_STREQ(item.ChannelTypeNumber + item.std_xcvr_id + item.UsesVorlanComPort, "00TRUE");
-  EXPECT_STREQ(item.Timing.preamble + item.Channel.flags + item.ModeSpec2.xcvr_gp_data, "Unassigned0xFFFFUnassigned");
-  EXPECT_STREQ(item.Timing + item.Channel + item.ModeSpec2 + item, "TimingChannelModeSpecTransceiver");
-  EXPECT_EQ(list.Add("N"), nullptr);
-  EXPECT_STREQ(CTransceiver("a").Key() + CTransceiver2("b").Key() + CTransceiver3("c").Key(), "abc");
+  const struct {
+    const char *member;
+    CString text;
+    const char *expected;
+  } rows[] = {
+      {"TevroskApproved", item.TevroskApproved, "FALSE"},
+      {"Key", item.Key(), "n"},
+      {"std_id", item.std_id, "Unassigned"},
+      {"support_level", item.support_level, "Unassigned"},
+      {"ChannelTypeNumber", item.ChannelTypeNumber, "0"},
+      {"std_xcvr_id", item.std_xcvr_id, "0"},
+      {"UsesVorlanComPort", item.UsesVorlanComPort, "TRUE"},
+      {"Timing.preamble", item.Timing.preamble, "Unassigned"},
+      {"Channel.flags", item.Channel.flags, "0xFFFF"},
+      {"ModeSpec2.xcvr_gp_data", item.ModeSpec2.xcvr_gp_data, "Unassigned"},
+      {"text of Timing", item.Timing, "Timing"},
+      {"text of Channel", item.Channel, "Channel"},
+      {"text of ModeSpec2", item.ModeSpec2, "ModeSpec"},
+      {"text", item, "Transceiver"},
+      {"key by constructor, version 1", CTransceiver("a").Key(), "a"},
+      {"key by constructor, version 2", CTransceiver2("b").Key(), "b"},
+      {"key by constructor, version 3", CTransceiver3("c").Key(), "c"},
+  };
+  for (const auto &row : rows)
+    EXPECT_STREQ(row.text, row.expected) << row.member;
+  EXPECT_EQ(list.Add("N"), nullptr) << "the name is there, in another case";
 }
 
 TEST(Transceivers, GeneralPurposeDataLosesItsPrefixOnLoadAndGetsItBackOnSave) {
   CTransceiverModeSpec2 mode;
   EXPECT_NE(save(mode).find("<xcvr_gp_data>0xUnassigned<"), std::string::npos);
-  checkRows(2,
-            "0x1a2b 1A2B  0X1A2B 1A2B  0x -  ab0x12 12  0x12~0x34 12~0X34  X12 X12  1A2B -  - -  abx - "
-            "0xUnassigned UNASSIGNED",
-            [&mode](const Cells &row) {
-              load(mode, "<ModeSpec><xcvr_gp_data>" + std::string(row[0]) + "</xcvr_gp_data></ModeSpec>");
-              const CString loaded = mode.xcvr_gp_data;
-              const std::string saved = save(mode);
-              EXPECT_NE(saved.find("<xcvr_gp_data>0x" + std::string(loaded) + "<"), std::string::npos);
-              load(mode, saved);
-              EXPECT_STREQ(mode.xcvr_gp_data, loaded);
-              return loaded;
-            });
+  const struct {
+    const char *inFile;
+    const char *loaded;
+  } rows[] = {
+      {"0x1a2b", "1A2B"},
+      {"0X1A2B", "1A2B"},
+      {"0x", ""},
+      {"ab0x12", "12"}, // what is before the first x goes
+      {"0x12 0x34", "12 0X34"},
+      {"X12", "X12"},
+      {"1A2B", ""},
+      {"", ""},
+      {"abx", ""},
+      {"0xUnassigned", "UNASSIGNED"},
+  };
+  for (const auto &row : rows) {
+    SCOPED_TRACE(row.inFile);
+    load(mode, "<ModeSpec><xcvr_gp_data>" + std::string(row.inFile) + "</xcvr_gp_data></ModeSpec>");
+    EXPECT_STREQ(mode.xcvr_gp_data, row.loaded);
+    const std::string saved = save(mode);
+    EXPECT_NE(saved.find("<xcvr_gp_data>0x" + std::string(row.loaded) + "<"), std::string::npos) << saved;
+  }
   load(mode, "<ModeSpec/>");
   EXPECT_STREQ(mode.xcvr_gp_data, "");
 }
 
 TEST(Transceivers, NumbersOfTexts) {
+  const std::string failure = "Unexpected non-numeric value found in XML data (";
+  constexpr const char *kThrows = nullptr;
+  const struct {
+    const char *text;
+    const char *id;        // std_id: octal and hexadecimal too
+    const char *scheduler; // SchedulerMode: decimal, unsigned
+  } rows[] = {
+      {"16", "16", "16"},
+      {"0x10", "16", kThrows},
+      {"020", "16", "20"},
+      {"010", "8", "10"},
+      {"09", kThrows, "9"},
+      {"", "0", "0"},
+      {" 7", "7", "7"},
+      {"7 ", kThrows, kThrows},
+      {"7x", kThrows, kThrows},
+      {"0x", kThrows, kThrows},
+      {"Unassigned", kThrows, "0"},
+      {"unassigned", kThrows, kThrows},
+      {"-1", "-1", "4294967295"},
+      {"99999999999", "2147483647", "4294967295"},
+  };
   CTransceivers3 list;
   CTransceiver3 &item = *list.Add("n");
-  std::string id, mode, idRefused, modeRefused;
-  const auto read = [&](const Cells &row) {
-    item.std_id = row[0];
-    item.SchedulerMode = row[0];
-    id = mode = "";
-    idRefused = thrownMessage([&] {
-      EXPECT_EQ(list.FindByID(-3), nullptr);
-      id = std::to_string(static_cast<int>(item.std_id));
-      EXPECT_EQ(list.FindByID(std::stoi(id)), &item);
-    });
-    modeRefused = thrownMessage([&] { mode = std::to_string(item.GetSchedulerMode()); });
-    return CString((id + "/" + mode).c_str());
-  };
-  checkRows(2,
-            "16 16/16  0x10 16/  020 16/20  010 8/10  - 0/0  ~7 7/7  7~ /  Unassigned /0  unassigned /  0x / "
-            "-1 -1/4294967295  09 /9  99999999999 2147483647/4294967295  7x /",
-            read);
-  const std::string text = "Unexpected non-numeric value found in XML data (";
-  EXPECT_EQ(idRefused, text + "Error accessing XML tag: std_id Value: '7x') [KRX#101]");
-  EXPECT_EQ(modeRefused, text + "7x) [KRX#101]");
+  for (const auto &row : rows) {
+    SCOPED_TRACE(row.text);
+    item.std_id = row.text;
+    item.SchedulerMode = row.text;
+    std::string id, scheduler;
+    const std::string idFailure = thrownMessage([&] { id = std::to_string(static_cast<int>(item.std_id)); });
+    const std::string schedulerFailure = thrownMessage([&] { scheduler = std::to_string(item.GetSchedulerMode()); });
+    if (row.id != kThrows) {
+      EXPECT_EQ(id, row.id);
+      EXPECT_EQ(list.FindByID(std::stoi(row.id)), &item);
+    } else {
+      EXPECT_EQ(idFailure, failure + "Error accessing XML tag: std_id Value: '" + row.text + "') [KRX#101]");
+      EXPECT_EQ(thrownMessage([&] { list.FindByID(1); }), idFailure) << "a search comes upon it";
+    }
+    if (row.scheduler != kThrows)
+      EXPECT_EQ(scheduler, row.scheduler);
+    else
+      EXPECT_EQ(schedulerFailure, failure + row.text + ") [KRX#101]");
+  }
 }
 
 /// For each version of the list.
@@ -119,7 +145,9 @@ void searchInOrder() {
   ASSERT_EQ(load(list, "<Transceivers><Transceiver Name='a'><std_id>16</std_id></Transceiver><Transceiver Name='b'>"
                        "<std_id>0x10</std_id></Transceiver><Transceiver/></Transceivers>"),
             S_OK);
-  EXPECT_STREQ(keyOf(list.FindByID(16)) + keyOf(list.FindByID(17)) + keyOf(list.Find("B")), "anoneb");
+  EXPECT_STREQ(keyOf(list.FindByID(16)), "a");
+  EXPECT_EQ(list.FindByID(17), nullptr);
+  EXPECT_STREQ(keyOf(list.Find("B")), "b");
   EXPECT_EQ(list.Find(nullptr), nullptr);
   list.Add("Dummy");
   list.Add("c")->std_id = "5";
@@ -133,7 +161,9 @@ void searchInOrder() {
 }
 
 TEST(Transceivers, SearchesInOrder) {
-  searchInOrder<CTransceivers>(), searchInOrder<CTransceivers2>(), searchInOrder<CTransceivers3>();
+  searchInOrder<CTransceivers>();
+  searchInOrder<CTransceivers2>();
+  searchInOrder<CTransceivers3>();
 }
 
 TEST(Transceivers, ModeSpecFollowsOnLoadAndAssignmentOnly) {
@@ -141,7 +171,9 @@ TEST(Transceivers, ModeSpecFollowsOnLoadAndAssignmentOnly) {
   EXPECT_GE(load(item, "<Transceiver Name='n'><alt_rate_tag>5</alt_rate_tag><ModeSpec><alt_rate_tag>6</alt_rate_tag>"
                        "<xcvr_gp_data>0xab</xcvr_gp_data></ModeSpec></Transceiver>"),
             0);
-  EXPECT_STREQ(item.Key() + item.ModeSpec.alt_rate_tag + item.ModeSpec.xcvr_gp_data, "n6AB");
+  EXPECT_STREQ(item.Key(), "n");
+  EXPECT_STREQ(item.ModeSpec.alt_rate_tag, "6");
+  EXPECT_STREQ(item.ModeSpec.xcvr_gp_data, "AB");
   item.ModeSpec2.alt_rate_tag = "7";
   const CTransceiver3 &self = item;
   item = self;
