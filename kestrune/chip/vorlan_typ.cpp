@@ -2,6 +2,7 @@
 
 #include "kestrune/names/filename.h"
 #include "kestrune/platform/drives.h"
+#include "kestrune/xml/companion_name.h"
 #include "kestrune/xml/record_members.h"
 
 #include <optional>
@@ -65,23 +66,22 @@ long LoadWithAddOns(Document &document, Models Document::*models, const CString 
 
 /// The file that takes the place of whatever a caller asks for, if it exists.
 CString ReplacementFor(const char *name) {
-  CString folder;
-  CMacroString("$PFDT$").Explode(folder, 10);
+  const CString folder = ReplacementFolder();
   CFilename file(folder.IsEmpty() ? CString("vorlan.xml") : folder + "\\vorlan.xml");
   file.GetAbsolute(file, nullptr);
   return file.FileExists() != 0 ? file : CString(name);
 }
 
+/// How many calls of CVorlanTyp4::LoadFromFile are on the way in this thread, in whatever document.
+constinit thread_local int loadDepth = 0;
+
 /// One call more on the way, until the end of its life, however that comes.
 class LoadDepth {
 public:
-  explicit LoadDepth(int &depth) : m_depth(depth) { ++m_depth; }
+  LoadDepth() { ++loadDepth; }
   LoadDepth(const LoadDepth &) = delete;
   LoadDepth &operator=(const LoadDepth &) = delete;
-  ~LoadDepth() { --m_depth; }
-
-private:
-  int &m_depth;
+  ~LoadDepth() { --loadDepth; }
 };
 
 } // namespace
@@ -159,8 +159,6 @@ long CVorlanTyp3::LoadFromFile(const char *fileName) {
   return LoadWithAddOns(*this, &CVorlanTyp3::VorlanModels3, fileName);
 }
 
-int CVorlanTyp4::s_loadDepth = 0;
-
 struct CVorlanTyp4::Members : DocumentMembers<Members, CVorlanTyp4, CVorlanTyp3> {
   static constexpr auto rows = std::tuple{
       Row{&CVorlanTyp4::VorlanModels4},
@@ -182,10 +180,10 @@ void CVorlanTyp4::Init() { Members::init(*this); }
 void CVorlanTyp4::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp4::LoadFromFile(const char *fileName) {
-  const CString name = s_loadDepth == 0 ? ReplacementFor(fileName) : CString(fileName);
-  const LoadDepth depth(s_loadDepth);
+  const CString name = loadDepth == 0 ? ReplacementFor(fileName) : CString(fileName);
+  const LoadDepth onTheWay;
   const long result = CXMLFolder::LoadFromFile(name, nullptr);
-  if (result < 0 || s_loadDepth != 1)
+  if (result < 0 || loadDepth != 1)
     return result;
   return LoadAddOns(*this, &CVorlanTyp4::VorlanModels4, AddOnDocument::kReused, name, result);
 }

@@ -82,7 +82,7 @@ private:
   struct Members;
 };
 
-/// The chip data document of format version 4. Two threads must not run its LoadFromFile at the same time.
+/// The chip data document of format version 4.
 class KESTRUNE_API CVorlanTyp4 : public CVorlanTyp3 {
 public:
   CVorlanTyp4();
@@ -106,6 +106,4 @@ public:
 
 private:
   struct Members;
-
-  static int s_loadDepth; // how many calls of LoadFromFile are on the way, in whatever document
 };

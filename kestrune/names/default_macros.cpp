@@ -3,6 +3,8 @@
 #include "kestrune/platform/drives.h"
 #include "kestrune/platform/registry.h"
 
+#include <atomic>
+#include <mutex>
 #include <utility>
 
 namespace {
@@ -38,6 +40,21 @@ bool ReadSetting(HKEY root, const char *subKey, const char *name, CString &text)
   return found;
 }
 
+/// Set when the table was seen filled under the lock: from then on a name may look at the table without it.
+constinit std::atomic<bool> wasFilled{false};
+constinit std::mutex fillLock;
+
+/// Whether this thread is working out the default macros. That makes names, which must not fill the table in turn.
+constinit thread_local bool isWorkingOut = false;
+
+class WorkingOut {
+public:
+  WorkingOut() { isWorkingOut = true; }
+  WorkingOut(const WorkingOut &) = delete;
+  WorkingOut &operator=(const WorkingOut &) = delete;
+  ~WorkingOut() { isWorkingOut = false; }
+};
+
 } // namespace
 
 CString CMacroString::GetKestruneFolder() const {
@@ -46,15 +63,40 @@ CString CMacroString::GetKestruneFolder() const {
   return platform::ToDrivePath(folder);
 }
 
-void CMacroString::SetupDefaultMacros() {
-  AddMacro("$Kestrune$", GetKestruneFolder());
-  for (const auto &[name, value] : kDefaultMacros)
-    AddMacro(name, value);
+void CMacroString::setUpIfEmpty() {
+  if (isWorkingOut || (wasFilled.load(std::memory_order_acquire) && GetMacroCount() != 0))
+    return;
+  const std::lock_guard<std::mutex> lock(fillLock);
+  if (GetMacroCount() == 0)
+    CMacroString::SetupDefaultMacros();
+  wasFilled.store(true, std::memory_order_release);
+}
 
-  CFilename hardwareFolder = CFilename(GetKestruneFolder()).GetRoot();
-  hardwareFolder += "\\tk\\Source\\Templates\\Hardware";
-  CString setting;
-  if (ReadSetting(HKEY_CURRENT_USER, "Software\\Kestrune\\Plinthforge\\Folders", "userHwFolder", setting))
-    hardwareFolder = setting;
-  AddMacro("$USERHWTFOLDER$", hardwareFolder);
+void CMacroString::SetupDefaultMacros() {
+  CArray<CMacro, CMacro &> defaults;
+  const auto add = [&defaults](const char *name, const char *value) {
+    CMacro entry(name, value);
+    defaults.Add(entry);
+  };
+  {
+    const WorkingOut workingOut;
+    add("$Kestrune$", GetKestruneFolder());
+    for (const auto &[name, value] : kDefaultMacros)
+      add(name, value);
+
+    CFilename hardwareFolder = CFilename(GetKestruneFolder()).GetRoot();
+    hardwareFolder += "\\tk\\Source\\Templates\\Hardware";
+    CString setting;
+    if (ReadSetting(HKEY_CURRENT_USER, "Software\\Kestrune\\Plinthforge\\Folders", "userHwFolder", setting))
+      hardwareFolder = setting;
+    add("$USERHWTFOLDER$", hardwareFolder);
+  }
+
+  // All or nothing where the table is empty, since a table with some of them would never be filled again.
+  if (GetMacroCount() == 0) {
+    std::swap(oMacros, defaults);
+    return;
+  }
+  for (int i = 0; i < defaults.GetCount(); ++i)
+    AddMacro(defaults[i].name, defaults[i].value);
 }

@@ -104,14 +104,16 @@ bool CFilename::GetAbsolute(CFilename &out, const char *defaultDir) const {
 }
 
 bool CFilename::GetRelative(CFilename &out, const char *base) const {
-  CFilename full(*this);
-  CFilename folder(base);
+  CFilename full = DriveForm(*this);
+  CFilename folder = DriveForm(base);
   if (full[0] == '$') {
     out = Normalize(full);
     return true;
   }
   folder.Explode(folder, 10);
   full.Explode(full, 10);
+  folder = DriveForm(folder);
+  full = DriveForm(full);
   CString fullLower = full;
   CMBString folderLower = folder;
   fullLower.MakeLower();

@@ -1,30 +1,23 @@
 #include "kestrune/names/macro_string.h"
 
 #include "kestrune/names/macro_expansion.h"
-#include "kestrune/platform/code_page.h"
+#include "kestrune/platform/ascii.h"
 
 #include <string>
-#include <unordered_map>
+#include <string_view>
+#include <type_traits>
+#include <utility>
 
 // Constant, so that a name which another file's static initialiser builds finds a table.
 constinit CArray<CMacroString::CMacro, CMacroString::CMacro &> CMacroString::oMacros;
 
+// AddMacro relies on it: an entry leaves the table without a copy of those behind it, so without a failure.
+static_assert(std::is_nothrow_move_assignable_v<CMacroString::CMacro>);
+
 namespace {
 
-/// The table of an installation is walked; one that a program has filled with thousands of macros needs an index, or
-/// each AddMacro and each name of an expansion would cost a walk over all of it.
-constexpr int kLargeTable = 64;
-
-struct NameIndex {
-  std::unordered_map<std::string, int> positions; ///< by name in lower case
-  int count = 0;                                  ///< how many entries of the table it holds
-};
-
-/// Only AddMacro changes it. A table of another length than the index was not filled by AddMacro alone, and is walked.
-NameIndex &Index() {
-  static NameIndex index;
-  return index;
-}
+/// What most entries of a large table differ in: the last byte before the closing `$`, in lower case.
+char nearEnd(std::string_view name) { return name.size() < 2 ? '\0' : platform::AsciiLower(name[name.size() - 2]); }
 
 } // namespace
 
@@ -36,10 +29,7 @@ CMacroString::CMacro::~CMacro() = default;
 
 CMacroString::CMacroString() : CMacroString("") {}
 
-CMacroString::CMacroString(const char *text) : CMBString(CString(text)) {
-  if (GetMacroCount() == 0)
-    CMacroString::SetupDefaultMacros();
-}
+CMacroString::CMacroString(const char *text) : CMBString(CString(text)) { setUpIfEmpty(); }
 
 CMacroString::CMacroString(const wchar_t *text) : CMBString(text) {}
 
@@ -53,37 +43,26 @@ CMacroString &CMacroString::operator=(const CMacroString &text) {
 bool CMacroString::AddMacro(const char *name, const char *value) {
   CMacro entry(name, value);
   const int old = FindMacro(entry.name);
+  // In this order a failure leaves the table as it was.
+  oMacros.Add(entry);
   if (old >= 0)
     oMacros.RemoveAt(old);
-  oMacros.Add(entry);
-
-  const int count = GetMacroCount();
-  NameIndex &index = Index();
-  if (count >= kLargeTable) {
-    int first = count - 1;
-    if (old >= 0 || index.count != first) {
-      index.positions.clear();
-      first = 0;
-    }
-    for (int i = first; i < count; ++i)
-      index.positions.emplace(platform::FoldCase(oMacros[i].name.View()), i);
-    index.count = count;
-  }
   return true;
 }
 
 int CMacroString::GetMacroCount() const { return oMacros.GetCount(); }
 
+// A walk, since derived classes may change any entry at any time: no index could be trusted.
 int CMacroString::FindMacro(CString name) const {
-  const int count = GetMacroCount();
-  const NameIndex &index = Index();
-  if (count >= kLargeTable && index.count == count) {
-    const auto found = index.positions.find(platform::FoldCase(name.View()));
-    return found == index.positions.end() ? -1 : found->second;
-  }
-  for (int i = 0; i < count; ++i)
-    if (oMacros[i].name.CompareNoCase(name) == 0)
+  const auto &table = std::as_const(oMacros);
+  const std::size_t length = name.View().size();
+  const char end = nearEnd(name.View());
+  const int count = table.GetCount();
+  for (int i = 0; i < count; ++i) {
+    const std::string_view candidate = table[i].name.View();
+    if (candidate.size() == length && nearEnd(candidate) == end && table[i].name.CompareNoCase(name) == 0)
       return i;
+  }
   return -1;
 }
 

@@ -8,8 +8,9 @@ class MacroExpansion;
 
 /// A text in which `$NAME$` stands for the value of a macro. All objects share one table of macros: it is filled with
 /// the macros of the installation when the first object is made from nothing or from a narrow text while it is empty,
-/// and then changes through AddMacro alone. It has no lock: AddMacro and the first construction must be serialised by
-/// the caller; reading from several threads is safe while nobody does either.
+/// and then changes through AddMacro alone. Of several threads whose first names are made at the same time, one fills
+/// it and the others wait. Changing it is the caller's to guard: while AddMacro runs, or a derived class changes the
+/// table, no other thread may use a name.
 ///
 /// Names are compared without regard to case. A macro that leads back to itself counts as undefined inside its own
 /// expansion, and so does one whose expansion would make a text of more than 32,767 bytes.
@@ -20,7 +21,9 @@ public:
   public:
     CMacro(const char *macroName, const char *macroValue);
     CMacro(const CMacro &) = default;
+    CMacro(CMacro &&) noexcept = default;
     CMacro &operator=(const CMacro &) = default;
+    CMacro &operator=(CMacro &&) noexcept = default;
     virtual ~CMacro();
 
     CString name;
@@ -28,7 +31,8 @@ public:
   };
 
 protected:
-  /// Adds the default macros of the installation to the table.
+  /// Adds the default macros of the installation to the table, as AddMacro does. A failure leaves an empty table empty,
+  /// and the next name tries again.
   virtual void SetupDefaultMacros();
 
 public:
@@ -43,7 +47,8 @@ public:
 
   CMacroString &operator=(const CMacroString &text);
 
-  /// Adds a macro at the end of the table; `name` has both its `$`. An entry of that name is removed. Always true.
+  /// Adds a macro at the end of the table; `name` has both its `$`. An entry of that name is removed. Always true;
+  /// std::bad_alloc leaves the table as it was.
   bool AddMacro(const char *name, const char *value);
   int GetMacroCount() const;
 
@@ -71,4 +76,7 @@ protected:
 
 private:
   friend class MacroExpansion;
+
+  /// Fills the table while it is empty.
+  void setUpIfEmpty();
 };

@@ -48,8 +48,7 @@ void merge(CTransceivers3 &list, CTransceivers3 &userItems) {
 
 /// The file that stands in for the standard one; empty when there is none.
 CFilename replacementFile() {
-  CMacroString folder("$PFDT$");
-  folder.Explode(folder, 10);
+  const CString folder = ReplacementFolder();
   if (folder.IsEmpty())
     return {};
   CFilename file(folder + "\\stdxcvr.xml");

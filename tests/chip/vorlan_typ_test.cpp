@@ -1,5 +1,7 @@
 #include "tests/names/names_support.h"
 
+#include <thread>
+
 namespace {
 
 std::string chipData(const std::string &name) { return support::read(KESTRUNE_TEST_DATA "/chip/" + name); }
@@ -215,17 +217,10 @@ TEST_F(VorlanTypFiles, NamesInAllForms) {
   write("t.d/x-1.xml", with({{"A"}}));
   macros.AddMacro("$KTEST_W$", (folder / "d/w").c_str());
   const std::string names[] = {
-      "D:\\w\\t.d\\x.xml",
-      "D:/w/t.d/x.xml",
-      "d:t.d\\x.xml",
-      "\\w\\t.d\\x.xml",
-      "t.d\\x.xml",
-      "t.d/x.xml",
-      "./t.d/x.xml",
-      "../w/t.d/x.xml",
-      "$KTEST_W$\\t.d\\x.xml",
-      "$ktest_w$/t.d/x.xml",
-      folder / "d/w/t.d/x.xml",
+      "D:\\w\\t.d\\x.xml",     "D:/w/t.d/x.xml",      "d:t.d\\x.xml",
+      "\\w\\t.d\\x.xml",       "t.d\\x.xml",          "t.d/x.xml",
+      "./t.d/x.xml",           "../w/t.d/x.xml",      "./../w/t.d/x.xml",
+      "$KTEST_W$\\t.d\\x.xml", "$ktest_w$/t.d/x.xml", folder / "d/w/t.d/x.xml",
   };
   for (const std::string &name : names) {
     SCOPED_TRACE(name);
@@ -300,6 +295,23 @@ TEST_F(VorlanTypFiles, AReplacementIsLookedForAfterEveryWayOutOfALoad) {
   }
   EXPECT_THROW(Throwing().LoadFromFile("x.xml"), std::runtime_error);
   expectReplacement("an exception");
+}
+
+TEST_F(VorlanTypFiles, EachThreadGetsItsAddOns) {
+  write("x.xml", with({{"M"}}));
+  write("x-1.xml", with({{"A"}}));
+  std::vector<std::thread> threads;
+  std::vector<std::string> outcomes(4);
+  for (std::string &outcome : outcomes)
+    threads.emplace_back([&outcome] {
+      const support::Com com;
+      for (int i = 0; i < 50 && (i == 0 || outcome == "M A, modified"); ++i)
+        outcome = loadOf(CVorlanTyp4(), "x.xml");
+    });
+  for (std::thread &thread : threads)
+    thread.join();
+  for (const std::string &outcome : outcomes)
+    EXPECT_EQ(outcome, "M A, modified");
 }
 
 TEST_F(VorlanTypFiles, SampleInstallation) {

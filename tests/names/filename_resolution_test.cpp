@@ -38,6 +38,19 @@ TEST_F(FilenameResolutionTest, GetAbsolute) {
   EXPECT_EQ(NameProbe("x").Prefix("C:\\\x95\\"), "C:\\\x95\\\\x"); // 95 5C is a character
 }
 
+TEST_F(FilenameResolutionTest, ARelativeFormOfAHostPathLeadsBackToItsFile) {
+  const std::string host = folder / "e/x/a.xml", base = folder / "e/x"; // the current drive is D
+  CFilename stored, back;
+  CFilename(host.c_str()).GetRelative(stored, nullptr);
+  EXPECT_STREQ(stored, "E:\\x\\a.xml");
+  stored.GetAbsolute(back, nullptr);
+  EXPECT_STREQ(back, "E:\\x\\a.xml");
+  CFilename(host.c_str()).GetRelative(stored, base.c_str());
+  EXPECT_STREQ(stored, "a.xml");
+  CFilename(host.c_str()).GetRelative(stored, "E:\\x\\sub");
+  EXPECT_STREQ(stored, "..\\a.xml");
+}
+
 TEST_F(FilenameResolutionTest, GetRelative) {
   EXPECT_TRUE(macros.AddMacro("$empty$", "") && macros.AddMacro("$bad$", "$ktestNone$"));
   check(3,

@@ -120,6 +120,8 @@ TEST_F(StdXcvr3, WhereTheUserFileIsLookedFor) {
       {"D:\\x\\StdXcvr.xml", "A,X"},
       {"..\\x\\StdXcvr.xml", "A,X"},
       {"../x/StdXcvr.xml", "A,X"},
+      {"./../x/StdXcvr.xml", "A,X"},
+      {"D:/x/StdXcvr.xml", "A,X"},
       {"./StdXcvr.xml", "A,W"},
       {"StdXcvr.xml", "A,W"},
       {folder / "d/x/StdXcvr.xml", "A,X"},
@@ -127,6 +129,7 @@ TEST_F(StdXcvr3, WhereTheUserFileIsLookedFor) {
       {"D:\\x\\old.UserXcvr.xml", "A,X"},
       {"$FILE$", "A,W"}, // a name that is a macro has no folder of its own
       {"$FOLDER$\\StdXcvr.xml", "A"},
+      {"$FOLDER$/StdXcvr.xml", "A"},
       {"D:\\x\\UserXcvr.xml", "X"}, // the user's own file merges nothing
       {"..\\x\\UserXcvr", "X"},
       {"D:\\x\\UserXcvr.old.xml", "X"},
@@ -164,6 +167,8 @@ TEST_F(StdXcvr3, ReplacementFile) {
     expectLoaded(variable, "A,X", kFile);
   for (const char *const variable : {"E:\\types", "E:\\types\\", host.c_str()})
     expectLoaded(variable, "R,U", "E:\\types\\stdxcvr.xml");
+  put("d/t/stdxcvr.xml", {{"T", "1"}});
+  expectLoaded("./../t", "T", "D:\\t\\stdxcvr.xml");
   macros.AddMacro("$pfdt$", "E:\\types");
   expectLoaded("E:\\y", "R,U", "E:\\types\\stdxcvr.xml");
 }

@@ -1,0 +1,153 @@
+#include "tests/names/names_support.h"
+
+#include <new>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+/// How many allocations of this thread still succeed before one fails; -1 for all.
+thread_local int allocationsLeft = -1;
+
+} // namespace
+
+void *operator new(std::size_t size) {
+  if (allocationsLeft >= 0 && allocationsLeft-- == 0)
+    throw std::bad_alloc();
+  if (void *const memory = std::malloc(size != 0 ? size : 1))
+    return memory;
+  throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void *memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void *memory, std::size_t) noexcept { std::free(memory); }
+
+namespace {
+
+/// The table as a derived class reaches it.
+struct Table : CFilename {
+  using CFilename::CFilename, CFilename::FindMacro, CFilename::oMacros, CFilename::SetupDefaultMacros;
+
+  static std::string contents() {
+    std::string text;
+    for (int i = 0; i < oMacros.GetCount(); ++i)
+      text += std::string(oMacros[i].name) + "=" + std::string(oMacros[i].value) + "\n";
+    return text;
+  }
+};
+
+/// Runs `operation` with its n-th allocation failing, for each n from 1 until none fails. `failed` looks at what each
+/// failure left.
+template <class Operation, class Failed>
+void failEachAllocation(Operation operation, Failed failed) {
+  int failures = 0;
+  bool isDone = false;
+  for (int n = 0; !isDone; ++n) {
+    allocationsLeft = n;
+    try {
+      operation();
+      isDone = allocationsLeft >= 0;
+      allocationsLeft = -1;
+    } catch (const std::bad_alloc &) {
+      SCOPED_TRACE("allocation " + std::to_string(n + 1));
+      failed();
+      ++failures;
+    }
+  }
+  EXPECT_GT(failures, 0);
+}
+
+struct MacroTable : support::NameTest {
+  const Table name{"a name"};
+};
+
+TEST_F(MacroTable, AnswersAsAWalkAfterADerivedClassHasChangedIt) {
+  const std::string longName = "$A_NAME_OF_MORE_THAN_FIFTEEN_BYTES$";
+  for (int i = 0; i < 100; ++i)
+    macros.AddMacro(("$M" + std::to_string(i) + "$").c_str(), longName.c_str());
+  Table::oMacros[20].name = "$m90$"; // before the first of that name
+  Table::oMacros[30].name = longName.c_str();
+  Table::oMacros[99].name = "";
+  EXPECT_EQ(name.FindMacro("$M90$"), 20);
+  EXPECT_EQ(name.FindMacro("$M4$"), -1);
+  EXPECT_EQ(name.FindMacro("$a_name_of_more_than_fifteen_bytes$"), 30);
+  EXPECT_EQ(name.FindMacro("$A_NAME_OF_MORE_THAN_FIFTEEN_BYTEZ$"), -1);
+  EXPECT_EQ(name.FindMacro(""), 99);
+
+  Table::oMacros.RemoveAt(20);
+  Table::CMacro added("$M200$", "");
+  Table::oMacros.Add(added); // the same count
+  EXPECT_EQ(name.FindMacro("$M90$"), 105);
+  EXPECT_EQ(name.FindMacro("$m200$"), 115);
+
+  const support::CodePage page(932);
+  Table::oMacros[0].name = "$\x83\x41$"; // the trail byte looks like an A
+  EXPECT_EQ(name.FindMacro("$\x83\x41$"), 0);
+  EXPECT_EQ(name.FindMacro("$\x83\x61$"), -1);
+}
+
+TEST_F(MacroTable, AFailedFillIsTriedAgain) {
+  const std::string defaults = Table::contents();
+  struct {
+    const char *what;
+    void (*fill)(Table &name);
+  } const rows[] = {
+      {"a name", [](Table &) { const CMacroString text("x"); }},
+      {"a derived class", [](Table &name) { name.SetupDefaultMacros(); }},
+  };
+  for (const auto &row : rows) {
+    SCOPED_TRACE(row.what);
+    Table derived(L"");
+    failEachAllocation(
+        [&] {
+          Table::oMacros.RemoveAll();
+          row.fill(derived);
+        },
+        [] { EXPECT_EQ(Table::contents(), ""); });
+    EXPECT_EQ(Table::contents(), defaults);
+  }
+}
+
+TEST_F(MacroTable, SetupInAFilledTableAddsEachDefaultMacro) {
+  macros.AddMacro("$own$", "1");
+  macros.AddMacro("$IMG$", "2");
+  Table derived(L"");
+  derived.SetupDefaultMacros();
+  EXPECT_EQ(name.FindMacro("$own$"), 0);
+  EXPECT_EQ(name.FindMacro("$Kestrune$"), 1);
+  EXPECT_EQ(name.FindMacro("$IMG$"), 9);
+  EXPECT_EQ(macros.GetMacroValue(9), "$StdImages$");
+  EXPECT_EQ(macros.GetMacroCount(), 17);
+}
+
+TEST_F(MacroTable, AFailedAddLosesNothing) {
+  const std::string value = "a value that does not stand in place";
+  for (int i = 0; i < 80; ++i)
+    macros.AddMacro(("$M" + std::to_string(i) + "$").c_str(), value.c_str());
+  for (const char *macro : {"$m3$", "$NEW$"}) {
+    const std::string before = Table::contents();
+    failEachAllocation([&] { macros.AddMacro(macro, "another value, just as long as that"); },
+                       [&] { EXPECT_TRUE(Table::contents() == before) << macro; });
+  }
+}
+
+// In a process of its own, as ctest runs each test, these are its first names. A long registry file makes them meet.
+TEST(MacroTableThreads, FillItOnce) {
+  const support::TempFolder folder;
+  support::write(folder / "own.reg", "Windows Registry Editor Version 5.00\n" + std::string(1000000, '\n'));
+  const support::Environment registry("KESTRUNE_REGISTRY", (folder / "own.reg").c_str());
+  std::vector<std::string> expansions(8);
+  std::vector<std::thread> threads;
+  for (std::string &expansion : expansions)
+    threads.emplace_back([&expansion] {
+      CMacroString text("$DSDEFAULTTEMPLATES$");
+      text.Explode(text, 10);
+      expansion = std::string(text) + " " + std::to_string(text.GetMacroCount());
+    });
+  for (std::thread &thread : threads)
+    thread.join();
+  for (const std::string &expansion : expansions)
+    EXPECT_EQ(expansion, "C:\\Kestrune\\Plinthforge\\Templates\\Draftsmith\\v3 16");
+}
+
+} // namespace
