@@ -50,7 +50,7 @@ protected:
   enum class Kind : std::uint32_t { Element, Text, Instruction };
 
   IXMLDOMNode(IXMLDOMDocument *document, Kind kind, std::uint32_t name)
-      : m_document(document), m_kind(static_cast<std::uint32_t>(kind)), m_name(name) {}
+      : m_document(document), m_kind(static_cast<std::uint32_t>(kind) & 3U), m_name(name & ((1U << 30U) - 1)) {}
   ~IXMLDOMNode() = default;
 
   friend class IXMLDOMDocument;

@@ -40,14 +40,20 @@ public:
   CXMLTopLevelFolder();
   CXMLTopLevelFolder(const CXMLTopLevelFolder &rhs);
   ~CXMLTopLevelFolder() override;
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Woverloaded-virtual" // hidden by each copying operator=, as is meant
   CXMLTopLevelFolder &operator=(const char *text) override;
+#pragma GCC diagnostic pop
 
   void pushMembers() override;
   /// Writes the members straight into `parent`, the root element, and returns it. Throws _com_error.
   IXMLDOMElementPtr Save(IXMLDOMElementPtr parent, int level) override;
   long Load(MSXML::IXMLDOMElement *parent) override;
   /// Copies tag, text and header; the remembered file name stays.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Woverloaded-virtual" // hidden by each copying operator=, as is meant
   virtual CXMLTopLevelFolder &operator=(const CXMLTopLevelFolder &rhs);
+#pragma GCC diagnostic pop
 
   CXMLContents Contents;
 };

@@ -26,7 +26,10 @@ public:
 
   /// Copies tag and text and rebuilds the member list. The remembered file name becomes empty.
   CXMLFolder &operator=(const CXMLFolder &rhs);
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Woverloaded-virtual" // hidden by each copying operator=, as is meant
   CXMLFolder &operator=(const char *text) override;
+#pragma GCC diagnostic pop
   /// Orders by `Key`, with regard to case.
   bool operator<(const CXMLFolder &rhs) const;
 

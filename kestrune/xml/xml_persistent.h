@@ -23,10 +23,13 @@ public:
   explicit CXMLPersistent(CString &tag);
   CXMLPersistent(const CXMLPersistent &rhs);
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Woverloaded-virtual" // hidden by each record's Init(), as is meant
   /// Sets tag and default text; null gives "Unassigned" for either. A `value` of 0 gives "Unassigned", not "0"; any
   /// other number is assigned in decimal.
   virtual void Init(const char *tag, int value);
   virtual void Init(const char *tag, const char *value);
+#pragma GCC diagnostic pop
 
 protected:
   virtual void Init();

@@ -40,11 +40,16 @@ done
 
 pc=$(find "$prefix" -name KestruneXML-4.pc)
 export PKG_CONFIG_PATH=${pc%/*}
+compile=$(sed -n 's/^    \(c++ .*pkg-config.*\)/\1/p' "$project/README.md")
+(cd first && eval "$compile" && [ "$(./first "$(dirname "$chip_file")/spidData.xml")" = "172 manufacturers" ]) ||
+  fail "the README's line for pkg-config gives a program that fails: $compile"
 [ "$(pkg-config --modversion KestruneXML-4)" = 4.0.0 ] || fail "wrong version in the pkg-config file"
 flags=$(pkg-config --cflags --libs KestruneXML-4)
 [[ $flags != *expat* ]] || fail "a program has to know Expat: $flags"
 # shellcheck disable=SC2086
-c++ -std=c++20 -Wall -Wextra -Wpedantic -Werror "$here/main.cpp" $flags -o through-pkg-config
+c++ -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Woverloaded-virtual -Werror "$here/main.cpp" $flags -o through-pkg-config
+# shellcheck disable=SC2086
+clang++ -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Woverloaded-virtual -Werror -fsyntax-only "$here/main.cpp" $flags
 LD_LIBRARY_PATH=$(pkg-config --variable=libdir KestruneXML-4) ./through-pkg-config "$chip_file"
 
 library=$(find "$prefix" -name libKestruneXML-4.so)
