@@ -48,8 +48,9 @@ flags=$(pkg-config --cflags --libs KestruneXML-4)
 [[ $flags != *expat* ]] || fail "a program has to know Expat: $flags"
 # shellcheck disable=SC2086
 c++ -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Woverloaded-virtual -Werror "$here/main.cpp" $flags -o through-pkg-config
-# shellcheck disable=SC2086
-clang++ -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Woverloaded-virtual -Werror -fsyntax-only "$here/main.cpp" $flags
+# shellcheck disable=SC2046
+clang++ -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Woverloaded-virtual -Werror -fsyntax-only "$here/main.cpp" \
+  $(pkg-config --cflags KestruneXML-4)
 LD_LIBRARY_PATH=$(pkg-config --variable=libdir KestruneXML-4) ./through-pkg-config "$chip_file"
 
 library=$(find "$prefix" -name libKestruneXML-4.so)
