@@ -41,20 +41,22 @@ struct MemberRow {
 
 } // namespace kestrune
 
+/// A member: its field, and for a value its tag and default, which are literals. Without a default, the text that the
+/// field's class starts with stays.
+template <class Record, class Field>
+struct Row {
+  constexpr Row(Field Record::*folder) requires std::derived_from<Field, CXMLFolder> : field(folder) {}
+  constexpr Row(Field Record::*value, const char *itsTag,
+                const char *itsDefault = nullptr) requires(!std::derived_from<Field, CXMLFolder>)
+      : field(value), tag(itsTag), defaultText(itsDefault) {}
+
+  Field Record::*field;
+  const char *tag = nullptr;
+  const char *defaultText = nullptr;
+};
+
 template <class Members, class Record, class Base = CXMLFolder>
 struct RecordMembers {
-  template <class Field>
-  struct Row {
-    constexpr Row(Field Record::*folder) requires std::derived_from<Field, CXMLFolder> : field(folder) {}
-    constexpr Row(Field Record::*value, const char *itsTag,
-                  const char *itsDefault = nullptr) requires(!std::derived_from<Field, CXMLFolder>)
-        : field(value), tag(itsTag), defaultText(itsDefault) {}
-
-    Field Record::*field;
-    const char *tag = nullptr;
-    const char *defaultText = nullptr;
-  };
-
   /// The bytes of the fields that no file holds.
   static constexpr std::size_t unstored = 0;
 
@@ -153,7 +155,7 @@ private:
   }
 
   template <class Field>
-  static void initField(Field &field, const Row<Field> &row) {
+  static void initField(Field &field, const Row<Record, Field> &row) {
     if constexpr (std::derived_from<Field, CXMLFolder>) {
       field.Init();
     } else {
@@ -165,7 +167,7 @@ private:
   }
 
   template <class... Field>
-  static constexpr std::size_t fieldSize(const std::tuple<Row<Field>...> &) {
+  static constexpr std::size_t fieldSize(const std::tuple<Row<Record, Field>...> &) {
     return (sizeof(Field) + ... + 0);
   }
 
@@ -177,7 +179,7 @@ private:
   }
 
   template <class Field>
-  static constexpr const char *defaultOf(const Row<Field> &row) {
+  static constexpr const char *defaultOf(const Row<Record, Field> &row) {
     if (row.defaultText != nullptr || std::derived_from<Field, CXMLFolder>)
       return row.defaultText;
     return std::derived_from<Field, CXMLHexElement> ? kestrune::kHexDefault : kestrune::kUnassigned;
