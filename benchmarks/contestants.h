@@ -1,7 +1,7 @@
 #pragma once
 
 #include "benchmarks/plain_chip_file.h"
-#include "kestrune/library/kestrune_xml.h"
+#include "kestrune/kestrune_xml.h"
 
 #include <memory>
 #include <string>

@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 #include <iostream>
-#include <kestrune/library/kestrune_xml.h>
+#include <kestrune/kestrune_xml.h>
 
 namespace {
 
@@ -32,7 +32,7 @@ int run(const char *userFile, const char *model, const char *name, int id) {
 
   const long result = user.SaveToFile(nullptr, nullptr, true); // under the name it was loaded from
   if (result < 0) {
-    std::cerr << "the user's file cannot be written: 0x" << std::hex << platform::ResultBits(result) << '\n';
+    std::cerr << "the user's file cannot be written: 0x" << std::hex << kestrune::platform::ResultBits(result) << '\n';
     return 2;
   }
   standard.LoadFromFile(standardFile);

@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 #include <iostream>
-#include <kestrune/library/kestrune_xml.h>
+#include <kestrune/kestrune_xml.h>
 
 namespace {
 

@@ -2,7 +2,7 @@
 //   find_manufacturer 9        find_manufacturer "halvern drives"
 
 #include <iostream>
-#include <kestrune/library/kestrune_xml.h>
+#include <kestrune/kestrune_xml.h>
 
 namespace {
 

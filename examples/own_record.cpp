@@ -3,7 +3,7 @@
 
 #include <fstream>
 #include <iostream>
-#include <kestrune/library/kestrune_xml.h>
+#include <kestrune/kestrune_xml.h>
 
 namespace {
 struct Station : CXMLFolder {

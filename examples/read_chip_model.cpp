@@ -2,7 +2,7 @@
 //   read_chip_model "Vorlan 4608-PX"
 
 #include <iostream>
-#include <kestrune/library/kestrune_xml.h>
+#include <kestrune/kestrune_xml.h>
 
 namespace {
 
@@ -21,7 +21,7 @@ int run(const char *name) {
   CVorlanTyp4 document;
   const long result = document.LoadFromFile("$StdVorlanTyp$"); // with its add-ons Vorlan-1.xml, Vorlan-2.xml, ...
   if (result < 0) {
-    std::cerr << "the chip data cannot be read: 0x" << std::hex << platform::ResultBits(result) << '\n';
+    std::cerr << "the chip data cannot be read: 0x" << std::hex << kestrune::platform::ResultBits(result) << '\n';
     return 2;
   }
   CVorlanModel4 *const model = document.VorlanModels4.FindByName(name);

@@ -4,7 +4,7 @@
 // <!--932--> chooses that code page.
 
 #include "fuzz/fuzz_support.h"
-#include "kestrune/library/kestrune_xml.h"
+#include "kestrune/kestrune_xml.h"
 
 #include <filesystem>
 #include <fstream>
@@ -145,7 +145,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
   static const Scratch scratch;
   constexpr std::string_view kCompanion = "<!--companion-->";
   std::string_view input(reinterpret_cast<const char *>(data), size);
-  platform::SetCodePage(input.find("<!--932-->") != std::string_view::npos ? 932 : 65001);
+  kestrune::platform::SetCodePage(input.find("<!--932-->") != std::string_view::npos ? 932 : 65001);
   std::string_view companion;
   if (const std::size_t cut = input.find(kCompanion); cut != std::string_view::npos) {
     companion = input.substr(cut + kCompanion.size());

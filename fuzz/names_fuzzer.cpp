@@ -4,7 +4,7 @@
 // give what their plain forms give, and names must stay what they are on their second way through.
 
 #include "fuzz/fuzz_support.h"
-#include "kestrune/library/kestrune_xml.h"
+#include "kestrune/kestrune_xml.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -199,7 +199,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     rest.remove_prefix(std::min(line.size() + 1, rest.size()));
     lines.emplace_back(line.substr(0, line.find('\0')));
   }
-  platform::SetCodePage(doubleByte ? 932 : 65001);
+  kestrune::platform::SetCodePage(doubleByte ? 932 : 65001);
 
   Name name(lines[0].c_str());
   constexpr const char *kMacros[] = {"$A$", "$b$", "$C$", "$D$"};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/kestrune_xml.h"
+#include "kestrune/kestrune_xml.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -91,8 +91,8 @@ struct Com : Unique {
 
 /// The code page of the process, UTF-8 again at the end.
 struct CodePage : Unique {
-  explicit CodePage(unsigned page) { EXPECT_TRUE(platform::SetCodePage(page)); }
-  ~CodePage() { platform::SetCodePage(65001); }
+  explicit CodePage(unsigned page) { EXPECT_TRUE(kestrune::platform::SetCodePage(page)); }
+  ~CodePage() { kestrune::platform::SetCodePage(65001); }
 };
 
 /// The formatted message of the exception that `call` throws, which is ended; empty when it throws none.

@@ -97,7 +97,7 @@ OpenedDocument openDocument(const std::string &file) {
 
 std::string failureText(const std::string &file, const OpenedDocument &opened) {
   char code[16];
-  std::snprintf(code, sizeof code, "0x%08X", platform::ResultBits(opened.result));
+  std::snprintf(code, sizeof code, "0x%08X", kestrune::platform::ResultBits(opened.result));
   return file + ":" + (opened.place.empty() ? " " : opened.place) + opened.reason + " (" + code + ")";
 }
 

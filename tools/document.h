@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/kestrune_xml.h"
+#include "kestrune/kestrune_xml.h"
 
 #include <memory>
 #include <string>

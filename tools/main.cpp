@@ -1,4 +1,4 @@
-#include "kestrune/library/kestrune_xml.h"
+#include "kestrune/kestrune_xml.h"
 #include "tools/commands.h"
 
 #include <exception>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 
 /// Whether the chip model of number `other` is link compatible with that of number `model`, by the table of the
 /// standard chip data file, $StdVorlanTyp$, which is read anew for each question: `other` has to stand, in the plain

@@ -16,7 +16,7 @@ public:
     CString expanded;
     CMacroString(name).Explode(expanded, 10);
     CFilename file;
-    file = platform::ToDrivePath(expanded);
+    file = kestrune::platform::ToDrivePath(expanded);
     m_extension = file.GetExt().MakeLower();
     file.GetAbsolute(file, nullptr);
     m_stem = file.AppendExt("");

@@ -20,7 +20,7 @@ CKesException::CKesException(int module) : CException(true), m_message("uninitia
 CKesException::~CKesException() = default;
 
 BOOL CKesException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT /*pnHelpContext*/) const {
-  platform::CopyErrorMessage(GetFormattedMessage(), lpszError, nMaxError);
+  kestrune::platform::CopyErrorMessage(GetFormattedMessage(), lpszError, nMaxError);
   return TRUE;
 }
 

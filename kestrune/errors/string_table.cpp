@@ -36,7 +36,7 @@ constexpr Text kTexts[] = {
 
 } // namespace
 
-const char *platform::FindStringResource(UINT id) {
+const char *kestrune::platform::FindStringResource(UINT id) {
   for (const Text &entry : kTexts) {
     if (entry.id == id)
       return entry.text;

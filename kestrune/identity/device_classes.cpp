@@ -44,9 +44,9 @@ long CTKDeviceClass::Load(MSXML::IXMLDOMElement *parent) {
   NumberMinor = 0;
   if (result < 0)
     return result;
-  platform::ScanDecimal(Number, NumberMajor); // stops at the dot
+  kestrune::platform::ScanDecimal(Number, NumberMajor); // stops at the dot
   if (const int dot = Number.Find('.'); dot >= 0)
-    platform::ScanDecimal(Number.Mid(dot + 1), NumberMinor);
+    kestrune::platform::ScanDecimal(Number.Mid(dot + 1), NumberMinor);
   return result;
 }
 

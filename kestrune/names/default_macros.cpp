@@ -60,7 +60,7 @@ public:
 CString CMacroString::GetKestruneFolder() const {
   CString folder = "C:\\Kestrune";
   ReadSetting(HKEY_LOCAL_MACHINE, "SOFTWARE\\Kestrune", "Kestrune Path", folder);
-  return platform::ToDrivePath(folder);
+  return kestrune::platform::ToDrivePath(folder);
 }
 
 void CMacroString::setUpIfEmpty() {

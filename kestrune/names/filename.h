@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 #include "kestrune/names/macro_string.h"
 
 /// A path name: a macro text that splits into parts, grows by parts, tells its form, acts on the file it names and

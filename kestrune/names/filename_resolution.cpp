@@ -12,7 +12,7 @@ namespace {
 
 /// A host path in drive form, and a network name in host style with `\\` in front; any other name stays as it is.
 CFilename DriveForm(const char *name) {
-  CString text = platform::ToDrivePath(name);
+  CString text = kestrune::platform::ToDrivePath(name);
   if (text.View().starts_with("//"))
     text = "\\\\" + text.Mid(2);
   return CFilename(text);

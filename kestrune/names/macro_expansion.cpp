@@ -69,10 +69,10 @@ private:
 /// The environment variable in the code page; empty when there is none. The host's own texts are UTF-8.
 std::string Variable(const CString &name) {
   std::string text;
-  const char *value = platform::TextToUtf8(name.View(), text) ? std::getenv(text.c_str()) : nullptr;
+  const char *value = kestrune::platform::TextToUtf8(name.View(), text) ? std::getenv(text.c_str()) : nullptr;
   if (value == nullptr)
     return {};
-  return platform::IsValidUtf8(value) ? platform::Utf8ToText(value) : value;
+  return kestrune::platform::IsValidUtf8(value) ? kestrune::platform::Utf8ToText(value) : value;
 }
 
 } // namespace

@@ -17,7 +17,9 @@ static_assert(std::is_nothrow_move_assignable_v<CMacroString::CMacro>);
 namespace {
 
 /// What most entries of a large table differ in: the last byte before the closing `$`, in lower case.
-char nearEnd(std::string_view name) { return name.size() < 2 ? '\0' : platform::AsciiLower(name[name.size() - 2]); }
+char nearEnd(std::string_view name) {
+  return name.size() < 2 ? '\0' : kestrune::platform::AsciiLower(name[name.size() - 2]);
+}
 
 } // namespace
 

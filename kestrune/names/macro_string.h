@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 #include "kestrune/names/mb_string.h"
 #include "kestrune/platform/c_array.h"
 

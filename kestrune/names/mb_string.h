@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 #include "kestrune/platform/c_string.h"
 
 /// A text in the multi-byte code page that can be walked and cut by whole characters. It adds no data to CString, and

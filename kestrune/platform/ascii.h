@@ -6,7 +6,7 @@
 
 // Case and white space of ASCII characters: the same in every locale, and blind to the bytes above.
 
-namespace platform {
+namespace kestrune::platform {
 
 constexpr char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 constexpr char AsciiUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; }
@@ -21,4 +21,4 @@ inline std::string AsciiLower(std::string_view text) {
   return lower;
 }
 
-} // namespace platform
+} // namespace kestrune::platform

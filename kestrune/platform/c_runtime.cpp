@@ -24,7 +24,7 @@ struct Integer {
 constexpr unsigned digitValue(char c) {
   if (c >= '0' && c <= '9')
     return static_cast<unsigned>(c - '0');
-  const char lower = platform::AsciiLower(c);
+  const char lower = kestrune::platform::AsciiLower(c);
   return lower >= 'a' && lower <= 'z' ? static_cast<unsigned>(lower - 'a') + 10 : kNoDigit;
 }
 
@@ -34,11 +34,12 @@ Integer readInteger(const char *text, char **end, int base) {
   Integer result;
   const char *p = text;
   const char *behind = text;
-  while (platform::IsAsciiSpace(*p))
+  while (kestrune::platform::IsAsciiSpace(*p))
     ++p;
   if (*p == '+' || *p == '-')
     result.negative = *p++ == '-';
-  if ((base == 0 || base == 16) && p[0] == '0' && platform::AsciiLower(p[1]) == 'x' && digitValue(p[2]) < 16) {
+  if ((base == 0 || base == 16) && p[0] == '0' && kestrune::platform::AsciiLower(p[1]) == 'x' &&
+      digitValue(p[2]) < 16) {
     p += 2;
     base = 16;
   }
@@ -54,7 +55,7 @@ Integer readInteger(const char *text, char **end, int base) {
 
 } // namespace
 
-namespace platform {
+namespace kestrune::platform {
 
 std::int32_t strtol(const char *text, char **end, int base) {
   const Integer number = readInteger(text, end, base);
@@ -91,7 +92,7 @@ void ScanHexadecimal(const char *text, int &value) {
     value = static_cast<int>(number);
 }
 
-} // namespace platform
+} // namespace kestrune::platform
 
 std::int64_t _time64(std::int64_t *time) {
   const std::int64_t now = std::time(nullptr);
@@ -118,5 +119,5 @@ unsigned _mbctoupper(unsigned character) {
 }
 
 int _ismbcspace(unsigned character) {
-  return character < 0x80 && platform::IsAsciiSpace(static_cast<char>(character)) ? 1 : 0;
+  return character < 0x80 && kestrune::platform::IsAsciiSpace(static_cast<char>(character)) ? 1 : 0;
 }

@@ -5,7 +5,7 @@
 // What the library takes from the C run time where the host's own would behave otherwise: numbers have 32 bits, as the
 // data does, and are read in the C locale whatever locale the program has set.
 
-namespace platform {
+namespace kestrune::platform {
 
 /// As the C functions, but on 32 bits: a text past the range gives the limit (2147483647, -2147483648, 4294967295),
 /// and a negative number wraps in `strtoul`. `end` may be null.
@@ -21,7 +21,7 @@ void ScanDecimal(const char *text, int &value);
 /// does not fit, is -1.
 void ScanHexadecimal(const char *text, int &value);
 
-} // namespace platform
+} // namespace kestrune::platform
 
 /// Seconds since 1970, UTC; also stored in `*time` unless that is null.
 std::int64_t _time64(std::int64_t *time);

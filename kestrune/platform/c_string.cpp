@@ -32,13 +32,13 @@ bool isTrailByte(std::string_view text, std::size_t position) {
 
 /// Whether an ending or a match at `position` is only half of a character.
 bool isHalf(std::string_view text, std::size_t position) {
-  return platform::IsDoubleByteCodePage() && isTrailByte(text, position);
+  return kestrune::platform::IsDoubleByteCodePage() && isTrailByte(text, position);
 }
 
 /// Calls `change` with each byte that is a character of its own.
 template <class Change>
 void forEachSingleByte(char *text, std::size_t size, Change change) {
-  const bool doubleByte = platform::IsDoubleByteCodePage();
+  const bool doubleByte = kestrune::platform::IsDoubleByteCodePage();
   for (std::size_t i = 0; i < size; ++i) {
     if (doubleByte && IsDBCSLeadByte(static_cast<unsigned char>(text[i])) != 0 && i + 1 < size)
       ++i;
@@ -53,7 +53,7 @@ using Room = std::uint32_t;
 } // namespace
 
 CString::CString(const wchar_t *text)
-    : CString(std::string_view(text != nullptr ? platform::WideToText(text) : std::string())) {}
+    : CString(std::string_view(text != nullptr ? kestrune::platform::WideToText(text) : std::string())) {}
 
 CString::CString(char character, int count)
     : CString(std::string_view(std::string(static_cast<std::size_t>(std::max(count, 0)), character))) {}
@@ -206,7 +206,9 @@ void CString::SetAt(int index, char character) {
 
 int CString::Compare(const char *other) const { return View().compare(orEmpty(other)); }
 
-int CString::CompareNoCase(const char *other) const { return platform::CompareNoCase(View(), orEmpty(other)); }
+int CString::CompareNoCase(const char *other) const {
+  return kestrune::platform::CompareNoCase(View(), orEmpty(other));
+}
 
 int CString::Find(char character, int start) const {
   const char text[] = {character, '\0'};
@@ -324,7 +326,7 @@ void CString::FormatV(const char *format, va_list arguments) {
 }
 
 bool CString::LoadString(UINT id) {
-  const char *const text = platform::FindStringResource(id);
+  const char *const text = kestrune::platform::FindStringResource(id);
   *this = text;
   return text != nullptr;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 #include "kestrune/platform/types.h"
 
 #include <compare>
@@ -153,10 +153,10 @@ private:
   alignas(8) char m_bytes[kInPlace + 1] = {'\0', 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, kInPlace};
 };
 
-namespace platform {
+namespace kestrune::platform {
 
 /// The text with that id in the string table of the library, or null. The platform only knows that there is a table;
 /// the library defines it.
 const char *FindStringResource(UINT id);
 
-} // namespace platform
+} // namespace kestrune::platform

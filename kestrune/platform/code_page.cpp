@@ -165,7 +165,7 @@ private:
   std::size_t m_oldest = 0;
 };
 
-constinit platform::Lasting<ConverterPool> thePool;
+constinit kestrune::platform::Lasting<ConverterPool> thePool;
 
 [[gnu::destructor]] void closeConverters() { thePool->clear(); }
 
@@ -192,13 +192,13 @@ std::string pageName(unsigned page) { return "CP" + std::to_string(page); }
 /// Everything here takes an ASCII byte for an ASCII character, so a page that uses them otherwise (EBCDIC, or one with
 /// a currency sign in place of the backslash) will not do.
 bool isUsable(unsigned page) {
-  if (page == platform::kUtf8)
+  if (page == kestrune::platform::kUtf8)
     return true;
   std::string ascii;
   for (char c = ' '; c <= '~'; ++c)
     ascii += c;
   std::string utf8;
-  return platform::ConvertEncoding(ascii, pageName(page).c_str(), "UTF-8", utf8) && utf8 == ascii;
+  return kestrune::platform::ConvertEncoding(ascii, pageName(page).c_str(), "UTF-8", utf8) && utf8 == ascii;
 }
 
 /// 0 until the first use.
@@ -207,24 +207,24 @@ std::atomic<unsigned> thePage = 0;
 unsigned pageFromEnvironment() {
   const char *text = std::getenv("KESTRUNE_CODE_PAGE");
   if (text == nullptr)
-    return platform::kUtf8;
+    return kestrune::platform::kUtf8;
   const char *end = text + std::strlen(text);
   unsigned page = 0;
   const auto [stop, error] = std::from_chars(text, end, page);
-  return error == std::errc() && stop == end && isUsable(page) ? page : platform::kUtf8;
+  return error == std::errc() && stop == end && isUsable(page) ? page : kestrune::platform::kUtf8;
 }
 
 /// The conversion between the page in force, which is not UTF-8, and UTF-8. A page that is in force has both.
 BorrowedConverter pageConverter(bool toUtf8) {
-  const std::string page = pageName(platform::GetCodePage());
+  const std::string page = pageName(kestrune::platform::GetCodePage());
   return toUtf8 ? findConverter(page, "UTF-8") : findConverter("UTF-8", page);
 }
 
-bool isUtf8Page() { return platform::GetCodePage() == platform::kUtf8; }
+bool isUtf8Page() { return kestrune::platform::GetCodePage() == kestrune::platform::kUtf8; }
 
 } // namespace
 
-namespace platform {
+namespace kestrune::platform {
 
 bool SetCodePage(unsigned codePage) {
   if (!isUsable(codePage))
@@ -349,7 +349,7 @@ bool ConvertEncoding(std::string_view input, const char *from, const char *to, s
   return converter != nullptr && converter->convert(input, output, {});
 }
 
-} // namespace platform
+} // namespace kestrune::platform
 
 char *CharNextA(const char *p) {
   std::size_t length = 0;
@@ -386,7 +386,7 @@ char *CharPrevA(const char *start, const char *p) {
 }
 
 int IsDBCSLeadByte(unsigned char byte) {
-  switch (platform::GetCodePage()) {
+  switch (kestrune::platform::GetCodePage()) {
   case 932:
     return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC) ? 1 : 0;
   case 936:

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 
 #include <string>
 #include <string_view>
 
 // The multi-byte code page in which every narrow text of the library is written, and what counts as a character in it.
 
-namespace platform {
+namespace kestrune::platform {
 
 constexpr unsigned kUtf8 = 65001;
 
@@ -51,7 +51,7 @@ std::string FoldCase(std::string_view text);
 /// Converts between two encodings that iconv knows. Returns false when the name is unknown or the input is not valid.
 bool ConvertEncoding(std::string_view input, const char *from, const char *to, std::string &output);
 
-} // namespace platform
+} // namespace kestrune::platform
 
 /// The character after the one at `p`; `p` itself at the terminator.
 KESTRUNE_API char *CharNextA(const char *p);

@@ -15,7 +15,7 @@ void CoUninitialize() {
     --initializations;
 }
 
-bool platform::ComInitialized() { return initializations > 0; }
+bool kestrune::platform::ComInitialized() { return initializations > 0; }
 
 _com_error::~_com_error() = default;
 
@@ -23,7 +23,7 @@ void _com_issue_error(HRESULT error) { throw _com_error(error); }
 
 std::wstring &_bstr_t::wide() const {
   if (!m_wide)
-    m_wide = platform::TextToWide(m_text.View());
+    m_wide = kestrune::platform::TextToWide(m_text.View());
   return *m_wide;
 }
 

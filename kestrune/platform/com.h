@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 #include "kestrune/platform/c_string.h"
 #include "kestrune/platform/types.h"
 
@@ -18,12 +18,12 @@ KESTRUNE_API HRESULT CoInitialize(void *reserved);
 /// Ends one CoInitialize of the calling thread.
 KESTRUNE_API void CoUninitialize();
 
-namespace platform {
+namespace kestrune::platform {
 
 /// Whether the calling thread has COM initialised.
 bool ComInitialized();
 
-} // namespace platform
+} // namespace kestrune::platform
 
 /// The failure of a COM call, thrown by value.
 class KESTRUNE_API _com_error {

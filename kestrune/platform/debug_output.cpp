@@ -9,7 +9,7 @@
 
 namespace {
 
-constinit platform::Lasting<platform::Hook<platform::DebugSink>> theSink;
+constinit kestrune::platform::Lasting<kestrune::platform::Hook<kestrune::platform::DebugSink>> theSink;
 
 [[gnu::destructor]] void releaseSink() { theSink->set(nullptr); }
 
@@ -20,13 +20,13 @@ bool standardErrorWanted() {
 
 } // namespace
 
-namespace platform {
+namespace kestrune::platform {
 
 void SetDebugSink(DebugSink sink) { theSink->set(std::move(sink)); }
 
 bool DebugOutputWanted() { return theSink->isSet() || standardErrorWanted(); }
 
-} // namespace platform
+} // namespace kestrune::platform
 
 void OutputDebugStringA(const char *text) {
   if (text == nullptr)

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 
 #include <functional>
 
-namespace platform {
+namespace kestrune::platform {
 
 using DebugSink = std::function<void(const char *text)>;
 
@@ -15,7 +15,7 @@ KESTRUNE_API void SetDebugSink(DebugSink sink);
 /// Whether anybody listens. A text is only composed when somebody does.
 bool DebugOutputWanted();
 
-} // namespace platform
+} // namespace kestrune::platform
 
 /// Writes `text` to the debug channel.
 KESTRUNE_API void OutputDebugStringA(const char *text);

@@ -80,7 +80,7 @@ public:
 
   /// 0 for A, or -1 for what is no letter.
   static int indexOf(char letter) {
-    const char upper = platform::AsciiUpper(letter);
+    const char upper = kestrune::platform::AsciiUpper(letter);
     return upper >= 'A' && upper <= 'Z' ? upper - 'A' : -1;
   }
 
@@ -186,10 +186,10 @@ std::string findEntry(const std::string &folder, const std::string &name) {
   const auto close = [](DIR *directory) { ::closedir(directory); };
   const std::unique_ptr<DIR, decltype(close)> directory(::opendir(folder.empty() ? "/" : folder.c_str()), close);
   std::string found;
-  const std::string wanted = platform::AsciiLower(name);
+  const std::string wanted = kestrune::platform::AsciiLower(name);
   while (const dirent *entry = directory != nullptr ? ::readdir(directory.get()) : nullptr) {
     const std::string_view candidate = entry->d_name;
-    if (candidate.size() == wanted.size() && platform::AsciiLower(candidate) == wanted &&
+    if (candidate.size() == wanted.size() && kestrune::platform::AsciiLower(candidate) == wanted &&
         (found.empty() || candidate < found))
       found = candidate;
   }
@@ -216,7 +216,7 @@ std::string resolve(const Parts &folder, const Parts &parts) {
 
 } // namespace
 
-namespace platform {
+namespace kestrune::platform {
 
 CString ToDrivePath(const char *name) {
   std::string utf8;
@@ -258,7 +258,7 @@ bool ToHostPath(const char *name, std::string &hostPath) {
   return true;
 }
 
-} // namespace platform
+} // namespace kestrune::platform
 
 int _getdrive() {
   const std::optional<Location> current = currentLocation();
@@ -273,7 +273,7 @@ char *_getdcwd(int drive, char *buffer, int size) {
     place = Location{drive - 1, {}};
   if (!place)
     return nullptr;
-  const std::string path = platform::Utf8ToText(place->text());
+  const std::string path = kestrune::platform::Utf8ToText(place->text());
   if (size < 0 || path.size() >= static_cast<std::size_t>(size))
     return nullptr;
   std::memcpy(buffer, path.c_str(), path.size() + 1);
@@ -284,7 +284,7 @@ DWORD GetCurrentDirectoryA(DWORD size, char *buffer) {
   const std::optional<Location> place = currentLocation();
   if (!place)
     return 0;
-  const std::string path = platform::Utf8ToText(place->text());
+  const std::string path = kestrune::platform::Utf8ToText(place->text());
   if (path.size() >= size || buffer == nullptr)
     return static_cast<DWORD>(path.size() + 1);
   std::memcpy(buffer, path.c_str(), path.size() + 1);

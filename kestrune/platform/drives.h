@@ -9,7 +9,7 @@
 // mapped elsewhere, Z: is always /, and KESTRUNE_DRIVES="D=/mnt/d;E=/srv/e" maps more. The variable is looked at on
 // each use, so a program may set it while it runs.
 
-namespace platform {
+namespace kestrune::platform {
 
 /// The drive form of a host path: a name that begins with exactly one `/` becomes the mapped drive whose folder is its
 /// longest prefix (C wins a tie), and the rest with `\`. Any other name comes back unchanged.
@@ -25,7 +25,7 @@ bool IsRelativeHostName(const char *name);
 /// an empty name.
 bool ToHostPath(const char *name, std::string &hostPath);
 
-} // namespace platform
+} // namespace kestrune::platform
 
 /// The number of the current drive, 1 for A: the mapped drive whose folder is the longest prefix of the current
 /// directory.

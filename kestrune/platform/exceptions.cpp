@@ -8,7 +8,7 @@
 #include <system_error>
 #include <utility>
 
-namespace platform {
+namespace kestrune::platform {
 
 void CopyErrorMessage(const char *message, char *buffer, UINT size) {
   if (buffer == nullptr || size == 0)
@@ -25,7 +25,7 @@ void CopyErrorMessage(const char *message, char *buffer, UINT size) {
   buffer[length] = '\0';
 }
 
-} // namespace platform
+} // namespace kestrune::platform
 
 CRuntimeClass *CObject::GetRuntimeClass() const { return nullptr; }
 CObject::~CObject() = default;
@@ -41,7 +41,7 @@ void CException::Delete() {
 }
 
 BOOL CException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT /*pnHelpContext*/) const {
-  platform::CopyErrorMessage("", lpszError, nMaxError);
+  kestrune::platform::CopyErrorMessage("", lpszError, nMaxError);
   return FALSE;
 }
 
@@ -63,14 +63,14 @@ CFileException::~CFileException() = default;
 
 BOOL CFileException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT /*pnHelpContext*/) const {
   const std::string reason = std::generic_category().message(static_cast<int>(m_lOsError));
-  platform::CopyErrorMessage(m_strFileName + ": " + reason.c_str(), lpszError, nMaxError);
+  kestrune::platform::CopyErrorMessage(m_strFileName + ": " + reason.c_str(), lpszError, nMaxError);
   return TRUE;
 }
 
 CInvalidArgException::~CInvalidArgException() = default;
 
 BOOL CInvalidArgException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT /*pnHelpContext*/) const {
-  platform::CopyErrorMessage("Invalid argument", lpszError, nMaxError);
+  kestrune::platform::CopyErrorMessage("Invalid argument", lpszError, nMaxError);
   return TRUE;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 #include "kestrune/platform/c_string.h"
 #include "kestrune/platform/types.h"
 
@@ -87,10 +87,10 @@ public:
 /// Throws a CInvalidArgException*.
 [[noreturn]] KESTRUNE_API void AfxThrowInvalidArgException();
 
-namespace platform {
+namespace kestrune::platform {
 
 /// Copies `message` into a buffer of `size` bytes, cut to fit with its terminator. A buffer of no bytes stays
 /// untouched.
 void CopyErrorMessage(const char *message, char *buffer, UINT size);
 
-} // namespace platform
+} // namespace kestrune::platform

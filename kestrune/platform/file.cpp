@@ -66,14 +66,14 @@ int causeOf(int error) {
 /// The host path, or a thrown failure.
 std::string hostPathOf(const char *name) {
   std::string path;
-  if (!platform::ToHostPath(name, path))
+  if (!kestrune::platform::ToHostPath(name, path))
     throw new CFileException(CFileException::badPath, ENOENT, name);
   return path;
 }
 
 /// The status of what `name` leads to in the end.
 bool readStatus(const char *name, std::string &path, struct stat &status) {
-  return platform::ToHostPath(name, path) && ::stat(path.c_str(), &status) == 0;
+  return kestrune::platform::ToHostPath(name, path) && ::stat(path.c_str(), &status) == 0;
 }
 
 bool isReadOnly(const struct stat &status) { return (status.st_mode & kWriteBits) == 0; }
@@ -218,7 +218,7 @@ int overwrite(const WritableFile &file, const std::vector<std::string_view> &blo
 /// The last component of a name, as it is written.
 std::string lastComponent(const char *name) {
   std::string utf8;
-  if (!platform::TextToUtf8(name, utf8))
+  if (!kestrune::platform::TextToUtf8(name, utf8))
     return {};
   utf8.erase(utf8.find_last_not_of("/\\") + 1);
   return utf8.substr(utf8.find_last_of("/\\:") + 1);
@@ -242,7 +242,7 @@ DWORD GetShortPathNameA(const char * /*name*/, char * /*buffer*/, DWORD /*size*/
 
 int _mkdir(const char *name) {
   std::string path;
-  return platform::ToHostPath(name, path) ? ::mkdir(path.c_str(), 0777) : -1;
+  return kestrune::platform::ToHostPath(name, path) ? ::mkdir(path.c_str(), 0777) : -1;
 }
 
 CFile::~CFile() {
@@ -252,7 +252,7 @@ CFile::~CFile() {
 
 bool CFile::Open(const char *name, unsigned flags) {
   std::string path;
-  if (m_handle != -1 || !platform::ToHostPath(name, path))
+  if (m_handle != -1 || !kestrune::platform::ToHostPath(name, path))
     return false;
   const bool exclusive = (flags & shareDenyWrite) != 0;
   if ((flags & modeWrite) != 0) {
@@ -351,7 +351,7 @@ void CFile::Rename(const char *oldName, const char *newName) {
     // The file itself: it takes its own name as it is written now.
     const std::size_t start = newPath.rfind('/') + 1;
     const std::string written = lastComponent(newName);
-    if (platform::AsciiLower(written) == platform::AsciiLower(newPath.substr(start)))
+    if (kestrune::platform::AsciiLower(written) == kestrune::platform::AsciiLower(newPath.substr(start)))
       newPath.replace(start, std::string::npos, written);
   } else if (::lstat(newPath.c_str(), &status) == 0) {
     fail(EEXIST, newName);
@@ -365,7 +365,7 @@ void CFile::Remove(const char *name) {
     fail(errno, name);
 }
 
-namespace platform {
+namespace kestrune::platform {
 
 int WriteFileInPlace(const char *name, const std::vector<std::string_view> &blocks) {
   std::string path;
@@ -384,4 +384,4 @@ int WriteFileInPlace(const char *name, const std::vector<std::string_view> &bloc
   return error;
 }
 
-} // namespace platform
+} // namespace kestrune::platform

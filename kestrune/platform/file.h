@@ -74,7 +74,7 @@ private:
   CString m_name;
 };
 
-namespace platform {
+namespace kestrune::platform {
 
 /// Writes the file in place so that links, owner and mode stay: where it must grow, the room is reserved before the
 /// first old byte is overwritten, and it is cut to its new length after the last is written. So a full disk, a limit on
@@ -82,4 +82,4 @@ namespace platform {
 /// removed. Returns 0, or the host's error number.
 int WriteFileInPlace(const char *name, const std::vector<std::string_view> &blocks);
 
-} // namespace platform
+} // namespace kestrune::platform

@@ -4,7 +4,7 @@
 #include <memory>
 #include <mutex>
 
-namespace platform {
+namespace kestrune::platform {
 
 /// A function that the program may set, exchange and take away at any time, from any thread. Whoever calls it holds it
 /// for the call, so it may even exchange itself.
@@ -35,4 +35,4 @@ private:
   std::atomic<bool> m_isSet = false;
 };
 
-} // namespace platform
+} // namespace kestrune::platform

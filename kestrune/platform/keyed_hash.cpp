@@ -55,7 +55,7 @@ struct State {
 
 } // namespace
 
-std::uint64_t platform::KeyedHash(std::string_view text) noexcept {
+std::uint64_t kestrune::platform::KeyedHash(std::string_view text) noexcept {
   const Key &key = theKey();
   State state{key.low ^ 0x736F6D6570736575, key.high ^ 0x646F72616E646F6D, key.low ^ 0x6C7967656E657261,
               key.high ^ 0x7465646279746573};

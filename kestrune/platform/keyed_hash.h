@@ -7,7 +7,7 @@
 // A hash whose collisions nobody can prepare. Names and keys come from files, and whoever makes a file must not be able
 // to choose them so that a search walks over all of them.
 
-namespace platform {
+namespace kestrune::platform {
 
 /// SipHash-1-3 of `text` under a random key that the process draws at the first call.
 std::uint64_t KeyedHash(std::string_view text) noexcept;
@@ -18,4 +18,4 @@ struct KeyedTextHash {
   std::size_t operator()(std::string_view text) const noexcept { return KeyedHash(text); }
 };
 
-} // namespace platform
+} // namespace kestrune::platform

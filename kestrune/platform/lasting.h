@@ -1,6 +1,6 @@
 #pragma once
 
-namespace platform {
+namespace kestrune::platform {
 
 /// An object of the process that no destructor ends. Exit handlers, destructors of static objects and threads that
 /// still run may call the library for as long as it is loaded. What the object holds is given back by a function with
@@ -21,4 +21,4 @@ private:
   };
 };
 
-} // namespace platform
+} // namespace kestrune::platform

@@ -63,9 +63,9 @@ int ask(std::span<const Button> buttons, const Button &preset) {
     std::fprintf(stderr, "? [%s] ", preset.name);
     if (!readLine(line))
       return preset.id;
-    const std::string answer = platform::AsciiLower(line);
+    const std::string answer = kestrune::platform::AsciiLower(line);
     for (const Button &button : buttons)
-      if (!answer.empty() && platform::AsciiLower(button.name).starts_with(answer))
+      if (!answer.empty() && kestrune::platform::AsciiLower(button.name).starts_with(answer))
         return button.id;
   } while (!line.empty());
   return preset.id;
@@ -81,17 +81,17 @@ int showByDefault(const char *text, UINT nType) {
   return ask(buttons, preset);
 }
 
-constinit platform::Lasting<platform::Hook<platform::MessageBoxHandler>> theHandler;
+constinit kestrune::platform::Lasting<kestrune::platform::Hook<kestrune::platform::MessageBoxHandler>> theHandler;
 
 [[gnu::destructor]] void releaseHandler() { theHandler->set(nullptr); }
 
 } // namespace
 
-namespace platform {
+namespace kestrune::platform {
 
 void SetMessageBoxHandler(MessageBoxHandler handler) { theHandler->set(std::move(handler)); }
 
-} // namespace platform
+} // namespace kestrune::platform
 
 int AfxMessageBox(const char *text, UINT nType, UINT nIDHelp) {
   if (text == nullptr)

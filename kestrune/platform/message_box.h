@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 #include "kestrune/platform/types.h"
 
 #include <functional>
@@ -24,7 +24,7 @@ constexpr int IDIGNORE = 5;
 constexpr int IDYES = 6;
 constexpr int IDNO = 7;
 
-namespace platform {
+namespace kestrune::platform {
 
 using MessageBoxHandler = std::function<int(const char *text, UINT nType, UINT nIDHelp)>;
 
@@ -33,7 +33,7 @@ using MessageBoxHandler = std::function<int(const char *text, UINT nType, UINT n
 /// the default button.
 KESTRUNE_API void SetMessageBoxHandler(MessageBoxHandler handler);
 
-} // namespace platform
+} // namespace kestrune::platform
 
 /// Shows `text` and returns the id of the chosen button.
 KESTRUNE_API int AfxMessageBox(const char *text, UINT nType = MB_OK, UINT nIDHelp = 0);

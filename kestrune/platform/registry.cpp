@@ -28,9 +28,9 @@ RegistryKey localMachine;
 RegistryKey currentUser;
 
 std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && platform::IsAsciiSpace(text.front()))
+  while (!text.empty() && kestrune::platform::IsAsciiSpace(text.front()))
     text.remove_prefix(1);
-  while (!text.empty() && platform::IsAsciiSpace(text.back()))
+  while (!text.empty() && kestrune::platform::IsAsciiSpace(text.back()))
     text.remove_suffix(1);
   return text;
 }
@@ -64,7 +64,7 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
     }
     wide += static_cast<wchar_t>(character);
   }
-  return platform::WideToUtf8(wide);
+  return kestrune::platform::WideToUtf8(wide);
 }
 
 /// The lines of an export, in UTF-8 whatever the file is in, without their ends. An export of a whole machine is large,
@@ -117,9 +117,10 @@ private:
   /// Without a mark, UTF-8 is recognised by its form, but in the older format only the code page counts.
   void convert(std::string_view raw, std::string &line) const {
     line = raw;
-    if (!m_isMarked && (m_isVersion4 || !platform::IsValidUtf8(raw)) && !platform::TextToUtf8(raw, line))
+    if (!m_isMarked && (m_isVersion4 || !kestrune::platform::IsValidUtf8(raw)) &&
+        !kestrune::platform::TextToUtf8(raw, line))
       line.clear();
-    if (!platform::IsValidUtf8(line))
+    if (!kestrune::platform::IsValidUtf8(line))
       line.clear();
   }
 
@@ -193,7 +194,7 @@ private:
       end = line.find(']', end + 1);
     if (end == std::string_view::npos)
       return;
-    std::string path = platform::AsciiLower(line.substr(1, end - 1));
+    std::string path = kestrune::platform::AsciiLower(line.substr(1, end - 1));
     const bool removed = path.starts_with('-');
     path.erase(0, removed ? 1 : 0);
     for (Candidate &candidate : m_candidates) {
@@ -222,14 +223,14 @@ private:
       return;
     rest = trimmed(rest.substr(1));
     auto &values = m_current->key.values;
-    const std::string key = platform::AsciiLower(name);
+    const std::string key = kestrune::platform::AsciiLower(name);
     std::string text;
     if (rest.starts_with('-') && isBlankOrComment(rest.substr(1))) {
       values.erase(key);
     } else if (rest.starts_with('"')) {
       if (takeQuoted(rest, text) && isBlankOrComment(rest))
-        values[key] = upToZero(platform::Utf8ToText(text));
-    } else if (rest = text = platform::AsciiLower(rest); rest.starts_with("dword:")) {
+        values[key] = upToZero(kestrune::platform::Utf8ToText(text));
+    } else if (rest = text = kestrune::platform::AsciiLower(rest); rest.starts_with("dword:")) {
       values[key] = std::nullopt;
     } else if (rest.starts_with("hex")) {
       readHexValue(text, values[key]);
@@ -250,7 +251,7 @@ private:
       return;
     const bool isText = type == "(1)" || type == "(2)" || type == "(7)";
     if (isText && !m_lines.isVersion4())
-      value = platform::Utf8ToText(upToZero(fromUtf16(*bytes, false)));
+      value = kestrune::platform::Utf8ToText(upToZero(fromUtf16(*bytes, false)));
     else if (isText || type.empty() || type == "(0)" || type == "(3)")
       value = upToZero(*bytes);
     else
@@ -302,9 +303,9 @@ std::string readFile(const std::filesystem::path &path) {
 
 std::unique_ptr<OpenKey> openKey(HKEY root, const char *subKey) {
   std::string path;
-  if (!platform::TextToUtf8(subKey, path))
+  if (!kestrune::platform::TextToUtf8(subKey, path))
     return nullptr;
-  path = platform::AsciiLower(path);
+  path = kestrune::platform::AsciiLower(path);
   const std::string rootName = root == HKEY_LOCAL_MACHINE ? "hkey_local_machine\\" : "hkey_current_user\\";
   std::vector<Candidate> candidates = {{rootName + path}};
   constexpr std::string_view kSoftware = "software\\";
@@ -336,10 +337,10 @@ long RegQueryValueExA(HKEY key, const char *name, DWORD * /*reserved*/, DWORD * 
   if (key == nullptr)
     return ERROR_INVALID_HANDLE;
   std::string wanted;
-  if (isRoot(key) || (name != nullptr && !platform::TextToUtf8(name, wanted)))
+  if (isRoot(key) || (name != nullptr && !kestrune::platform::TextToUtf8(name, wanted)))
     return ERROR_FILE_NOT_FOUND;
   const auto &values = static_cast<const OpenKey *>(key)->values;
-  const auto found = values.find(platform::AsciiLower(wanted));
+  const auto found = values.find(kestrune::platform::AsciiLower(wanted));
   if (found == values.end() || !found->second)
     return ERROR_FILE_NOT_FOUND;
   const std::string &text = *found->second;

@@ -3,11 +3,11 @@
 #include "kestrune/platform/drives.h"
 
 CFilename CompanionName(const char *name) {
-  const CString given = platform::ToDrivePath(name);
+  const CString given = kestrune::platform::ToDrivePath(name);
   CFilename result(given);
   if (given.Find('/') >= 0 && given.Find('\\') < 0)
     result = given; // brings it into its normal form
-  if (platform::IsRelativeHostName(name))
+  if (kestrune::platform::IsRelativeHostName(name))
     result.GetAbsolute(result, nullptr);
   return result;
 }

@@ -19,11 +19,11 @@ auto ParseAll(const char *text, Convert convert) {
 } // namespace
 
 std::int32_t ParseInt(const char *text, int base) {
-  return ParseAll(text, [base](const char *from, char **end) { return platform::strtol(from, end, base); });
+  return ParseAll(text, [base](const char *from, char **end) { return kestrune::platform::strtol(from, end, base); });
 }
 
 std::uint32_t ParseUnsigned(const char *text, int base) {
-  return ParseAll(text, [base](const char *from, char **end) { return platform::strtoul(from, end, base); });
+  return ParseAll(text, [base](const char *from, char **end) { return kestrune::platform::strtoul(from, end, base); });
 }
 
-double ParseDouble(const char *text) { return ParseAll(text, platform::strtod); }
+double ParseDouble(const char *text) { return ParseAll(text, kestrune::platform::strtod); }

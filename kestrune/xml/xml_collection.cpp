@@ -20,9 +20,9 @@ public:
   CXMLFolder *find(const Items &items, const char *key) {
     for (; m_known < m_settled; ++m_known) {
       CXMLFolder *const item = items[m_known].get();
-      m_byKey.emplace(platform::FoldCase(item->Key().View()), item);
+      m_byKey.emplace(kestrune::platform::FoldCase(item->Key().View()), item);
     }
-    const auto known = m_byKey.find(platform::FoldCase(key));
+    const auto known = m_byKey.find(kestrune::platform::FoldCase(key));
     if (known == m_byKey.end())
       return firstOf(items.begin() + static_cast<std::ptrdiff_t>(m_settled), items.end(), key);
     // A key that somebody has changed since through the item's pointer counts as it is now.
@@ -46,7 +46,7 @@ public:
 private:
   static bool hasKey(const CXMLFolder &item, const char *key) { return item.Key().CompareNoCase(key) == 0; }
 
-  std::unordered_map<std::string, CXMLFolder *, platform::KeyedTextHash, std::equal_to<>> m_byKey;
+  std::unordered_map<std::string, CXMLFolder *, kestrune::platform::KeyedTextHash, std::equal_to<>> m_byKey;
   std::size_t m_known = 0;   // how many items are in the map
   std::size_t m_settled = 0; // how many may be
 };
@@ -164,8 +164,8 @@ long CXMLCollectionFolder::Load(MSXML::IXMLDOMElement *parent) {
     const long status = item != nullptr ? item->Load(element) : KRX_E_DUPLICATE_KEY;
     if (status < 0 && result == S_OK) {
       result = status;
-      traceMessage("non-S_OK HRESULT =  0x%X while adding item '%s' to collection\n", platform::ResultBits(status),
-                   static_cast<const char *>(key));
+      traceMessage("non-S_OK HRESULT =  0x%X while adding item '%s' to collection\n",
+                   kestrune::platform::ResultBits(status), static_cast<const char *>(key));
     }
   }
   return result;

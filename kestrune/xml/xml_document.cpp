@@ -38,7 +38,7 @@ void CXMLContents::pushMembers() { Members::push(*this); }
 unsigned int CXMLContents::getUpgradeStatus() {
   const char *const text = UpgradeStatus;
   char *end = nullptr;
-  const unsigned int status = platform::strtoul(text, &end, 0);
+  const unsigned int status = kestrune::platform::strtoul(text, &end, 0);
   if (*end != '\0')
     throw new CKRXException(IDS_NON_NUMERIC, "UpgradeStatus");
   return status;

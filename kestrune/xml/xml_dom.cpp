@@ -13,7 +13,7 @@ std::string_view orEmpty(const char *text) { return text != nullptr ? std::strin
 
 /// Tells the debug channel that `parent` lacks `name`. Missing members are common: without a listener it costs nothing.
 void reportMissing(const char *message, const IXMLDOMElementPtr &parent, const char *separator, const char *name) {
-  if (!platform::DebugOutputWanted())
+  if (!kestrune::platform::DebugOutputWanted())
     return;
   const CString tag = parent != nullptr ? parent->GettagName() : CString();
   OutputDebugStringA(CString(message) + tag + separator + name + "\n");
@@ -86,7 +86,7 @@ IXMLDOMElementPtr getElementByName(MSXML::IXMLDOMElement *parent, const char *na
 void insertTabs(MSXML::IXMLDOMNode *node, int count) {
   const IXMLDOMNodePtr owner(node);
   std::string buffer;
-  const std::string_view layout = platform::LayoutText(static_cast<std::size_t>(std::max(count, 0)), buffer);
+  const std::string_view layout = kestrune::dom::LayoutText(static_cast<std::size_t>(std::max(count, 0)), buffer);
   owner->appendChild(owner->GetownerDocument()->createTextNode(layout));
 }
 
@@ -100,13 +100,13 @@ CString IntToHexStrNoX(int value) { return formatted("%02X", value); }
 
 CString HexStrToIntStr(const CString &text) {
   int value = 0;
-  platform::ScanHexadecimal(text, value);
+  kestrune::platform::ScanHexadecimal(text, value);
   return IntToCString(value);
 }
 
 CString IntStrToHexStr(const CString &text) {
   int value = 0;
-  platform::ScanDecimal(text, value);
+  kestrune::platform::ScanDecimal(text, value);
   return IntToHexStr(value);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/dom/dom.h"
+#include "kestrune/export.h"
 #include "kestrune/platform/c_string.h"
-#include "kestrune/platform/dom.h"
 
 // The functions between the persistent classes and the XML tree, and the text conversions that programs use beside
 // them. All of them are stateless.

@@ -11,7 +11,7 @@ namespace {
 /// part: a name that cannot be resolved shows as an empty path.
 CFilename resolve(const CString &name, const char *base) {
   CFilename file;
-  file = platform::ToDrivePath(name);
+  file = kestrune::platform::ToDrivePath(name);
   CFilename resolved;
   file.GetAbsolute(resolved, base);
   return resolved;
@@ -19,10 +19,10 @@ CFilename resolve(const CString &name, const char *base) {
 
 /// Sends a text about a COM failure, with its code and description, to the debug channel.
 void reportFailure(const char *format, const char *subject, const _com_error &error, const char *end) {
-  if (!platform::DebugOutputWanted())
+  if (!kestrune::platform::DebugOutputWanted())
     return;
   CString text;
-  text.Format(format, subject, platform::ResultBits(error.Error()));
+  text.Format(format, subject, kestrune::platform::ResultBits(error.Error()));
   OutputDebugStringA(text + error.Description() + end);
 }
 
@@ -76,7 +76,7 @@ long CXMLFolder::LoadFromXMLFile(const char *path) {
     const CString found = root->GettagName();
     if (found.CompareNoCase(m_tag) != 0) {
       traceMessage("non-S_OK HRESULT =  0x%X while loading.  Expected tag: %s , found tag: %s ",
-                   platform::ResultBits(KRX_E_WRONG_ROOT_TAG), static_cast<const char *>(m_tag),
+                   kestrune::platform::ResultBits(KRX_E_WRONG_ROOT_TAG), static_cast<const char *>(m_tag),
                    static_cast<const char *>(found));
       return KRX_E_WRONG_ROOT_TAG;
     }

@@ -95,7 +95,7 @@ CXMLPersistent &CXMLPersistent::operator=(const CXMLPersistent &rhs) {
 CXMLPersistent::operator int() {
   char *end = nullptr;
   const char *const text = *this;
-  const int value = platform::strtol(text, &end, 0);
+  const int value = kestrune::platform::strtol(text, &end, 0);
   if (*end != '\0')
     throwBadValue();
   return value;
@@ -227,7 +227,7 @@ CXMLHexElement &CXMLHexElement::operator=(const char *text) {
   CString copy(text);
   if (copy == "0")
     copy = "0x0";
-  if (copy.Find("0x") < 0 && platform::DebugOutputWanted()) {
+  if (copy.Find("0x") < 0 && kestrune::platform::DebugOutputWanted()) {
     CString warning;
     warning.Format("KO. CXMLHexElement. You must prefix hex values with 0x, you tried: %s\n",
                    text != nullptr ? text : "");

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kestrune/errors/result_codes.h"
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 #include "kestrune/platform/c_string.h"
 #include "kestrune/xml/xml_dom.h"
 

@@ -114,7 +114,7 @@ std::string outcome(Document &document, Models Document::*models, const char *na
   document.PutModified(0);
   std::ostringstream text;
   if (const long result = document.LoadFromFile(name); result != S_OK)
-    text << std::hex << platform::ResultBits(result) << ": ";
+    text << std::hex << kestrune::platform::ResultBits(result) << ": ";
   for (int i = 0; i < (document.*models).Count(); ++i)
     text << (i > 0 ? " " : "") << (document.*models)[i]->Name.View();
   text << (document.GetModified() != 0 ? ", modified" : "");

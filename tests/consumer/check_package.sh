@@ -61,7 +61,7 @@ grep -rlE '#include *(<expat|<unistd|<sys/|<fcntl|<windows)' "$prefix/include" &
 
 (cd "$build" && cpack -B "$work/deb" >/dev/null)
 contents=$(dpkg-deb --contents "$work"/deb/kestrune-xml_*.deb)
-for file in ./usr/lib/libKestruneXML-4.so.4.0.0 ./usr/lib/libKestruneXML-4.so ./usr/include/kestrune/library/kestrune_xml.h \
+for file in ./usr/lib/libKestruneXML-4.so.4.0.0 ./usr/lib/libKestruneXML-4.so ./usr/include/kestrune/kestrune_xml.h \
             ./usr/lib/cmake/KestruneXML/KestruneXMLConfig.cmake ./usr/lib/pkgconfig/KestruneXML-4.pc ./usr/bin/kestrune-data; do
   grep -qF " $file" <<<"$contents" || fail "the Debian package lacks $file"
 done

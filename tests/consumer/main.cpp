@@ -1,6 +1,6 @@
 #include <cstdio>
 #include <cstdlib>
-#include <kestrune/library/kestrune_xml.h>
+#include <kestrune/kestrune_xml.h>
 
 // A program as a user of the installed library writes it: it reads the chip data file that its argument names, and
 // meets the exceptions that leave the library under each of their types.

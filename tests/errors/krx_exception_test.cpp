@@ -110,7 +110,7 @@ TEST(KrxException, IsCaughtAsEveryBaseAndReportsItself) {
     delete object;
   }
   std::string shown;
-  platform::SetMessageBoxHandler([&](const char *text, UINT type, UINT help) {
+  kestrune::platform::SetMessageBoxHandler([&](const char *text, UINT type, UINT help) {
     shown = text + std::string("|") + std::to_string(type) + "|" + std::to_string(help);
     return IDNO;
   });
@@ -118,7 +118,7 @@ TEST(KrxException, IsCaughtAsEveryBaseAndReportsItself) {
   EXPECT_EQ(shown, "Unexpected data [KRX]|4|0");
   AfxMessageBox("text", 40, 2);
   EXPECT_EQ(shown, "text|40|2");
-  platform::SetMessageBoxHandler({});
+  kestrune::platform::SetMessageBoxHandler({});
 }
 
 } // namespace

@@ -12,13 +12,13 @@ std::string bytes(const CString &text) { return std::string(text.View()); }
 
 TEST(CodePageTest, OnlyPagesThatKeepAsciiAreTaken) {
   for (const unsigned page : {932U, 936U, 949U, 950U, 1252U, 1251U, 65001U}) {
-    EXPECT_TRUE(platform::SetCodePage(page)) << page;
-    EXPECT_EQ(platform::GetCodePage(), page);
+    EXPECT_TRUE(kestrune::platform::SetCodePage(page)) << page;
+    EXPECT_EQ(kestrune::platform::GetCodePage(), page);
   }
   // Not there, EBCDIC, and a won sign in the place of the backslash.
   for (const unsigned page : {0U, 3U, 99999U, 4294967295U, 37U, 930U, 1361U})
-    EXPECT_FALSE(platform::SetCodePage(page)) << page;
-  EXPECT_EQ(platform::GetCodePage(), platform::kUtf8);
+    EXPECT_FALSE(kestrune::platform::SetCodePage(page)) << page;
+  EXPECT_EQ(kestrune::platform::GetCodePage(), kestrune::platform::kUtf8);
 }
 
 TEST(CodePageDeathTest, TheEnvironmentChoosesThePageOfAProcess) {
@@ -27,7 +27,7 @@ TEST(CodePageDeathTest, TheEnvironmentChoosesThePageOfAProcess) {
                                                     {"932x", 65001}, {"99999", 65001}, {"-932", 65001}};
   for (const auto &[value, page] : rows) {
     const support::Environment variable("KESTRUNE_CODE_PAGE", value);
-    EXPECT_EXIT(std::exit(platform::GetCodePage() == page ? 0 : 1), testing::ExitedWithCode(0), "") << value;
+    EXPECT_EXIT(std::exit(kestrune::platform::GetCodePage() == page ? 0 : 1), testing::ExitedWithCode(0), "") << value;
   }
 }
 

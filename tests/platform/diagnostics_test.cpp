@@ -78,10 +78,10 @@ TEST(DebugOutputTest, GoesToTheSinkOrOnDemandToStandardError) {
     OutputDebugStringA(text);
     return testing::internal::GetCapturedStderr();
   };
-  platform::SetDebugSink([&](const char *text) {
+  kestrune::platform::SetDebugSink([&](const char *text) {
     heard += text;
     if (heard.size() > 3)
-      platform::SetDebugSink(nullptr); // also from inside
+      kestrune::platform::SetDebugSink(nullptr); // also from inside
   });
   EXPECT_EQ(standardError("one", "1"), "");
   EXPECT_EQ(standardError("two", nullptr), "");

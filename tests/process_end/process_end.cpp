@@ -1,7 +1,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <kestrune/library/kestrune_xml.h>
+#include <kestrune/kestrune_xml.h>
 #include <string>
 #include <thread>
 
@@ -64,10 +64,10 @@ int main(int argc, char **argv) {
   const std::string folder = std::filesystem::absolute(argv[1]).string();
   std::filesystem::create_directories(folder);
   ::setenv("KESTRUNE_DRIVES", ("E=/no/such/folder/of/some/length;D=" + folder).c_str(), 1);
-  demand(platform::SetCodePage(1252), "main", "the code page");
+  demand(kestrune::platform::SetCodePage(1252), "main", "the code page");
   for (int i = 0; i < 100; ++i)
     CMacroString().AddMacro(("$N" + std::to_string(i) + "$").c_str(), "D:");
-  platform::SetDebugSink([](const char *text) { std::printf("%s\n", text); });
+  kestrune::platform::SetDebugSink([](const char *text) { std::printf("%s\n", text); });
   std::atexit([] { AtEnd("exit handler", "e.xml").work(); });
   inStatic.work();
   std::thread(inThread).join();

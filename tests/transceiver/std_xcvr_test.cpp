@@ -69,8 +69,8 @@ TEST_F(StdXcvr3, Merge) {
       write(folder / "d/x/UserXcvr.xml", row.user);
     CStdXcvr3 document;
     CString result;
-    const std::string message =
-        support::thrownMessage([&] { result.Format("%X", platform::ResultBits(document.LoadFromFile(kFile))); });
+    const std::string message = support::thrownMessage(
+        [&] { result.Format("%X", kestrune::platform::ResultBits(document.LoadFromFile(kFile))); });
     EXPECT_TRUE(message.empty() ? result == row.result : message.find(row.result) != std::string::npos)
         << result << message;
     EXPECT_EQ(keys(document.Transceivers3), row.items);

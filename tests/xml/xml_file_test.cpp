@@ -174,11 +174,11 @@ TEST_F(XmlFile, FailuresInsideAreCodesAndExceptionsPassThrough) {
   EXPECT_STREQ(folder.Name, "n");
   folder.failTree = true;
   std::string told;
-  platform::SetDebugSink([&](const char *text) { told += text; });
+  kestrune::platform::SetDebugSink([&](const char *text) { told += text; });
   EXPECT_EQ(folder.LoadFromFile(path.c_str(), nullptr), KRX_E_LOAD_EXCEPTION);
   const std::size_t loadEnd = told.size();
   EXPECT_EQ(folder.SaveToFile(path.c_str(), nullptr, true), KRX_E_SAVE_FAILED);
-  platform::SetDebugSink({});
+  kestrune::platform::SetDebugSink({});
   EXPECT_NE(
       told.find("CXMLFolder::Load.  Warning: HRESULT not S_OK found while loading XML: Item\t: HRESULT: 0x80004005, "
                 "the tree is torn"),

@@ -135,13 +135,13 @@ TEST(XmlFolder, CopyTakesTextsAndNoFileName) {
 
 TEST(XmlFolder, DebugChannelTellsWhatIsMissing) {
   std::string told;
-  platform::SetDebugSink([&](const char *text) { told += text; });
+  kestrune::platform::SetDebugSink([&](const char *text) { told += text; });
   Attribute attribute("A");
   Element element("E");
   Group inner("In", {});
   Group group("R", {&attribute, &element, &inner});
   load(group, "<R/>");
-  platform::SetDebugSink({});
+  kestrune::platform::SetDebugSink({});
   EXPECT_EQ(told, "getAttributeValue.  Failed to find R.A\ngetElementValue.  Failed to find R.E\n"
                   "getElementByName. Failed to find R/In\n");
 }

@@ -124,11 +124,11 @@ static_assert(LetsInitOut<CXMLFolder>);
 
 TEST(XmlPersistent, HexWarningGoesToTheDebugChannel) {
   std::string told;
-  platform::SetDebugSink([&](const char *text) { told += text; });
+  kestrune::platform::SetDebugSink([&](const char *text) { told += text; });
   CXMLHexElement value;
   for (const char *text : {"0x12", "0", "0X12", "255"})
     value = text;
-  platform::SetDebugSink({});
+  kestrune::platform::SetDebugSink({});
   EXPECT_EQ(told, "KO. CXMLHexElement. You must prefix hex values with 0x, you tried: 0X12\n"
                   "KO. CXMLHexElement. You must prefix hex values with 0x, you tried: 255\n");
 }

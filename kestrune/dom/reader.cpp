@@ -1,6 +1,6 @@
+#include "kestrune/dom/dom.h"
+#include "kestrune/dom/tree.h"
 #include "kestrune/platform/code_page.h"
-#include "kestrune/platform/dom.h"
-#include "kestrune/platform/dom_tree.h"
 #include "kestrune/platform/drives.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace platform {
+namespace kestrune::dom {
 
 namespace {
 
@@ -73,7 +73,7 @@ std::string iconvName(const std::string &declared) {
   static constexpr const char *kWindowsNames[][2] = {
       {"Shift_JIS", "CP932"}, {"GB2312", "CP936"}, {"EUC-KR", "CP949"}, {"Big5", "CP950"}};
   for (const auto &[name, page] : kWindowsNames) {
-    if (CompareNoCase(declared, name) == 0)
+    if (platform::CompareNoCase(declared, name) == 0)
       return page;
   }
   return declared;
@@ -82,9 +82,9 @@ std::string iconvName(const std::string &declared) {
 } // namespace
 
 /// Fills a document from one file.
-class DomReader {
+class Reader {
 public:
-  DomReader(MSXML::IXMLDOMDocument &document, const std::string &path) : m_document(document), m_path(path) {}
+  Reader(MSXML::IXMLDOMDocument &document, const std::string &path) : m_document(document), m_path(path) {}
 
   bool read() {
     bool wellFormed = parse(nullptr);
@@ -162,7 +162,7 @@ private:
       return setUnreadable();
     std::string text;
     const std::string encoding = encodingOf(bytes, restart.encoding);
-    if (!ConvertEncoding(bytes, encoding.c_str(), "UTF-8", text))
+    if (!platform::ConvertEncoding(bytes, encoding.c_str(), "UTF-8", text))
       return setError(("the text is not in a known encoding: " + restart.encoding).c_str(), false);
     m_inputSize = text.size();
     if (restart.standalone)
@@ -218,7 +218,7 @@ private:
   bool setUnreadable() { return setError(std::generic_category().message(errno).c_str(), false); }
 
   void clear() {
-    m_document.m_tree = std::make_unique<DomTree>(&m_document);
+    m_document.m_tree = std::make_unique<Tree>(&m_document);
     m_document.m_root = nullptr;
     m_current = nullptr;
     m_pending.clear();
@@ -235,7 +235,7 @@ private:
   /// Runs a handler: no exception may pass through the parser.
   template <class Handler>
   static void guarded(void *self, Handler handler) {
-    auto *const reader = static_cast<DomReader *>(self);
+    auto *const reader = static_cast<Reader *>(self);
     try {
       handler(*reader);
     } catch (...) {
@@ -245,23 +245,23 @@ private:
   }
 
   static void onStart(void *self, const char *name, const char **attributes) {
-    guarded(self, [&](DomReader &reader) { reader.start(name, attributes); });
+    guarded(self, [&](Reader &reader) { reader.start(name, attributes); });
   }
 
   static void onEnd(void *self, const char * /*name*/) {
-    guarded(self, [](DomReader &reader) { reader.end(); });
+    guarded(self, [](Reader &reader) { reader.end(); });
   }
 
   static void onText(void *self, const char *text, int length) {
-    guarded(self, [&](DomReader &reader) {
-      if (reader.m_pending.size() > DomTree::kLongestText)
+    guarded(self, [&](Reader &reader) {
+      if (reader.m_pending.size() > Tree::kLongestText)
         throw _com_error(E_FAIL, kTooLong);
       reader.m_pending.append(text, static_cast<std::size_t>(length));
     });
   }
 
   static void onDeclaration(void *self, const char * /*version*/, const char *encoding, int standalone) {
-    guarded(self, [&](DomReader &reader) {
+    guarded(self, [&](Reader &reader) {
       reader.m_encoding = encoding != nullptr ? encoding : "";
       reader.m_standalone = standalone == 1;
     });
@@ -271,11 +271,11 @@ private:
   /// then, in a document that does not say that it stands alone, the parser would drop a reference to an entity that
   /// nobody declared: such a document is read as one that stands alone, where each is a fault.
   static int onExternalEntity(XML_Parser self, const char *context, const char *, const char *, const char *) {
-    auto *const reader = static_cast<DomReader *>(static_cast<void *>(self));
+    auto *const reader = static_cast<Reader *>(static_cast<void *>(self));
     if (context != nullptr)
       return XML_STATUS_ERROR;
     if (!reader->m_standalone)
-      guarded(reader, [](DomReader &r) { r.m_restart = Restart{r.m_encoding, true}; });
+      guarded(reader, [](Reader &r) { r.m_restart = Restart{r.m_encoding, true}; });
     return reader->m_standalone ? XML_STATUS_OK : XML_STATUS_ERROR;
   }
 
@@ -284,26 +284,26 @@ private:
     if (value == nullptr ||
         std::string_view(value, static_cast<std::size_t>(length)).find_first_of("&%") == std::string_view::npos)
       return;
-    guarded(self, [](DomReader &reader) {
+    guarded(self, [](Reader &reader) {
       if (++reader.m_nestingEntities > kMostNestingEntities)
         reader.stop("too many entities that refer to others");
     });
   }
 
   static int onUnknownEncoding(void *self, const char *name, XML_Encoding * /*encoding*/) {
-    guarded(self, [&](DomReader &reader) { reader.m_restart = Restart{name, reader.m_standalone}; });
+    guarded(self, [&](Reader &reader) { reader.m_restart = Restart{name, reader.m_standalone}; });
     return XML_STATUS_ERROR;
   }
 
   void start(const char *name, const char **attributes) {
-    DomTree &tree = *m_document.m_tree;
+    Tree &tree = *m_document.m_tree;
     flush(false);
     const std::uint32_t number = tree.intern(name);
     Element *const element = tree.newElement(number);
     element->m_order = ++tree.m_elementCount;
     tree.m_names[number].elements.push_back(element);
     if (m_current != nullptr)
-      DomTree::link(m_current, element);
+      Tree::link(m_current, element);
     else
       m_document.m_root = element;
     m_current = element;
@@ -319,7 +319,7 @@ private:
           return stop("the default attributes are too large");
       }
       *place = tree.newAttribute(tree.intern(attributes[i]));
-      DomTree::setText(**place, tree.keep(text));
+      Tree::setText(**place, tree.keep(text));
       place = &(*place)->next;
     }
   }
@@ -335,13 +335,13 @@ private:
   void flush(bool atEnd) {
     if (m_pending.empty() || m_current == nullptr)
       return;
-    DomTree &tree = *m_document.m_tree;
+    Tree &tree = *m_document.m_tree;
     if (atEnd && m_current->m_first == nullptr) {
-      DomTree::setText(*m_current, tree.keep(m_pending));
+      Tree::setText(*m_current, tree.keep(m_pending));
     } else if (m_pending.find_first_not_of(" \t\r\n") != std::string::npos) {
       MSXML::IXMLDOMNode *const text = tree.newNode(MSXML::IXMLDOMNode::Kind::Text, 0);
-      DomTree::setText(*text, tree.keep(m_pending));
-      DomTree::link(m_current, text);
+      Tree::setText(*text, tree.keep(m_pending));
+      Tree::link(m_current, text);
     }
     m_pending.clear();
   }
@@ -360,16 +360,16 @@ private:
   std::exception_ptr m_error;
 };
 
-} // namespace platform
+} // namespace kestrune::dom
 
 bool MSXML::IXMLDOMDocument::load(const char *path) {
   if (m_root != nullptr || m_tree->nameCount() != 0)
     throw _com_error(E_FAIL, "the document is not empty");
   m_parseError = {};
   std::string hostPath;
-  if (!platform::ToHostPath(path, hostPath)) {
+  if (!kestrune::platform::ToHostPath(path, hostPath)) {
     m_parseError.reason = "no such file";
     return false;
   }
-  return platform::DomReader(*this, hostPath).read();
+  return kestrune::dom::Reader(*this, hostPath).read();
 }

@@ -23,7 +23,8 @@ protected:
                              before + "<Root><Items><Item Name='a'><Text>" + content +
                                  "</Text><Bound>0x1</Bound></Item></Items></Root>",
                              m_folder);
-    return result == S_OK ? std::string(document.List[0]->Text) : std::to_string(platform::ResultBits(result));
+    return result == S_OK ? std::string(document.List[0]->Text)
+                          : std::to_string(kestrune::platform::ResultBits(result));
   }
 
   support::Com m_com;

@@ -1,7 +1,7 @@
-#include "kestrune/platform/dom.h"
+#include "kestrune/dom/dom.h"
 
+#include "kestrune/dom/tree.h"
 #include "kestrune/platform/code_page.h"
-#include "kestrune/platform/dom_tree.h"
 
 #include <array>
 #include <cstring>
@@ -9,7 +9,7 @@
 #include <new>
 #include <utility>
 
-namespace platform {
+namespace kestrune::dom {
 
 namespace {
 
@@ -40,7 +40,7 @@ std::string_view LayoutText(std::size_t count, std::string &buffer) {
   return buffer;
 }
 
-std::uint32_t DomTree::intern(std::string_view name) {
+std::uint32_t Tree::intern(std::string_view name) {
   const auto found = m_numbers.find(name);
   if (found != m_numbers.end())
     return found->second;
@@ -52,26 +52,26 @@ std::uint32_t DomTree::intern(std::string_view name) {
   return number;
 }
 
-std::uint32_t DomTree::find(std::string_view name) const {
+std::uint32_t Tree::find(std::string_view name) const {
   const auto found = m_numbers.find(name);
   return found != m_numbers.end() ? found->second : kNoName;
 }
 
-DomTree::Element *DomTree::newElement(std::uint32_t name) {
+Tree::Element *Tree::newElement(std::uint32_t name) {
   return new (allocate(sizeof(Element), alignof(Element))) Element(m_document, name);
 }
 
-MSXML::IXMLDOMNode *DomTree::newNode(MSXML::IXMLDOMNode::Kind kind, std::uint32_t name) {
+MSXML::IXMLDOMNode *Tree::newNode(MSXML::IXMLDOMNode::Kind kind, std::uint32_t name) {
   using Node = MSXML::IXMLDOMNode;
   return new (allocate(sizeof(Node), alignof(Node))) Node(m_document, kind, name);
 }
 
-DomTree::Element::Attribute *DomTree::newAttribute(std::uint32_t name) {
+Tree::Element::Attribute *Tree::newAttribute(std::uint32_t name) {
   using Attribute = Element::Attribute;
   return new (allocate(sizeof(Attribute), alignof(Attribute))) Attribute{nullptr, nullptr, 0, name};
 }
 
-void *DomTree::allocate(std::size_t size, std::size_t alignment) {
+void *Tree::allocate(std::size_t size, std::size_t alignment) {
   if (std::align(alignment, size, m_free, m_freeSize) == nullptr) {
     const bool large = size > kBlockSize / 4;
     m_blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(large ? size : kBlockSize));
@@ -86,7 +86,7 @@ void *DomTree::allocate(std::size_t size, std::size_t alignment) {
   return room;
 }
 
-void DomTree::link(Element *parent, MSXML::IXMLDOMNode *child) {
+void Tree::link(Element *parent, MSXML::IXMLDOMNode *child) {
   child->m_parent = parent;
   if (parent->m_last != nullptr)
     parent->m_last->m_next = child;
@@ -95,7 +95,7 @@ void DomTree::link(Element *parent, MSXML::IXMLDOMNode *child) {
   parent->m_last = child;
 }
 
-std::string_view DomTree::keep(std::string_view text) {
+std::string_view Tree::keep(std::string_view text) {
   if (text.size() > kLongestText)
     fail(E_INVALIDARG, "a text of 2 GiB or more");
   if (isLayout(text))
@@ -107,24 +107,24 @@ std::string_view DomTree::keep(std::string_view text) {
   return {copy, text.size()};
 }
 
-void DomTree::setText(MSXML::IXMLDOMNode &node, std::string_view kept) {
+void Tree::setText(MSXML::IXMLDOMNode &node, std::string_view kept) {
   node.m_text = kept.data();
   node.m_length = static_cast<std::uint32_t>(kept.size());
 }
 
-void DomTree::setText(Element::Attribute &attribute, std::string_view kept) {
+void Tree::setText(Element::Attribute &attribute, std::string_view kept) {
   attribute.text = kept.data();
   attribute.length = static_cast<std::uint32_t>(kept.size());
 }
 
-std::string_view DomTree::fromCodePage(std::string_view text, std::string &buffer) {
-  if (GetCodePage() == kUtf8)
+std::string_view Tree::fromCodePage(std::string_view text, std::string &buffer) {
+  if (platform::GetCodePage() == platform::kUtf8)
     return text;
-  m_unsavable |= !TextToUtf8(text, buffer);
+  m_unsavable |= !platform::TextToUtf8(text, buffer);
   return buffer;
 }
 
-std::size_t DomTree::firstBehind(std::uint32_t name, std::uint32_t order) {
+std::size_t Tree::firstBehind(std::uint32_t name, std::uint32_t order) {
   Name &entry = m_names[name];
   const std::vector<Element *> &elements = entry.elements;
   const auto isFirstBehind = [&](std::size_t i) {
@@ -141,16 +141,16 @@ std::size_t DomTree::firstBehind(std::uint32_t name, std::uint32_t order) {
   return first;
 }
 
-CString DomTree::toCodePage(std::string_view utf8) {
+CString Tree::toCodePage(std::string_view utf8) {
   std::string converted;
-  if (GetCodePage() != kUtf8)
-    utf8 = converted = Utf8ToText(utf8);
+  if (platform::GetCodePage() != platform::kUtf8)
+    utf8 = converted = platform::Utf8ToText(utf8);
   m_unreadable = m_unreadable || utf8.size() > kLongestText;
   checkReadable();
   return CString(utf8);
 }
 
-void DomTree::charge(std::size_t amount) {
+void Tree::charge(std::size_t amount) {
   if (m_bound == 0)
     return; // not parsed: no input stands behind it
   m_charged += amount;
@@ -158,17 +158,17 @@ void DomTree::charge(std::size_t amount) {
   checkReadable();
 }
 
-void DomTree::checkReadable() const {
+void Tree::checkReadable() const {
   if (m_unreadable)
     fail(E_FAIL, "a text, or the texts of nested elements together, are too large");
 }
 
-} // namespace platform
+} // namespace kestrune::dom
 
 namespace MSXML {
 
-using platform::DomTree;
-using platform::fail;
+using kestrune::dom::fail;
+using kestrune::dom::Tree;
 
 IXMLDOMDocumentPtr IXMLDOMNode::GetownerDocument() const { return m_document; }
 
@@ -186,15 +186,15 @@ IXMLDOMNodePtr IXMLDOMNode::appendChild(IXMLDOMNode *child) {
         fail(E_INVALIDARG, "a node cannot stand below itself");
     }
   }
-  DomTree &tree = *m_document->m_tree;
+  Tree &tree = *m_document->m_tree;
   if (self->m_length != 0) {
     IXMLDOMNode *const text = tree.newNode(Kind::Text, 0);
-    DomTree::setText(*text, self->ownText());
-    DomTree::setText(*self, {});
-    DomTree::link(self, text);
+    Tree::setText(*text, self->ownText());
+    Tree::setText(*self, {});
+    Tree::link(self, text);
   }
   tree.m_indexed = false;
-  DomTree::link(self, child);
+  Tree::link(self, child);
   return child;
 }
 
@@ -220,7 +220,7 @@ CString IXMLDOMNode::Gettext() const {
 }
 
 void IXMLDOMNode::Puttext(std::string_view text) {
-  DomTree &tree = *m_document->m_tree;
+  Tree &tree = *m_document->m_tree;
   std::string buffer;
   const std::string_view kept = tree.keep(tree.fromCodePage(text, buffer));
   if (is(Kind::Element)) {
@@ -233,13 +233,13 @@ void IXMLDOMNode::Puttext(std::string_view text) {
     }
     self->m_first = self->m_last = nullptr;
   }
-  DomTree::setText(*this, kept);
+  Tree::setText(*this, kept);
 }
 
 CString IXMLDOMElement::GettagName() const { return m_document->m_tree->toCodePage(m_document->m_tree->name(m_name)); }
 
 _variant_t IXMLDOMElement::getAttribute(std::string_view name) const {
-  DomTree &tree = *m_document->m_tree;
+  Tree &tree = *m_document->m_tree;
   std::string buffer;
   const std::uint32_t number = tree.find(tree.fromCodePage(name, buffer));
   for (const Attribute *attribute = m_attributes; attribute != nullptr; attribute = attribute->next) {
@@ -250,7 +250,7 @@ _variant_t IXMLDOMElement::getAttribute(std::string_view name) const {
 }
 
 void IXMLDOMElement::setAttribute(std::string_view name, std::string_view text) {
-  DomTree &tree = *m_document->m_tree;
+  Tree &tree = *m_document->m_tree;
   std::string buffer;
   const std::uint32_t number = tree.intern(tree.fromCodePage(name, buffer));
   Attribute **place = &m_attributes;
@@ -258,15 +258,15 @@ void IXMLDOMElement::setAttribute(std::string_view name, std::string_view text) 
     place = &(*place)->next;
   if (*place == nullptr)
     *place = tree.newAttribute(number);
-  DomTree::setText(**place, tree.keep(tree.fromCodePage(text, buffer)));
+  Tree::setText(**place, tree.keep(tree.fromCodePage(text, buffer)));
 }
 
 IXMLDOMNodeList::IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view name) : m_root(root) {
-  DomTree &tree = *root->m_document->m_tree;
+  Tree &tree = *root->m_document->m_tree;
   std::string buffer;
   m_name = tree.find(tree.fromCodePage(name, buffer));
-  m_indexed = tree.m_indexed || m_name == DomTree::kNoName;
-  if (m_name == DomTree::kNoName)
+  m_indexed = tree.m_indexed || m_name == Tree::kNoName;
+  if (m_name == Tree::kNoName)
     return;
   if (m_indexed)
     m_begin = tree.firstBehind(m_name, root->m_order);
@@ -274,7 +274,7 @@ IXMLDOMNodeList::IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view na
 
 long IXMLDOMNodeList::Getlength() const {
   if (m_indexed) {
-    if (m_name == DomTree::kNoName)
+    if (m_name == Tree::kNoName)
       return 0;
     const auto &elements = m_root->m_document->m_tree->m_names[m_name].elements;
     const auto behind = [](std::uint32_t order, const IXMLDOMElement *element) { return order < element->m_order; };
@@ -288,7 +288,7 @@ long IXMLDOMNodeList::Getlength() const {
 }
 
 IXMLDOMElementPtr IXMLDOMNodeList::Getitem(long index) const {
-  if (index < 0 || m_name == DomTree::kNoName)
+  if (index < 0 || m_name == Tree::kNoName)
     return nullptr;
   if (m_indexed) {
     const auto &elements = m_root->m_document->m_tree->m_names[m_name].elements;
@@ -331,11 +331,11 @@ IXMLDOMElement *IXMLDOMNodeList::next(IXMLDOMElement *after) const {
   }
 }
 
-IXMLDOMDocument::IXMLDOMDocument() : m_tree(std::make_unique<DomTree>(this)) {}
+IXMLDOMDocument::IXMLDOMDocument() : m_tree(std::make_unique<Tree>(this)) {}
 IXMLDOMDocument::~IXMLDOMDocument() = default;
 
 HRESULT IXMLDOMDocument::CreateInstance(IXMLDOMDocumentPtr &document) {
-  if (!platform::ComInitialized())
+  if (!kestrune::platform::ComInitialized())
     return CO_E_NOTINITIALIZED;
   document = new IXMLDOMDocument;
   return S_OK;
@@ -363,7 +363,7 @@ IXMLDOMElementPtr IXMLDOMDocument::createElement(std::string_view name) {
 IXMLDOMNodePtr IXMLDOMDocument::createTextNode(std::string_view text) {
   std::string buffer;
   IXMLDOMNode *const node = m_tree->newNode(IXMLDOMNode::Kind::Text, 0);
-  DomTree::setText(*node, m_tree->keep(m_tree->fromCodePage(text, buffer)));
+  Tree::setText(*node, m_tree->keep(m_tree->fromCodePage(text, buffer)));
   return node;
 }
 
@@ -371,7 +371,7 @@ IXMLDOMNodePtr IXMLDOMDocument::createProcessingInstruction(std::string_view tar
   std::string buffer;
   IXMLDOMNode *const node =
       m_tree->newNode(IXMLDOMNode::Kind::Instruction, m_tree->intern(m_tree->fromCodePage(target, buffer)));
-  DomTree::setText(*node, m_tree->keep(m_tree->fromCodePage(data, buffer)));
+  Tree::setText(*node, m_tree->keep(m_tree->fromCodePage(data, buffer)));
   return node;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/platform/dom.h"
+#include "kestrune/dom/dom.h"
 #include "kestrune/platform/keyed_hash.h"
 
 #include <algorithm>
@@ -15,10 +15,10 @@
 // What is inside a document: the arena of its nodes and texts, its names, and the order of its elements. For the files
 // dom*.cpp only.
 
-namespace platform {
+namespace kestrune::dom {
 
 /// Texts in here are UTF-8.
-class DomTree {
+class Tree {
 public:
   using Element = MSXML::IXMLDOMElement;
 
@@ -33,7 +33,7 @@ public:
     std::size_t cursor = 0;          // where the last search ended: the next one mostly ends beside it
   };
 
-  explicit DomTree(MSXML::IXMLDOMDocument *document) : m_document(document) {}
+  explicit Tree(MSXML::IXMLDOMDocument *document) : m_document(document) {}
 
   /// The number of a name, a new one where it is not known yet.
   std::uint32_t intern(std::string_view name);
@@ -90,7 +90,7 @@ private:
   std::vector<std::unique_ptr<std::byte[]>> m_blocks;
   void *m_free = nullptr; // the rest of the last block
   std::size_t m_freeSize = 0;
-  std::unordered_map<std::string_view, std::uint32_t, KeyedTextHash> m_numbers;
+  std::unordered_map<std::string_view, std::uint32_t, platform::KeyedTextHash> m_numbers;
 };
 
 /// What input may make of itself: a hundred times its size, but 8 MiB in any case, as the parser bounds entities too.
@@ -100,4 +100,4 @@ constexpr std::size_t AmplificationBound(std::size_t inputSize) {
   return std::max(inputSize * kFactor, kAlwaysAllowed);
 }
 
-} // namespace platform
+} // namespace kestrune::dom

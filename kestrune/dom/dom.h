@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/library/export.h"
+#include "kestrune/export.h"
 #include "kestrune/platform/com.h"
 
 #include <cstddef>
@@ -11,11 +11,11 @@
 // The XML document tree. A document owns its nodes, and a node pointer keeps the document alive. Names and texts come
 // in and go out in the code page. A failing operation throws _com_error. One document belongs to one thread at a time.
 
-namespace platform {
-class DomTree;
-class DomReader;
-class DomWriter;
-} // namespace platform
+namespace kestrune::dom {
+class Tree;
+class Reader;
+class Writer;
+} // namespace kestrune::dom
 
 namespace MSXML {
 
@@ -55,9 +55,9 @@ protected:
 
   friend class IXMLDOMDocument;
   friend class IXMLDOMNodeList;
-  friend class platform::DomTree;
-  friend class platform::DomReader;
-  friend class platform::DomWriter;
+  friend class kestrune::dom::Tree;
+  friend class kestrune::dom::Reader;
+  friend class kestrune::dom::Writer;
 
   bool is(Kind kind) const { return m_kind == static_cast<std::uint32_t>(kind); }
   std::string_view ownText() const { return {m_text, m_length}; }
@@ -108,9 +108,9 @@ public:
   IXMLDOMNodeList getElementsByTagName(std::string_view name) const { return {this, name}; }
 
 private:
-  friend class platform::DomTree;
-  friend class platform::DomReader;
-  friend class platform::DomWriter;
+  friend class kestrune::dom::Tree;
+  friend class kestrune::dom::Reader;
+  friend class kestrune::dom::Writer;
   friend class IXMLDOMNode;
   friend class IXMLDOMNodeList;
 
@@ -183,9 +183,9 @@ public:
   void CheckReadable() const;
 
 private:
-  friend class platform::DomTree;
-  friend class platform::DomReader;
-  friend class platform::DomWriter;
+  friend class kestrune::dom::Tree;
+  friend class kestrune::dom::Reader;
+  friend class kestrune::dom::Writer;
   friend class IXMLDOMNode;
   friend class IXMLDOMElement;
   friend class IXMLDOMNodeList;
@@ -193,7 +193,7 @@ private:
   IXMLDOMDocument();
   ~IXMLDOMDocument();
 
-  std::unique_ptr<platform::DomTree> m_tree;
+  std::unique_ptr<kestrune::dom::Tree> m_tree;
   IXMLDOMElement *m_root = nullptr;
   ParseError m_parseError;
   mutable unsigned long m_references = 0;
@@ -215,9 +215,9 @@ using MSXML::IXMLDOMElementPtr;
 using MSXML::IXMLDOMNode;
 using MSXML::IXMLDOMNodePtr;
 
-namespace platform {
+namespace kestrune::dom {
 
 /// A line feed and `count` tabs, the layout between elements. `buffer` takes a text of unusual length.
 std::string_view LayoutText(std::size_t count, std::string &buffer);
 
-} // namespace platform
+} // namespace kestrune::dom

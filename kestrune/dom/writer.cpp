@@ -1,6 +1,6 @@
+#include "kestrune/dom/dom.h"
+#include "kestrune/dom/tree.h"
 #include "kestrune/platform/code_page.h"
-#include "kestrune/platform/dom.h"
-#include "kestrune/platform/dom_tree.h"
 #include "kestrune/platform/file.h"
 
 #include <array>
@@ -10,7 +10,7 @@
 #include <system_error>
 #include <vector>
 
-namespace platform {
+namespace kestrune::dom {
 
 namespace {
 
@@ -91,7 +91,7 @@ std::size_t checkedLength(std::string_view text) {
   const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
   const std::string_view character = text.substr(0, length);
   const bool isNonCharacter = character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF";
-  return !isNonCharacter && IsValidUtf8(character) ? length : 0;
+  return !isNonCharacter && platform::IsValidUtf8(character) ? length : 0;
 }
 
 bool isAsciiName(std::string_view name) {
@@ -125,9 +125,9 @@ bool isName(std::string_view name) {
 } // namespace
 
 /// Makes the text of one document.
-class DomWriter {
+class Writer {
 public:
-  explicit DomWriter(const MSXML::IXMLDOMDocument &document)
+  explicit Writer(const MSXML::IXMLDOMDocument &document)
       : m_document(document), m_tree(*document.m_tree), m_nameChecked(m_tree.nameCount()) {}
 
   std::vector<std::string_view> write() {
@@ -239,16 +239,16 @@ private:
   }
 
   const MSXML::IXMLDOMDocument &m_document;
-  const DomTree &m_tree;
+  const Tree &m_tree;
   std::vector<bool> m_nameChecked;
   Output m_output;
 };
 
-} // namespace platform
+} // namespace kestrune::dom
 
 HRESULT MSXML::IXMLDOMDocument::save(const char *path) const {
-  platform::DomWriter writer(*this);
-  const int error = platform::WriteFileInPlace(path, writer.write());
+  kestrune::dom::Writer writer(*this);
+  const int error = kestrune::platform::WriteFileInPlace(path, writer.write());
   if (error != 0)
     throw _com_error(E_FAIL, std::generic_category().message(error).c_str());
   return S_OK;
