@@ -28,25 +28,16 @@ struct CClockingScheme::Members : RecordMembers<Members, CClockingScheme> {
 };
 
 CClockingScheme::CClockingScheme() { Members::construct(*this, "ClockingScheme"); }
-
 CClockingScheme::CClockingScheme(const CClockingScheme &rhs) : CClockingScheme() { *this = rhs; }
-
 CClockingScheme::~CClockingScheme() = default;
 
 CClockingScheme &CClockingScheme::operator=(const CClockingScheme &rhs) { return Members::copy(*this, rhs); }
-
 void CClockingScheme::Init() { Members::init(*this); }
-
 CString CClockingScheme::Key() const { return m_id; }
-
 void CClockingScheme::pushMembers() { Members::push(*this); }
-
 int CClockingScheme::Id() const { return ParseInt(m_id); }
-
 const char *CClockingScheme::Description() const { return m_description; }
-
 int CClockingScheme::Algorithm() { return ParseInt(m_algorithm); }
-
 CClocks *CClockingScheme::Clocks() { return &m_clocks; }
 
 bool CClockingScheme::FindByDisplay(const char *clock, const char *multiplier, CClock **clockFound,
@@ -71,7 +62,6 @@ CClockingSchemes::CClockingSchemes() {
 }
 
 CClockingSchemes::CClockingSchemes(const CClockingSchemes &rhs) : CClockingSchemes() { *this = rhs; }
-
 CClockingSchemes::~CClockingSchemes() = default;
 
 CClockingSchemes &CClockingSchemes::operator=(const CClockingSchemes &rhs) {
@@ -85,9 +75,7 @@ void CClockingSchemes::Init() {
 }
 
 long CClockingSchemes::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-
 void CClockingSchemes::pushMembers() {}
-
 CXMLFolder *CClockingSchemes::NewFolder() { return new CClockingScheme; }
 
 CClockingScheme *CClockingSchemes::Add(const char *key) {

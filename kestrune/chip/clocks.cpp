@@ -18,29 +18,18 @@ struct CMultiplier::Members : RecordMembers<Members, CMultiplier> {
 };
 
 CMultiplier::CMultiplier() { Members::construct(*this, "Multiplier"); }
-
 CMultiplier::CMultiplier(const CMultiplier &rhs) : CMultiplier() { *this = rhs; }
-
 CMultiplier::~CMultiplier() = default;
 
 CMultiplier &CMultiplier::operator=(const CMultiplier &rhs) { return Members::copy(*this, rhs); }
-
 void CMultiplier::Init() { Members::init(*this); }
-
 CString CMultiplier::Key() const { return m_value; }
-
 void CMultiplier::pushMembers() { Members::push(*this); }
-
 double CMultiplier::Value() const { return ParseDouble(m_value); }
-
 const char *CMultiplier::Display() const { return m_display; }
-
 const char *CMultiplier::Description() const { return m_description; }
-
 const char *CMultiplier::Encoding() const { return m_encoding; }
-
 int CMultiplier::Cpu() const { return ParseInt(m_cpu); }
-
 int CMultiplier::Mac() const { return ParseInt(m_mac); }
 
 CMultipliers::CMultipliers() {
@@ -49,11 +38,10 @@ CMultipliers::CMultipliers() {
 }
 
 CMultipliers::CMultipliers(const CMultipliers &rhs) : CMultipliers() { *this = rhs; }
-
 CMultipliers::~CMultipliers() = default;
 
 CMultipliers &CMultipliers::operator=(const CMultipliers &rhs) {
-  assignCollection<CMultiplier, CXMLCollectionFolder2>(rhs);
+  assignCollection<CMultiplier>(rhs);
   return *this;
 }
 
@@ -63,7 +51,6 @@ void CMultipliers::Init() {
 }
 
 long CMultipliers::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-
 CXMLFolder *CMultipliers::NewFolder() { return new CMultiplier; }
 
 CMultiplier *CMultipliers::operator[](int index) {
@@ -91,23 +78,15 @@ struct COscillator::Members : RecordMembers<Members, COscillator> {
 };
 
 COscillator::COscillator() { Members::construct(*this, "Oscillator"); }
-
 COscillator::COscillator(const COscillator &rhs) : COscillator() { *this = rhs; }
-
 COscillator::~COscillator() = default;
 
 COscillator &COscillator::operator=(const COscillator &rhs) { return Members::copy(*this, rhs); }
-
 void COscillator::Init() { Members::init(*this); }
-
 CString COscillator::Key() const { return m_value; }
-
 void COscillator::pushMembers() { Members::push(*this); }
-
 int COscillator::Value() const { return static_cast<int>(ParseUnsigned(m_value, 10)); }
-
 int COscillator::Encoding() const { return static_cast<int>(ParseUnsigned(m_encoding, 10)); }
-
 const char *COscillator::Display() const { return m_display; }
 
 COscillators::COscillators() {
@@ -116,11 +95,10 @@ COscillators::COscillators() {
 }
 
 COscillators::COscillators(const COscillators &rhs) : COscillators() { *this = rhs; }
-
 COscillators::~COscillators() = default;
 
 COscillators &COscillators::operator=(const COscillators &rhs) {
-  assignCollection<COscillator, CXMLCollectionFolder2>(rhs);
+  assignCollection<COscillator>(rhs);
   return *this;
 }
 
@@ -130,7 +108,6 @@ void COscillators::Init() {
 }
 
 long COscillators::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-
 CXMLFolder *COscillators::NewFolder() { return new COscillator; }
 
 COscillator *COscillators::operator[](int index) {
@@ -174,29 +151,18 @@ struct CClock::Members : RecordMembers<Members, CClock> {
 };
 
 CClock::CClock() { Members::construct(*this, "Clock"); }
-
 CClock::CClock(const CClock &rhs) : CClock() { *this = rhs; }
-
 CClock::~CClock() = default;
 
 CClock &CClock::operator=(const CClock &rhs) { return Members::copy(*this, rhs); }
-
 void CClock::Init() { Members::init(*this); }
-
 CString CClock::Key() const { return m_value; }
-
 void CClock::pushMembers() { Members::push(*this); }
-
 double CClock::Value() const { return ParseDouble(m_value); }
-
 const char *CClock::Display() const { return m_display; }
-
 const char *CClock::Description() const { return m_description; }
-
 double CClock::CycleDivider() const { return ParseDouble(m_cycleDivider); }
-
 const char *CClock::Encoding() const { return m_encoding; }
-
 CMultipliers *CClock::Multipliers() { return &m_multipliers; }
 
 bool CClock::Uart() const {
@@ -217,7 +183,6 @@ CClocks::CClocks() {
 }
 
 CClocks::CClocks(const CClocks &rhs) : CClocks() { *this = rhs; }
-
 CClocks::~CClocks() = default;
 
 CClocks &CClocks::operator=(const CClocks &rhs) {
@@ -231,9 +196,7 @@ void CClocks::Init() {
 }
 
 long CClocks::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-
 CXMLFolder *CClocks::NewFolder() { return new CClock; }
-
 CClock *CClocks::operator[](int index) { return static_cast<CClock *>(CXMLCollectionFolder::operator[](index)); }
 
 CClock *CClocks::Find(double value) {

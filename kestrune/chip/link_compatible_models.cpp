@@ -10,9 +10,7 @@ struct CLinkCompatibleModel::Members : RecordMembers<Members, CLinkCompatibleMod
 };
 
 CLinkCompatibleModel::CLinkCompatibleModel() { Members::construct(*this, "LinkCompatibleModel"); }
-
 CLinkCompatibleModel::CLinkCompatibleModel(const CLinkCompatibleModel &rhs) : CLinkCompatibleModel() { *this = rhs; }
-
 CLinkCompatibleModel::~CLinkCompatibleModel() = default;
 
 CLinkCompatibleModel &CLinkCompatibleModel::operator=(const CLinkCompatibleModel &rhs) {
@@ -20,9 +18,7 @@ CLinkCompatibleModel &CLinkCompatibleModel::operator=(const CLinkCompatibleModel
 }
 
 void CLinkCompatibleModel::Init() { Members::init(*this); }
-
 CString CLinkCompatibleModel::Key() const { return Name; }
-
 void CLinkCompatibleModel::pushMembers() { Members::push(*this); }
 
 CLinkCompatibleModels::CLinkCompatibleModels() {
@@ -47,7 +43,6 @@ void CLinkCompatibleModels::Init() {
 }
 
 long CLinkCompatibleModels::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-
 CXMLFolder *CLinkCompatibleModels::NewFolder() { return new CLinkCompatibleModel; }
 
 CLinkCompatibleModel *CLinkCompatibleModels::Add(const char *name) {

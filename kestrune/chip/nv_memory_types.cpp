@@ -30,25 +30,16 @@ CNVMemoryType::CNVMemoryType(const char *key, const char *name) {
 }
 
 CNVMemoryType::CNVMemoryType(const CNVMemoryType &rhs) : CNVMemoryType() { *this = rhs; }
-
 CNVMemoryType::~CNVMemoryType() = default;
 
 CNVMemoryType &CNVMemoryType::operator=(const CNVMemoryType &rhs) { return Members::copy(*this, rhs); }
-
 void CNVMemoryType::Init() { Members::init(*this); }
-
 CString CNVMemoryType::Key() const { return m_key; }
-
 void CNVMemoryType::pushMembers() { Members::push(*this); }
-
 int CNVMemoryType::DriverKey() const { return ParseInt(m_key); }
-
 const char *CNVMemoryType::Name() const { return m_name; }
-
 const char *CNVMemoryType::Description() const { return m_description; }
-
 const char *CNVMemoryType::Symbol() const { return m_symbol; }
-
 int CNVMemoryType::FlashDriverID() const { return ParseInt(m_flashDriverID); }
 
 CNVMemoryTypes::CNVMemoryTypes() {
@@ -57,7 +48,6 @@ CNVMemoryTypes::CNVMemoryTypes() {
 }
 
 CNVMemoryTypes::CNVMemoryTypes(const CNVMemoryTypes &rhs) : CNVMemoryTypes() { *this = rhs; }
-
 CNVMemoryTypes::~CNVMemoryTypes() = default;
 
 CNVMemoryTypes &CNVMemoryTypes::operator=(const CNVMemoryTypes &rhs) {
@@ -71,9 +61,7 @@ void CNVMemoryTypes::Init() {
 }
 
 long CNVMemoryTypes::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-
 void CNVMemoryTypes::pushMembers() { m_members.clear(); }
-
 CXMLFolder *CNVMemoryTypes::NewFolder() { return new CNVMemoryType; }
 
 CNVMemoryType *CNVMemoryTypes::Add(const char *key, const char *name) {

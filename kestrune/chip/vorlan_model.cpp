@@ -30,17 +30,12 @@ struct CVorlanModel::Members : RecordMembers<Members, CVorlanModel> {
 };
 
 CVorlanModel::CVorlanModel() { Members::construct(*this, "VorlanModel"); }
-
 CVorlanModel::CVorlanModel(const CVorlanModel &rhs) : CVorlanModel() { *this = rhs; }
-
 CVorlanModel::~CVorlanModel() = default;
 
 CVorlanModel &CVorlanModel::operator=(const CVorlanModel &rhs) { return Members::copy(*this, rhs); }
-
 void CVorlanModel::Init() { Members::init(*this); }
-
 CString CVorlanModel::Key() const { return KeyText; }
-
 void CVorlanModel::pushMembers() { Members::push(*this); }
 
 struct CVorlanModel2::Members : RecordMembers<Members, CVorlanModel2, CVorlanModel> {
@@ -57,17 +52,12 @@ struct CVorlanModel2::Members : RecordMembers<Members, CVorlanModel2, CVorlanMod
 // the member list: the first version has had the virtual pushMembers do it.
 
 CVorlanModel2::CVorlanModel2() { Members::construct(*this); }
-
 CVorlanModel2::CVorlanModel2(const CVorlanModel2 &rhs) : CVorlanModel2() { *this = rhs; }
-
 CVorlanModel2::~CVorlanModel2() = default;
 
 CVorlanModel2 &CVorlanModel2::operator=(const CVorlanModel2 &rhs) { return Members::copy(*this, rhs); }
-
 void CVorlanModel2::Init() { Members::init(*this); }
-
 CString CVorlanModel2::Key() const { return CVorlanModel::Key(); }
-
 void CVorlanModel2::pushMembers() { Members::push(*this); }
 
 struct CVorlanModel3::Members : RecordMembers<Members, CVorlanModel3, CVorlanModel2> {
@@ -78,17 +68,12 @@ struct CVorlanModel3::Members : RecordMembers<Members, CVorlanModel3, CVorlanMod
 };
 
 CVorlanModel3::CVorlanModel3() { Members::construct(*this); }
-
 CVorlanModel3::CVorlanModel3(const CVorlanModel3 &rhs) : CVorlanModel3() { *this = rhs; }
-
 CVorlanModel3::~CVorlanModel3() = default;
 
 CVorlanModel3 &CVorlanModel3::operator=(const CVorlanModel3 &rhs) { return Members::copy(*this, rhs); }
-
 void CVorlanModel3::Init() { Members::init(*this); }
-
 CString CVorlanModel3::Key() const { return CVorlanModel2::Key(); }
-
 void CVorlanModel3::pushMembers() { Members::push(*this); }
 
 struct CVorlanModel4::Members : RecordMembers<Members, CVorlanModel4, CVorlanModel3> {
@@ -103,25 +88,16 @@ struct CVorlanModel4::Members : RecordMembers<Members, CVorlanModel4, CVorlanMod
 };
 
 CVorlanModel4::CVorlanModel4() { Members::construct(*this); }
-
 CVorlanModel4::CVorlanModel4(const CVorlanModel4 &rhs) : CVorlanModel4() { *this = rhs; }
-
 CVorlanModel4::~CVorlanModel4() = default;
 
 CVorlanModel4 &CVorlanModel4::operator=(const CVorlanModel4 &rhs) { return Members::copy(*this, rhs); }
-
 void CVorlanModel4::Init() { Members::init(*this); }
-
 CString CVorlanModel4::Key() const { return CVorlanModel3::Key(); }
-
 void CVorlanModel4::pushMembers() { Members::push(*this); }
-
 int CVorlanModel4::InstructionSet() const { return ParseInt(m_instructionSet); }
-
 int CVorlanModel4::ClockingScheme() const { return ParseInt(m_clockingScheme); }
-
 int CVorlanModel4::Family() const { return static_cast<int>(ParseUnsigned(m_family)); }
-
 CNVMemoryTypes &CVorlanModel4::NVMemoryTypes() { return m_nvMemoryTypes; }
 
 capacityModel CVorlanModel4::CapacityModel() const {

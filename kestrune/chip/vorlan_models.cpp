@@ -6,7 +6,6 @@ CVorlanModels::CVorlanModels() {
 }
 
 CVorlanModels::CVorlanModels(const CVorlanModels &rhs) : CVorlanModels() { *this = rhs; }
-
 CVorlanModels::~CVorlanModels() = default;
 
 CVorlanModels &CVorlanModels::operator=(const CVorlanModels &rhs) {
@@ -20,9 +19,7 @@ void CVorlanModels::Init() {
 }
 
 long CVorlanModels::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-
 CXMLFolder *CVorlanModels::NewFolder() { return new CVorlanModel; }
-
 CVorlanModel *CVorlanModels::Add(const char *name) { return addKeyed<CVorlanModel>(name, &CVorlanModel::Name); }
 
 CVorlanModel *CVorlanModels::operator[](int index) {
@@ -40,9 +37,7 @@ CVorlanModel *CVorlanModels::FindByName(const char *name) {
 // The items of a later version are all of its own class.
 
 CVorlanModels2::CVorlanModels2() = default;
-
 CVorlanModels2::CVorlanModels2(const CVorlanModels2 &rhs) : CVorlanModels2() { *this = rhs; }
-
 CVorlanModels2::~CVorlanModels2() = default;
 
 CVorlanModels2 &CVorlanModels2::operator=(const CVorlanModels2 &rhs) {
@@ -51,11 +46,8 @@ CVorlanModels2 &CVorlanModels2::operator=(const CVorlanModels2 &rhs) {
 }
 
 void CVorlanModels2::Init() { CVorlanModels::Init(); }
-
 long CVorlanModels2::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-
 CXMLFolder *CVorlanModels2::NewFolder() { return new CVorlanModel2; }
-
 CVorlanModel2 *CVorlanModels2::Add(const char *name) { return static_cast<CVorlanModel2 *>(CVorlanModels::Add(name)); }
 
 CVorlanModel2 *CVorlanModels2::operator[](int index) {
@@ -69,9 +61,7 @@ CVorlanModel2 *CVorlanModels2::FindByName(const char *name) {
 }
 
 CVorlanModels3::CVorlanModels3() = default;
-
 CVorlanModels3::CVorlanModels3(const CVorlanModels3 &rhs) : CVorlanModels3() { *this = rhs; }
-
 CVorlanModels3::~CVorlanModels3() = default;
 
 CVorlanModels3 &CVorlanModels3::operator=(const CVorlanModels3 &rhs) {
@@ -80,11 +70,8 @@ CVorlanModels3 &CVorlanModels3::operator=(const CVorlanModels3 &rhs) {
 }
 
 void CVorlanModels3::Init() { CVorlanModels2::Init(); }
-
 long CVorlanModels3::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-
 CXMLFolder *CVorlanModels3::NewFolder() { return new CVorlanModel3; }
-
 CVorlanModel3 *CVorlanModels3::Add(const char *name) { return static_cast<CVorlanModel3 *>(CVorlanModels::Add(name)); }
 
 CVorlanModel3 *CVorlanModels3::operator[](int index) {
@@ -98,9 +85,7 @@ CVorlanModel3 *CVorlanModels3::FindByName(const char *name) {
 }
 
 CVorlanModels4::CVorlanModels4() = default;
-
 CVorlanModels4::CVorlanModels4(const CVorlanModels4 &rhs) : CVorlanModels4() { *this = rhs; }
-
 CVorlanModels4::~CVorlanModels4() = default;
 
 CVorlanModels4 &CVorlanModels4::operator=(const CVorlanModels4 &rhs) {
@@ -109,11 +94,8 @@ CVorlanModels4 &CVorlanModels4::operator=(const CVorlanModels4 &rhs) {
 }
 
 void CVorlanModels4::Init() { CVorlanModels3::Init(); }
-
 long CVorlanModels4::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-
 CXMLFolder *CVorlanModels4::NewFolder() { return new CVorlanModel4; }
-
 CVorlanModel4 *CVorlanModels4::Add(const char *name) { return static_cast<CVorlanModel4 *>(CVorlanModels::Add(name)); }
 
 CVorlanModel4 *CVorlanModels4::operator[](int index) {

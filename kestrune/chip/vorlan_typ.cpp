@@ -91,9 +91,7 @@ struct CVorlanTyp::Members : DocumentMembers<Members, CVorlanTyp> {
 };
 
 CVorlanTyp::CVorlanTyp() { Members::construct(*this, "VorlanTyp"); }
-
 CVorlanTyp::CVorlanTyp(const CVorlanTyp &rhs) : CVorlanTyp() { *this = rhs; }
-
 CVorlanTyp::~CVorlanTyp() = default;
 
 CVorlanTyp &CVorlanTyp::operator=(const CVorlanTyp &rhs) { return Members::copy(*this, rhs); }
@@ -121,15 +119,11 @@ struct CVorlanTyp2::Members : DocumentMembers<Members, CVorlanTyp2, CVorlanTyp> 
 };
 
 CVorlanTyp2::CVorlanTyp2() { Members::construct(*this); }
-
 CVorlanTyp2::CVorlanTyp2(const CVorlanTyp2 &rhs) : CVorlanTyp2() { *this = rhs; }
-
 CVorlanTyp2::~CVorlanTyp2() = default;
 
 CVorlanTyp2 &CVorlanTyp2::operator=(const CVorlanTyp2 &rhs) { return Members::copy(*this, rhs); }
-
 void CVorlanTyp2::Init() { Members::init(*this); }
-
 void CVorlanTyp2::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp2::LoadFromFile(const char *fileName) {
@@ -144,15 +138,11 @@ struct CVorlanTyp3::Members : DocumentMembers<Members, CVorlanTyp3, CVorlanTyp2>
 };
 
 CVorlanTyp3::CVorlanTyp3() { Members::construct(*this); }
-
 CVorlanTyp3::CVorlanTyp3(const CVorlanTyp3 &rhs) : CVorlanTyp3() { *this = rhs; }
-
 CVorlanTyp3::~CVorlanTyp3() = default;
 
 CVorlanTyp3 &CVorlanTyp3::operator=(const CVorlanTyp3 &rhs) { return Members::copy(*this, rhs); }
-
 void CVorlanTyp3::Init() { Members::init(*this); }
-
 void CVorlanTyp3::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp3::LoadFromFile(const char *fileName) {
@@ -168,15 +158,11 @@ struct CVorlanTyp4::Members : DocumentMembers<Members, CVorlanTyp4, CVorlanTyp3>
 };
 
 CVorlanTyp4::CVorlanTyp4() { Members::construct(*this); }
-
 CVorlanTyp4::CVorlanTyp4(const CVorlanTyp4 &rhs) : CVorlanTyp4() { *this = rhs; }
-
 CVorlanTyp4::~CVorlanTyp4() = default;
 
 CVorlanTyp4 &CVorlanTyp4::operator=(const CVorlanTyp4 &rhs) { return Members::copy(*this, rhs); }
-
 void CVorlanTyp4::Init() { Members::init(*this); }
-
 void CVorlanTyp4::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp4::LoadFromFile(const char *fileName) {

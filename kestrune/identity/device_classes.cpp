@@ -27,7 +27,6 @@ CTKDeviceClass::CTKDeviceClass(const char *tag, const char *nameTag, const char 
 }
 
 CTKDeviceClass::CTKDeviceClass(const CTKDeviceClass &rhs) : CTKDeviceClass() { *this = rhs; }
-
 CTKDeviceClass::~CTKDeviceClass() = default;
 
 CTKDeviceClass &CTKDeviceClass::operator=(const CTKDeviceClass &rhs) {
@@ -51,11 +50,8 @@ long CTKDeviceClass::Load(MSXML::IXMLDOMElement *parent) {
 }
 
 CString CTKDeviceClass::Key() const { return Name; }
-
 void CTKDeviceClass::pushMembers() { Members::push(*this); }
-
 bool CTKDeviceClass::operator==(const CTKDeviceClass &rhs) const { return rows::equal(*this, rhs); }
-
 bool CTKDeviceClass::operator<(const CTKDeviceClass &rhs) const { return rows::before(*this, rhs); }
 
 struct CTKDeviceClass2::Members : RecordMembers<Members, CTKDeviceClass2, CTKDeviceClass> {
@@ -79,19 +75,14 @@ CTKDeviceClass2::CTKDeviceClass2(const char *tag, const char *nameTag, const cha
 }
 
 CTKDeviceClass2::CTKDeviceClass2(const CTKDeviceClass2 &rhs) : CTKDeviceClass2() { *this = rhs; }
-
 CTKDeviceClass2::~CTKDeviceClass2() = default;
 
 CTKDeviceClass2 &CTKDeviceClass2::operator=(const CTKDeviceClass2 &rhs) { return Members::copy(*this, rhs); }
-
 void CTKDeviceClass2::Init() { Members::init(*this); }
-
 void CTKDeviceClass2::pushMembers() { Members::push(*this); }
 
 CTKDeviceClasses::CTKDeviceClasses() { CTKDeviceClasses::Init(); }
-
 CTKDeviceClasses::CTKDeviceClasses(const CTKDeviceClasses &rhs) : CTKDeviceClasses() { *this = rhs; }
-
 CTKDeviceClasses::~CTKDeviceClasses() = default;
 
 CTKDeviceClasses &CTKDeviceClasses::operator=(const CTKDeviceClasses &rhs) {
@@ -122,9 +113,7 @@ CTKDeviceClass *CTKDeviceClasses::FindByNumber(int major, int minor) {
 CXMLFolder *CTKDeviceClasses::NewFolder() { return rows::make<CTKDeviceClass>(m_itemTag); }
 
 CTKDeviceClasses2::CTKDeviceClasses2() = default;
-
 CTKDeviceClasses2::CTKDeviceClasses2(const CTKDeviceClasses2 &rhs) : CTKDeviceClasses2() { *this = rhs; }
-
 CTKDeviceClasses2::~CTKDeviceClasses2() = default;
 
 CTKDeviceClasses2 &CTKDeviceClasses2::operator=(const CTKDeviceClasses2 &rhs) {

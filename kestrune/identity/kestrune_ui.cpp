@@ -7,13 +7,10 @@ struct CKestruneUIInfo::Members : RecordMembers<Members, CKestruneUIInfo> {
 };
 
 CKestruneUIInfo::CKestruneUIInfo() { Members::construct(*this, "UIInfo"); }
-
 CKestruneUIInfo::CKestruneUIInfo(const CKestruneUIInfo &rhs) : CKestruneUIInfo() { *this = rhs; }
-
 CKestruneUIInfo::~CKestruneUIInfo() = default;
 
 CKestruneUIInfo &CKestruneUIInfo::operator=(const CKestruneUIInfo &rhs) { return Members::copy(*this, rhs); }
-
 void CKestruneUIInfo::pushMembers() { Members::push(*this); }
 
 struct CKestruneUI::Members : DocumentMembers<Members, CKestruneUI> {
@@ -21,9 +18,7 @@ struct CKestruneUI::Members : DocumentMembers<Members, CKestruneUI> {
 };
 
 CKestruneUI::CKestruneUI() { Members::construct(*this, "KestruneUI"); }
-
 CKestruneUI::CKestruneUI(const CKestruneUI &rhs) : CKestruneUI() { *this = rhs; }
-
 CKestruneUI::~CKestruneUI() = default;
 
 CKestruneUI &CKestruneUI::operator=(const CKestruneUI &rhs) { return Members::copy(*this, rhs); }
@@ -35,5 +30,4 @@ void CKestruneUI::Init() {
 }
 
 void CKestruneUI::pushMembers() { Members::push(*this); }
-
 long CKestruneUI::LoadFromFile(const char *name) { return CXMLFolder::LoadFromFile(name, nullptr); }

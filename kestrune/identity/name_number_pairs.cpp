@@ -32,19 +32,13 @@ CXMLPair::CXMLPair(const char *tag, const char *nameTag, const char *numberTag) 
 }
 
 CXMLPair::CXMLPair(const CXMLPair &rhs) : CXMLPair() { *this = rhs; }
-
 CXMLPair::~CXMLPair() = default;
 
 CXMLPair &CXMLPair::operator=(const CXMLPair &rhs) { return Members::copy(*this, rhs); }
-
 void CXMLPair::Init() { Members::init(*this); }
-
 CString CXMLPair::Key() const { return Name; }
-
 void CXMLPair::pushMembers() { Members::push(*this); }
-
 bool CXMLPair::operator==(const CXMLPair &rhs) const { return rows::equal(*this, rhs); }
-
 bool CXMLPair::operator<(const CXMLPair &rhs) const { return rows::before(*this, rhs); }
 
 struct CXMLNameHexPair::Members : RecordMembers<Members, CXMLNameHexPair> {
@@ -67,25 +61,17 @@ CXMLNameHexPair::CXMLNameHexPair(const char *tag, const char *nameTag, const cha
 }
 
 CXMLNameHexPair::CXMLNameHexPair(const CXMLNameHexPair &rhs) : CXMLNameHexPair() { *this = rhs; }
-
 CXMLNameHexPair::~CXMLNameHexPair() = default;
 
 CXMLNameHexPair &CXMLNameHexPair::operator=(const CXMLNameHexPair &rhs) { return Members::copy(*this, rhs); }
-
 void CXMLNameHexPair::Init() { Members::init(*this); }
-
 CString CXMLNameHexPair::Key() const { return Name; }
-
 void CXMLNameHexPair::pushMembers() { Members::push(*this); }
-
 bool CXMLNameHexPair::operator==(const CXMLNameHexPair &rhs) const { return rows::equal(*this, rhs); }
-
 bool CXMLNameHexPair::operator<(const CXMLNameHexPair &rhs) const { return rows::before(*this, rhs); }
 
 CXMLPairCollection::CXMLPairCollection() { CXMLPairCollection::Init(); }
-
 CXMLPairCollection::CXMLPairCollection(const CXMLPairCollection &rhs) : CXMLPairCollection() { *this = rhs; }
-
 CXMLPairCollection::~CXMLPairCollection() = default;
 
 CXMLPairCollection &CXMLPairCollection::operator=(const CXMLPairCollection &rhs) {
@@ -118,9 +104,7 @@ CXMLPair *CXMLPairCollection::FindByNumber(const char *number) {
 CXMLFolder *CXMLPairCollection::NewFolder() { return rows::make<CXMLPair>(m_itemTag); }
 
 CXMLNameHexPairs::CXMLNameHexPairs() { CXMLNameHexPairs::Init(); }
-
 CXMLNameHexPairs::CXMLNameHexPairs(const CXMLNameHexPairs &rhs) : CXMLNameHexPairs() { *this = rhs; }
-
 CXMLNameHexPairs::~CXMLNameHexPairs() = default;
 
 CXMLNameHexPairs &CXMLNameHexPairs::operator=(const CXMLNameHexPairs &rhs) {

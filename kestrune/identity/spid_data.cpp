@@ -30,13 +30,10 @@ CSpidData::CSpidData() {
 }
 
 CSpidData::CSpidData(const CSpidData &rhs) : CSpidData() { *this = rhs; }
-
 CSpidData::~CSpidData() = default;
 
 CSpidData &CSpidData::operator=(const CSpidData &rhs) { return Members::copy(*this, rhs); }
-
 void CSpidData::pushMembers() { Members::push(*this); }
-
 long CSpidData::LoadFromFile(const char *name) { return CXMLFolder::LoadFromFile(name, nullptr); }
 
 struct CSpidData2::Members : DocumentMembers<Members, CSpidData2, CSpidData> {
@@ -54,9 +51,7 @@ CSpidData2::CSpidData2() {
 }
 
 CSpidData2::CSpidData2(const CSpidData2 &rhs) : CSpidData2() { *this = rhs; }
-
 CSpidData2::~CSpidData2() = default;
 
 CSpidData2 &CSpidData2::operator=(const CSpidData2 &rhs) { return Members::copy(*this, rhs); }
-
 void CSpidData2::pushMembers() { Members::push(*this); }

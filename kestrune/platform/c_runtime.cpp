@@ -115,7 +115,8 @@ char *_mbstok_s(char *text, const char *delimiters, char **context) {
 }
 
 unsigned _mbctoupper(unsigned character) {
-  return character >= 'a' && character <= 'z' ? character - ('a' - 'A') : character;
+  return character < 0x80 ? static_cast<unsigned>(kestrune::platform::AsciiUpper(static_cast<char>(character)))
+                          : character;
 }
 
 int _ismbcspace(unsigned character) {

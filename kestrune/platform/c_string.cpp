@@ -1,5 +1,6 @@
 #include "kestrune/platform/c_string.h"
 
+#include "kestrune/platform/ascii.h"
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/exceptions.h"
 
@@ -289,18 +290,14 @@ CString &CString::TrimRight(char character) {
 }
 
 CString &CString::MakeUpper() {
-  forEachSingleByte(reserve(size()), size(), [](char &character) {
-    if (character >= 'a' && character <= 'z')
-      character = static_cast<char>(character - 'a' + 'A');
-  });
+  forEachSingleByte(reserve(size()), size(),
+                    [](char &character) { character = kestrune::platform::AsciiUpper(character); });
   return *this;
 }
 
 CString &CString::MakeLower() {
-  forEachSingleByte(reserve(size()), size(), [](char &character) {
-    if (character >= 'A' && character <= 'Z')
-      character = static_cast<char>(character - 'A' + 'a');
-  });
+  forEachSingleByte(reserve(size()), size(),
+                    [](char &character) { character = kestrune::platform::AsciiLower(character); });
   return *this;
 }
 

@@ -63,9 +63,7 @@ struct CStdXcvr::Members : DocumentMembers<Members, CStdXcvr> {
 };
 
 CStdXcvr::CStdXcvr() { Members::construct(*this, "StdXcvr"); }
-
 CStdXcvr::CStdXcvr(const CStdXcvr &rhs) : CStdXcvr() { *this = rhs; }
-
 CStdXcvr::~CStdXcvr() = default;
 
 CStdXcvr &CStdXcvr::operator=(const CStdXcvr &rhs) { return Members::copy(*this, rhs); }
@@ -79,7 +77,6 @@ void CStdXcvr::Init() {
 }
 
 void CStdXcvr::pushMembers() { Members::push(*this); }
-
 long CStdXcvr::LoadFromFile(const char *name) { return CXMLFolder::LoadFromFile(name, nullptr); }
 
 struct CStdXcvr2::Members : DocumentMembers<Members, CStdXcvr2, CStdXcvr> {
@@ -87,13 +84,10 @@ struct CStdXcvr2::Members : DocumentMembers<Members, CStdXcvr2, CStdXcvr> {
 };
 
 CStdXcvr2::CStdXcvr2() { Members::construct(*this); }
-
 CStdXcvr2::CStdXcvr2(const CStdXcvr2 &rhs) : CStdXcvr2() { *this = rhs; }
-
 CStdXcvr2::~CStdXcvr2() = default;
 
 CStdXcvr2 &CStdXcvr2::operator=(const CStdXcvr2 &rhs) { return Members::copy(*this, rhs); }
-
 void CStdXcvr2::pushMembers() { Members::push(*this); }
 
 struct CStdXcvr3::Members : DocumentMembers<Members, CStdXcvr3, CStdXcvr2> {
@@ -101,15 +95,11 @@ struct CStdXcvr3::Members : DocumentMembers<Members, CStdXcvr3, CStdXcvr2> {
 };
 
 CStdXcvr3::CStdXcvr3() { Members::construct(*this); }
-
 CStdXcvr3::CStdXcvr3(const CStdXcvr3 &rhs) : CStdXcvr3() { *this = rhs; }
-
 CStdXcvr3::~CStdXcvr3() = default;
 
 CStdXcvr3 &CStdXcvr3::operator=(const CStdXcvr3 &rhs) { return Members::copy(*this, rhs); }
-
 void CStdXcvr3::Init() { Members::init(*this); }
-
 void CStdXcvr3::pushMembers() { Members::push(*this); }
 
 long CStdXcvr3::LoadFromFile(const char *name) {

@@ -24,9 +24,7 @@ struct CTransceiverChannel::Members : RecordMembers<Members, CTransceiverChannel
 };
 
 CTransceiverChannel::CTransceiverChannel() { Members::construct(*this, "Channel"); }
-
 CTransceiverChannel::CTransceiverChannel(const CTransceiverChannel &rhs) : CTransceiverChannel() { *this = rhs; }
-
 CTransceiverChannel::~CTransceiverChannel() = default;
 
 CTransceiverChannel &CTransceiverChannel::operator=(const CTransceiverChannel &rhs) {
@@ -34,7 +32,6 @@ CTransceiverChannel &CTransceiverChannel::operator=(const CTransceiverChannel &r
 }
 
 void CTransceiverChannel::Init() { Members::init(*this); }
-
 void CTransceiverChannel::pushMembers() { Members::push(*this); }
 
 struct CTransceiverTiming::Members : RecordMembers<Members, CTransceiverTiming> {
@@ -51,15 +48,11 @@ struct CTransceiverTiming::Members : RecordMembers<Members, CTransceiverTiming> 
 };
 
 CTransceiverTiming::CTransceiverTiming() { Members::construct(*this, "Timing"); }
-
 CTransceiverTiming::CTransceiverTiming(const CTransceiverTiming &rhs) : CTransceiverTiming() { *this = rhs; }
-
 CTransceiverTiming::~CTransceiverTiming() = default;
 
 CTransceiverTiming &CTransceiverTiming::operator=(const CTransceiverTiming &rhs) { return Members::copy(*this, rhs); }
-
 void CTransceiverTiming::Init() { Members::init(*this); }
-
 void CTransceiverTiming::pushMembers() { Members::push(*this); }
 
 struct CTransceiverModeSpec::Members : RecordMembers<Members, CTransceiverModeSpec> {
@@ -74,9 +67,7 @@ struct CTransceiverModeSpec::Members : RecordMembers<Members, CTransceiverModeSp
 };
 
 CTransceiverModeSpec::CTransceiverModeSpec() { Members::construct(*this, "ModeSpec"); }
-
 CTransceiverModeSpec::CTransceiverModeSpec(const CTransceiverModeSpec &rhs) : CTransceiverModeSpec() { *this = rhs; }
-
 CTransceiverModeSpec::~CTransceiverModeSpec() = default;
 
 CTransceiverModeSpec &CTransceiverModeSpec::operator=(const CTransceiverModeSpec &rhs) {
@@ -127,5 +118,4 @@ CTransceiverModeSpec2 &CTransceiverModeSpec2::operator=(const CTransceiverModeSp
 }
 
 void CTransceiverModeSpec2::Init() { Members::init(*this); }
-
 void CTransceiverModeSpec2::pushMembers() { Members::push(*this); }

@@ -21,19 +21,13 @@ struct CTransceiver::Members : RecordMembers<Members, CTransceiver> {
 };
 
 CTransceiver::CTransceiver() { Members::construct(*this, "Transceiver"); }
-
 CTransceiver::CTransceiver(const char *name) : CTransceiver() { Name = name; }
-
 CTransceiver::CTransceiver(const CTransceiver &rhs) : CTransceiver() { *this = rhs; }
-
 CTransceiver::~CTransceiver() = default;
 
 CTransceiver &CTransceiver::operator=(const CTransceiver &rhs) { return Members::copy(*this, rhs); }
-
 void CTransceiver::Init() { Members::init(*this); }
-
 CString CTransceiver::Key() const { return Name; }
-
 void CTransceiver::pushMembers() { Members::push(*this); }
 
 struct CTransceiver2::Members : RecordMembers<Members, CTransceiver2, CTransceiver> {
@@ -44,17 +38,12 @@ struct CTransceiver2::Members : RecordMembers<Members, CTransceiver2, CTransceiv
 };
 
 CTransceiver2::CTransceiver2() { Members::construct(*this); }
-
 CTransceiver2::CTransceiver2(const char *name) : CTransceiver2() { Name = name; }
-
 CTransceiver2::CTransceiver2(const CTransceiver2 &rhs) : CTransceiver2() { *this = rhs; }
-
 CTransceiver2::~CTransceiver2() = default;
 
 CTransceiver2 &CTransceiver2::operator=(const CTransceiver2 &rhs) { return Members::copy(*this, rhs); }
-
 void CTransceiver2::Init() { Members::init(*this); }
-
 void CTransceiver2::pushMembers() { Members::push(*this); }
 
 struct CTransceiver3::Members : RecordMembers<Members, CTransceiver3, CTransceiver2> {
@@ -65,11 +54,8 @@ struct CTransceiver3::Members : RecordMembers<Members, CTransceiver3, CTransceiv
 };
 
 CTransceiver3::CTransceiver3() { Members::construct(*this); }
-
 CTransceiver3::CTransceiver3(const char *name) : CTransceiver3() { Name = name; }
-
 CTransceiver3::CTransceiver3(const CTransceiver3 &rhs) : CTransceiver3() { *this = rhs; }
-
 CTransceiver3::~CTransceiver3() = default;
 
 CTransceiver3 &CTransceiver3::operator=(const CTransceiver3 &rhs) {
@@ -112,7 +98,6 @@ CTransceivers::CTransceivers() {
 }
 
 CTransceivers::CTransceivers(const CTransceivers &rhs) : CTransceivers() { *this = rhs; }
-
 CTransceivers::~CTransceivers() = default;
 
 CTransceivers &CTransceivers::operator=(const CTransceivers &rhs) {
@@ -140,9 +125,7 @@ CTransceiver *CTransceivers::FindByID(int id) {
 CXMLFolder *CTransceivers::NewFolder() { return new CTransceiver; }
 
 CTransceivers2::CTransceivers2() = default;
-
 CTransceivers2::CTransceivers2(const CTransceivers2 &rhs) : CTransceivers2() { *this = rhs; }
-
 CTransceivers2::~CTransceivers2() = default;
 
 CTransceivers2 &CTransceivers2::operator=(const CTransceivers2 &rhs) {
@@ -157,15 +140,11 @@ CTransceiver2 *CTransceivers2::operator[](int index) {
 }
 
 CTransceiver2 *CTransceivers2::Find(const char *name) { return static_cast<CTransceiver2 *>(FindItem(name)); }
-
 CTransceiver2 *CTransceivers2::FindByID(int id) { return static_cast<CTransceiver2 *>(CTransceivers::FindByID(id)); }
-
 CXMLFolder *CTransceivers2::NewFolder() { return new CTransceiver2; }
 
 CTransceivers3::CTransceivers3() = default;
-
 CTransceivers3::CTransceivers3(const CTransceivers3 &rhs) : CTransceivers3() { *this = rhs; }
-
 CTransceivers3::~CTransceivers3() = default;
 
 CTransceivers3 &CTransceivers3::operator=(const CTransceivers3 &rhs) {
@@ -180,7 +159,5 @@ CTransceiver3 *CTransceivers3::operator[](int index) {
 }
 
 CTransceiver3 *CTransceivers3::Find(const char *name) { return static_cast<CTransceiver3 *>(FindItem(name)); }
-
 CTransceiver3 *CTransceivers3::FindByID(int id) { return static_cast<CTransceiver3 *>(CTransceivers::FindByID(id)); }
-
 CXMLFolder *CTransceivers3::NewFolder() { return new CTransceiver3; }

@@ -6,24 +6,33 @@
 
 namespace {
 
-/// What `convert` makes of the whole text.
+using namespace kestrune;
+
+/// What `convert` makes of the text, if that is the whole text.
 template <class Convert>
-auto ParseAll(const char *text, Convert convert) {
+auto whole(const char *text, Convert convert) {
   char *end = nullptr;
   const auto number = convert(text, &end);
-  if (*end != '\0')
+  return *end == '\0' ? std::optional(number) : std::nullopt;
+}
+
+template <class Number>
+Number orThrow(std::optional<Number> number, const char *text) {
+  if (!number)
     throw new CKRXException(IDS_NON_NUMERIC, text);
-  return number;
+  return *number;
 }
 
 } // namespace
 
-std::int32_t ParseInt(const char *text, int base) {
-  return ParseAll(text, [base](const char *from, char **end) { return kestrune::platform::strtol(from, end, base); });
+std::optional<std::int32_t> WholeInt(const char *text, int base) {
+  return whole(text, [base](const char *from, char **end) { return platform::strtol(from, end, base); });
 }
 
-std::uint32_t ParseUnsigned(const char *text, int base) {
-  return ParseAll(text, [base](const char *from, char **end) { return kestrune::platform::strtoul(from, end, base); });
+std::optional<std::uint32_t> WholeUnsigned(const char *text, int base) {
+  return whole(text, [base](const char *from, char **end) { return platform::strtoul(from, end, base); });
 }
 
-double ParseDouble(const char *text) { return ParseAll(text, kestrune::platform::strtod); }
+std::int32_t ParseInt(const char *text, int base) { return orThrow(WholeInt(text, base), text); }
+std::uint32_t ParseUnsigned(const char *text, int base) { return orThrow(WholeUnsigned(text, base), text); }
+double ParseDouble(const char *text) { return orThrow(whole(text, platform::strtod), text); }

@@ -1,10 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
-// The text of a member as a number. White space may stand in front of it, and an empty text is 0; past the range the
-// limit of 32 bits is given. `base` 0 means decimal, hexadecimal with 0x, octal with a leading 0. All three throw
-// CKRXException* (text 101, with the member's text) when anything is left behind the number.
+// The text of a member as a number. White space may come before it, and an empty text is 0; outside the range it is the
+// limit of 32 bits. `base` 0 means decimal, hexadecimal with 0x, octal with a leading 0.
+
+/// The number, or nothing when anything is left after it.
+std::optional<std::int32_t> WholeInt(const char *text, int base = 0);
+/// As WholeInt; a negative number wraps.
+std::optional<std::uint32_t> WholeUnsigned(const char *text, int base = 0);
+
+// These throw CKRXException* (text 101, with the member's text) when anything is left after the number.
 
 std::int32_t ParseInt(const char *text, int base = 0);
 /// A negative number wraps.

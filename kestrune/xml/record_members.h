@@ -27,13 +27,13 @@
 //     void CClock::pushMembers() { Members::push(*this); }
 //
 // Whether a member is an attribute, an element or a folder follows from its field. A later version of a record names
-// the version before it, `RecordMembers<Members, CVorlanModel2, CVorlanModel>`, and lists its own members alone. A
-// field that is in no row does not compile; one that no file holds is told by its size: `static constexpr std::size_t
-// unstored = ...`.
+// the version before it, `RecordMembers<Members, CVorlanModel2, CVorlanModel>`, and lists only its own members. A field
+// that is in no row does not compile; fields that are not stored are declared by their size:
+// `static constexpr std::size_t unstored = ...`.
 
 namespace kestrune {
 
-/// What a record's table says of a member, whatever the class of the record.
+/// A row of a record's table, in a form that does not depend on the class of the record.
 struct MemberRow {
   CXMLPersistent &(*field)(CXMLFolder &record);
   const char *defaultText; // null for a folder
@@ -41,22 +41,27 @@ struct MemberRow {
 
 } // namespace kestrune
 
-/// A member: its field, and for a value its tag and default, which are literals. Without a default, the text that the
-/// field's class starts with stays.
-template <class Record, class Field>
-struct Row {
-  constexpr Row(Field Record::*folder) requires std::derived_from<Field, CXMLFolder> : field(folder) {}
-  constexpr Row(Field Record::*value, const char *itsTag,
-                const char *itsDefault = nullptr) requires(!std::derived_from<Field, CXMLFolder>)
-      : field(value), tag(itsTag), defaultText(itsDefault) {}
-
-  Field Record::*field;
-  const char *tag = nullptr;
-  const char *defaultText = nullptr;
-};
-
 template <class Members, class Record, class Base = CXMLFolder>
 struct RecordMembers {
+  /// A member: its field, and for a value its tag and default, which are literals. Without a default, the text that
+  /// the field's class starts with stays.
+  template <class Field>
+  struct Row {
+    constexpr Row(Field Record::*folder) requires std::derived_from<Field, CXMLFolder> : field(folder) {}
+    constexpr Row(Field Record::*value, const char *itsTag,
+                  const char *itsDefault = nullptr) requires(!std::derived_from<Field, CXMLFolder>)
+        : field(value), tag(itsTag), defaultText(itsDefault) {}
+
+    Field Record::*field;
+    const char *tag = nullptr;
+    const char *defaultText = nullptr;
+  };
+  // Written out, since clang 14 makes no deduction guides for a template inside a template.
+  template <class Field>
+  Row(Field Record::*) -> Row<Field>;
+  template <class Field>
+  Row(Field Record::*, const char *, const char * = nullptr) -> Row<Field>;
+
   /// The bytes of the fields that no file holds.
   static constexpr std::size_t unstored = 0;
 
@@ -127,14 +132,14 @@ protected:
     static constexpr kestrune::MemberTable table(all);
     CXMLFolder &folder = record;
     const std::size_t wanted = folder.m_members.size() + std::tuple_size_v<decltype(Members::rows)>;
-    // The list of an older version is as long as it needs to be; room for those behind it is taken once.
+    // A later version appends to the list of its base: take room for all at once.
     if (folder.m_members.capacity() < wanted)
       folder.m_members.reserve(std::max(wanted, 2 * folder.m_members.size()));
     forEachRow([&](const auto &row) { folder.m_members.push_back(&(record.*row.field)); });
     folder.m_table = &table;
   }
 
-  /// `before`, and behind them the record's own members.
+  /// `before`, followed by the record's own members.
   template <std::size_t count>
   static constexpr auto join(const std::array<kestrune::MemberRow, count> &before) {
     constexpr std::size_t own = std::tuple_size_v<decltype(Members::rows)>;
@@ -155,7 +160,7 @@ private:
   }
 
   template <class Field>
-  static void initField(Field &field, const Row<Record, Field> &row) {
+  static void initField(Field &field, const Row<Field> &row) {
     if constexpr (std::derived_from<Field, CXMLFolder>) {
       field.Init();
     } else {
@@ -167,7 +172,7 @@ private:
   }
 
   template <class... Field>
-  static constexpr std::size_t fieldSize(const std::tuple<Row<Record, Field>...> &) {
+  static constexpr std::size_t fieldSize(const std::tuple<Row<Field>...> &) {
     return (sizeof(Field) + ... + 0);
   }
 
@@ -179,7 +184,7 @@ private:
   }
 
   template <class Field>
-  static constexpr const char *defaultOf(const Row<Record, Field> &row) {
+  static constexpr const char *defaultOf(const Row<Field> &row) {
     if (row.defaultText != nullptr || std::derived_from<Field, CXMLFolder>)
       return row.defaultText;
     return std::derived_from<Field, CXMLHexElement> ? kestrune::kHexDefault : kestrune::kUnassigned;

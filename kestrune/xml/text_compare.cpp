@@ -1,5 +1,6 @@
 #include "kestrune/xml/text_compare.h"
 
+#include "kestrune/platform/ascii.h"
 #include "kestrune/platform/c_runtime.h"
 
 #include <cfloat>
@@ -8,10 +9,6 @@
 namespace {
 
 unsigned char byteAt(const char *text) { return static_cast<unsigned char>(*text); }
-
-unsigned char lower(unsigned char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte - 'A' + 'a') : byte;
-}
 
 template <class Fold>
 bool equalWithoutSpace(const char *a, const char *b, Fold fold) {
@@ -24,7 +21,7 @@ bool equalWithoutSpace(const char *a, const char *b, Fold fold) {
       ++b;
     if (*a == '\0' || *b == '\0')
       return *a == *b;
-    if (fold(byteAt(a)) != fold(byteAt(b)))
+    if (fold(*a) != fold(*b))
       return false;
   }
 }
@@ -32,10 +29,12 @@ bool equalWithoutSpace(const char *a, const char *b, Fold fold) {
 } // namespace
 
 bool equalIgnoreSpace(const char *a, const char *b) {
-  return equalWithoutSpace(a, b, [](unsigned char byte) { return byte; });
+  return equalWithoutSpace(a, b, [](char byte) { return byte; });
 }
 
-bool equalNoCaseIgnoreSpace(const char *a, const char *b) { return equalWithoutSpace(a, b, lower); }
+bool equalNoCaseIgnoreSpace(const char *a, const char *b) {
+  return equalWithoutSpace(a, b, [](char byte) { return kestrune::platform::AsciiLower(byte); });
+}
 
 bool equalDoubles(double a, double b) { return std::fabs(a - b) <= DBL_EPSILON; }
 

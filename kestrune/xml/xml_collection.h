@@ -3,7 +3,6 @@
 #include "kestrune/xml/xml_folder.h"
 
 #include <memory>
-#include <type_traits>
 #include <vector>
 
 class CXMLCollectionFolder;
@@ -75,13 +74,13 @@ public:
   }
 
 protected:
-  /// The whole copying assignment of a typed collection: that of `Base`, the collection class which it derives from,
-  /// and copies of all items, whatever their keys. An assignment to itself changes nothing.
-  template <class Item, class Base = CXMLCollectionFolder>
-  void assignCollection(const std::type_identity_t<Base> &rhs) {
+  /// The whole copying assignment of a typed collection: tags, text, and copies of all items, whatever their keys. An
+  /// assignment to itself changes nothing.
+  template <class Item>
+  void assignCollection(const CXMLCollectionFolder &rhs) {
     if (this == &rhs)
       return;
-    static_cast<Base &>(*this).Base::operator=(rhs);
+    CXMLCollectionFolder::operator=(rhs);
     const Batch batch(*this, true);
     for (const auto &source : rhs.CXMLCollectionFolder::m_items) {
       if (CXMLFolder *const item = AddCollectionItem("Dummy"))
@@ -160,6 +159,13 @@ public:
   void DeleteIdx(int index);
 
 protected:
+  /// As the base, and takes over whether keys are ignored.
+  template <class Item>
+  void assignCollection(const CXMLCollectionFolder2 &rhs) {
+    CXMLCollectionFolder::assignCollection<Item>(rhs);
+    m_ignoreKey = rhs.m_ignoreKey;
+  }
+
   CXMLFolder *AddCollectionItem(const char *key) override;
 
   int m_ignoreKey = 0;

@@ -3,6 +3,7 @@
 #include "kestrune/errors/krx_exception.h"
 #include "kestrune/errors/string_table.h"
 #include "kestrune/platform/c_runtime.h"
+#include "kestrune/xml/number_text.h"
 #include "kestrune/xml/record_members.h"
 
 struct CXMLContents::Members : RecordMembers<Members, CXMLContents> {
@@ -23,7 +24,6 @@ CXMLContents::CXMLContents() {
 }
 
 CXMLContents::CXMLContents(const CXMLContents &rhs) : CXMLContents() { *this = rhs; }
-
 CXMLContents::~CXMLContents() = default;
 
 CXMLContents &CXMLContents::operator=(const CXMLContents &rhs) { return Members::copy(*this, rhs); }
@@ -36,12 +36,10 @@ void CXMLContents::Init() {
 void CXMLContents::pushMembers() { Members::push(*this); }
 
 unsigned int CXMLContents::getUpgradeStatus() {
-  const char *const text = UpgradeStatus;
-  char *end = nullptr;
-  const unsigned int status = kestrune::platform::strtoul(text, &end, 0);
-  if (*end != '\0')
+  const auto status = WholeUnsigned(UpgradeStatus);
+  if (!status)
     throw new CKRXException(IDS_NON_NUMERIC, "UpgradeStatus");
-  return status;
+  return *status;
 }
 
 void CXMLContents::setUpgradeStatus(unsigned int status) { UpgradeStatus = static_cast<int>(status); }

@@ -18,7 +18,6 @@ CXMLFileName::CXMLFileName(const char *tag, const char *keyName) {
 }
 
 CXMLFileName::CXMLFileName(const CXMLFileName &rhs) : CXMLFileName() { *this = rhs; }
-
 CXMLFileName::~CXMLFileName() = default;
 
 CXMLFileName &CXMLFileName::operator=(const CXMLFileName &rhs) {
@@ -27,7 +26,6 @@ CXMLFileName &CXMLFileName::operator=(const CXMLFileName &rhs) {
 }
 
 CString CXMLFileName::Key() const { return Name; }
-
 void CXMLFileName::pushMembers() { Members::push(*this); }
 
 CXMLFileNames::CXMLFileNames() {
@@ -37,7 +35,6 @@ CXMLFileNames::CXMLFileNames() {
 }
 
 CXMLFileNames::CXMLFileNames(const CXMLFileNames &rhs) : CXMLFileNames() { *this = rhs; }
-
 CXMLFileNames::~CXMLFileNames() = default;
 
 CXMLFileNames &CXMLFileNames::operator=(const CXMLFileNames &rhs) {
@@ -46,13 +43,9 @@ CXMLFileNames &CXMLFileNames::operator=(const CXMLFileNames &rhs) {
 }
 
 void CXMLFileNames::Init() { setTags("PFXMLFileNames", "PFXMLFileName", "Name"); }
-
 void CXMLFileNames::pushMembers() { m_members.clear(); }
-
 CXMLFolder *CXMLFileNames::NewFolder() { return new CXMLFileName; }
-
 CXMLFileName *CXMLFileNames::Add(const char *key) { return addKeyed<CXMLFileName>(key, &CXMLFileName::Name); }
-
 CXMLFileName *CXMLFileNames::Find(const char *key) { return static_cast<CXMLFileName *>(FindItem(key)); }
 
 CXMLFileName *CXMLFileNames::operator[](int index) {

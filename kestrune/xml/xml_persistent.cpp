@@ -2,8 +2,8 @@
 
 #include "kestrune/errors/krx_exception.h"
 #include "kestrune/errors/string_table.h"
-#include "kestrune/platform/c_runtime.h"
 #include "kestrune/platform/debug_output.h"
+#include "kestrune/xml/number_text.h"
 
 #include <utility>
 
@@ -93,12 +93,10 @@ CXMLPersistent &CXMLPersistent::operator=(const CXMLPersistent &rhs) {
 }
 
 CXMLPersistent::operator int() {
-  char *end = nullptr;
-  const char *const text = *this;
-  const int value = kestrune::platform::strtol(text, &end, 0);
-  if (*end != '\0')
+  const auto value = WholeInt(*this);
+  if (!value)
     throwBadValue();
-  return value;
+  return *value;
 }
 
 void CXMLPersistent::throwBadValue() const {

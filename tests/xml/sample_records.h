@@ -53,7 +53,7 @@ public:
   }
   List(const List &rhs) : List() { *this = rhs; }
   List &operator=(const List &rhs) {
-    this->template assignCollection<Item, Base>(rhs);
+    this->template assignCollection<Item>(rhs);
     return *this;
   }
   void Init() override { this->setTags("Items", "Item", "Name"); }
