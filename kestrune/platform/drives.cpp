@@ -5,11 +5,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
 #include <limits.h>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string_view>
 #include <sys/stat.h>
@@ -43,6 +45,14 @@ void append(Parts &parts, std::string_view path, const char *separators) {
       parts.emplace_back(part);
     }
   }
+}
+
+/// What the host returned, where a null means that it could not: but a lack of memory says nothing about the name.
+template <class Result>
+Result *orNoMemory(Result *result) {
+  if (result == nullptr && errno == ENOMEM)
+    throw std::bad_alloc();
+  return result;
 }
 
 Parts hostParts(std::string_view path) {
@@ -126,7 +136,8 @@ Location locate(const DriveMap &drives, const Parts &path, bool followLinks) {
     offer(drive, *folder);
     if (!followLinks || folder->empty())
       return;
-    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(join(*folder, '/').c_str(), nullptr), std::free);
+    const std::unique_ptr<char, decltype(&std::free)> real(orNoMemory(::realpath(join(*folder, '/').c_str(), nullptr)),
+                                                           std::free);
     if (real != nullptr)
       offer(drive, hostParts(real.get()));
   };
@@ -139,7 +150,7 @@ Location locate(const DriveMap &drives, const Parts &path, bool followLinks) {
 
 /// Nothing when the current directory is gone.
 std::optional<Location> currentLocation(const DriveMap &drives = {}) {
-  const std::unique_ptr<char, decltype(&std::free)> path(::getcwd(nullptr, 0), std::free);
+  const std::unique_ptr<char, decltype(&std::free)> path(orNoMemory(::getcwd(nullptr, 0)), std::free);
   if (path == nullptr || *path != '/')
     return std::nullopt;
   return locate(drives, hostParts(path.get()), true);
@@ -184,7 +195,8 @@ bool isThere(const std::string &path) {
 /// that the answer does not hang on the order in the directory.
 std::string findEntry(const std::string &folder, const std::string &name) {
   const auto close = [](DIR *directory) { ::closedir(directory); };
-  const std::unique_ptr<DIR, decltype(close)> directory(::opendir(folder.empty() ? "/" : folder.c_str()), close);
+  const std::unique_ptr<DIR, decltype(close)> directory(orNoMemory(::opendir(folder.empty() ? "/" : folder.c_str())),
+                                                        close);
   std::string found;
   const std::string wanted = kestrune::platform::AsciiLower(name);
   while (const dirent *entry = directory != nullptr ? ::readdir(directory.get()) : nullptr) {

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+// The operations that the fault programs let fail: each reads, writes, copies or resolves something small in the
+// current folder, which main() of a program has filled with WriteFiles.
+
+namespace faults {
+
+/// One operation and the objects that it works on. It can be acted again after a failure.
+class Operation {
+public:
+  Operation() = default;
+  Operation(const Operation &) = delete;
+  Operation &operator=(const Operation &) = delete;
+  virtual ~Operation() = default;
+
+  /// What may fail. Returns the operation's own result.
+  virtual long act() = 0;
+  /// All texts that a success has made or left.
+  virtual std::string outcome() = 0;
+  /// Whether `result` is a failure that the operation documents.
+  virtual bool documents(long result) const = 0;
+  /// What is broken now, after `act` has failed or thrown; empty when all is as promised.
+  virtual std::string damage() { return {}; }
+};
+
+struct Scenario {
+  const char *name;
+  /// Whether the library has done the same before in this process.
+  bool warm;
+  std::function<std::unique_ptr<Operation>()> make;
+  /// Only every stride-th call fails: for operations with very many.
+  long stride = 1;
+};
+
+std::vector<Scenario> Scenarios();
+
+/// Makes the files that the operations need, in the current folder.
+void WriteFiles();
+
+std::string Read(const std::string &path);
+void Write(const std::string &path, const std::string &bytes);
+
+} // namespace faults

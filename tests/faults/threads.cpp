@@ -1,0 +1,95 @@
+#include "kestrune/kestrune_xml.h"
+#include "tests/faults/operations.h"
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+// Threads that share nothing but the library: each has documents and files of its own. Any wrong answer is reported; a
+// data race is what the thread sanitizer reports.
+
+namespace {
+
+constexpr int kThreads = 8;
+constexpr int kRounds = 20;
+
+std::atomic<int> wrong{0};
+
+void demand(bool condition, const char *what) {
+  if (!condition && ++wrong <= 10)
+    std::fprintf(stderr, "wrong: %s\n", what);
+}
+
+/// Loads a document of its kind, searches it, copies it, and saves the copy.
+template <class Document, class Check>
+void workWith(const char *file, const std::string &ownFile, Check check) {
+  Document document;
+  demand(document.LoadFromFile(file) >= 0, file);
+  check(document);
+  Document copy(document);
+  copy = document;
+  check(copy);
+  demand(copy.SaveToFile(ownFile.c_str(), nullptr, TRUE) == S_OK, "a save");
+  Document again;
+  demand(again.CXMLFolder::LoadFromFile(ownFile.c_str(), nullptr) >= 0, "a load of what was saved");
+  check(again);
+}
+
+void throwOnce() {
+  CMultiplier multiplier;
+  try {
+    multiplier.Cpu(); // "Unassigned" is not a number
+    demand(false, "an exception");
+  } catch (CKRXException *exception) {
+    demand(exception->GetFormattedMessage().Find("Unassigned") >= 0, "the text of an exception");
+    exception->Delete();
+  }
+}
+
+void work(int thread) {
+  CoInitialize(nullptr);
+  const std::string own = "thread" + std::to_string(thread) + ".xml";
+  for (int round = 0; round < kRounds; ++round) {
+    if (thread == 0)
+      kestrune::platform::SetDebugSink(round % 2 == 0 ? [](const char *) {} : nullptr);
+    workWith<CVorlanTyp4>("Types/Vorlan.xml", own, [](CVorlanTyp4 &document) {
+      demand(document.VorlanModels4.Count() == 3, "the number of models");
+      demand(document.VorlanModels4.FindByName("Three") != nullptr, "the model of the add-on");
+    });
+    workWith<CStdXcvr3>("Types/StdXcvr.xml", own, [](CStdXcvr3 &document) {
+      demand(document.Transceivers3.FindByID(2) != nullptr, "the user's transceiver");
+    });
+    workWith<CSpidData2>("Types/spidData-sjis.xml", own, [](CSpidData2 &document) {
+      demand(document.ManufacturerIDs.Count() == 1, "the manufacturer");
+    });
+    workWith<CKestruneUI>("Types/KestruneUI.xml", own, [](CKestruneUI &document) {
+      demand(document.UIInfo.ClockSpeeds == "5 MHz", "the clock speeds");
+    });
+    CFilename absolute;
+    demand(CFilename("$StdVorlanTyp$").GetAbsolute(absolute, nullptr) && absolute.FileExists() != 0, "a macro name");
+    throwOnce();
+  }
+  CoUninitialize();
+}
+
+} // namespace
+
+int main() {
+  std::string folder = (std::filesystem::temp_directory_path() / "kestrune-threads-XXXXXX").string();
+  if (::mkdtemp(folder.data()) == nullptr)
+    return EXIT_FAILURE;
+  std::filesystem::current_path(folder);
+  ::setenv("KESTRUNE_REGISTRY", (folder + "/registry.reg").c_str(), 1);
+  faults::WriteFiles();
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < kThreads; ++thread)
+    threads.emplace_back(work, thread);
+  for (std::thread &thread : threads)
+    thread.join();
+  std::filesystem::current_path("/");
+  std::filesystem::remove_all(folder);
+  std::printf("%d threads, %d rounds each, %d wrong answers\n", kThreads, kRounds, wrong.load());
+  return wrong == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
