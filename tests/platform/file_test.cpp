@@ -81,7 +81,13 @@ extern "C" ssize_t pread(int handle, void *bytes, size_t size, off_t offset) {
 extern "C" int ftruncate(int handle, off_t size) noexcept {
   return hosted<decltype(ftruncate)>("ftruncate", handle, size);
 }
+extern "C" int fsync(int handle) { return hosted<decltype(fsync)>("fsync", handle); }
+extern "C" int fchmod(int handle, mode_t mode) noexcept { return hosted<decltype(fchmod)>("fchmod", handle, mode); }
 extern "C" int flock(int handle, int operation) noexcept { return hosted<decltype(flock)>("flock", handle, operation); }
+extern "C" int rename(const char *from, const char *to) noexcept {
+  return hosted<decltype(rename)>("rename", from, to);
+}
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -295,6 +301,9 @@ TEST_F(FileTest, TooLittleMemoryLeavesTheFileAndNothingElse) {
   support::write(file, "old");
   document.Contents.FileDescription = "new";
   support::failEachAllocation([&] { document.SaveToFile(file.c_str(), nullptr, true); }, expectOld);
+  support::write(file, "old");
+  document.Contents.FileDescription = "newer";
+  support::failEachAllocation([&] { kestrune::SaveReplacing(document, file.c_str(), nullptr, true); }, expectOld);
   EXPECT_NE(support::read(file), "old");
   const std::string copy = folder / "copy", text = support::read(file);
   support::write(copy, "old");
@@ -376,6 +385,99 @@ TEST_F(FileTest, ASaveThatHasWaitedWritesTheFileThatIsThereThen) {
   EXPECT_EQ(save(file, "new"), 0);
   thread.join();
   EXPECT_TRUE(support::read(file).ends_with("</Root>\n"));
+}
+
+/// Saves under another name than the one it is given, as a program's own class might.
+struct Renaming : CXMLTopLevelFolder {
+  long SaveToFile(const char *name, const char *base, bool overwrite) override {
+    return CXMLTopLevelFolder::SaveToFile((std::string(name) + ".xml").c_str(), base, overwrite);
+  }
+};
+
+class ReplacingSave : public FileTest {
+protected:
+  ReplacingSave() {
+    support::write(file, "old");
+    ::chmod(file.c_str(), 0640);
+  }
+
+  static long saveReplacing(const std::string &path) {
+    CXMLTopLevelFolder document;
+    document.PutTag(CString("Root"));
+    return kestrune::SaveReplacing(document, path.c_str(), nullptr, true);
+  }
+  static ino_t numberOf(const std::string &path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+  }
+  static bool isSaved(const std::string &path) { return support::read(path).ends_with("</Root>\n"); }
+  std::ptrdiff_t countFiles() const { return std::distance(fs::directory_iterator(folder.path()), {}); }
+};
+
+TEST_F(ReplacingSave, PutsANewFileInTheOldOnesPlace) {
+  fs::create_symlink("f.xml", folder / "link");
+  const int held = ::open(file.c_str(), O_RDONLY);
+  const ino_t old = numberOf(file);
+  faults.call = "fsync";
+  faults.number = -1;
+  EXPECT_EQ(save(file, "in place"), 0);
+  EXPECT_EQ(faults.count, 0);
+  EXPECT_EQ(saveReplacing(folder / "link"), 0);
+  EXPECT_EQ(faults.count, 2) << "the file and its folder";
+  EXPECT_TRUE(fs::is_symlink(folder / "link"));
+  EXPECT_NE(numberOf(file), old);
+  EXPECT_EQ(modeOf(file), 0640U);
+  EXPECT_TRUE(isSaved(file));
+  fs::create_symlink("made.xml", folder / "dangling");
+  EXPECT_EQ(saveReplacing(folder / "dangling"), 0);
+  EXPECT_TRUE(isSaved(folder / "made.xml"));
+  support::write(folder / "plain", "");
+  EXPECT_EQ(modeOf(folder / "made.xml"), modeOf(folder / "plain"));
+  Renaming renaming;
+  renaming.PutTag(CString("Root"));
+  EXPECT_EQ(kestrune::SaveReplacing(renaming, (folder / "own").c_str(), nullptr, true), 0);
+  EXPECT_TRUE(isSaved(folder / "own.xml"));
+  EXPECT_EQ(kestrune::SaveReplacing(renaming, (folder / "own").c_str(), nullptr, false), KRX_E_WRITE_PROTECTED);
+  EXPECT_EQ(countFiles(), 6);
+  ::close(held);
+}
+
+TEST_F(ReplacingSave, FallsBackOnTheSaveInPlace) {
+  const struct {
+    const char *call;
+    int error;
+  } rows[] = {{"fchmod", EPERM}, {"rename", EACCES}, {"rename", EBUSY}};
+  for (const auto &row : rows) {
+    support::write(file, "old");
+    const ino_t old = numberOf(file);
+    faults.call = row.call;
+    faults.error = row.error;
+    EXPECT_EQ(saveReplacing(file), 0) << row.call;
+    faults = {};
+    EXPECT_EQ(numberOf(file), old) << row.call;
+    EXPECT_TRUE(isSaved(file)) << row.call;
+    EXPECT_EQ(countFiles(), 1) << row.call;
+  }
+  fs::create_hard_link(file, folder / "hard");
+  support::write(file, "old");
+  EXPECT_EQ(saveReplacing(file), 0);
+  EXPECT_TRUE(isSaved(folder / "hard"));
+  EXPECT_EQ(saveReplacing("/dev/full"), KRX_E_SAVE_FAILED);
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
+TEST_F(ReplacingSave, LeavesTheOldFileAfterAnyFailure) {
+  for (const char *call : {"posix_fallocate", "write", "fsync", "close", "rename"}) {
+    faults.call = call;
+    faults.number = 1;
+    EXPECT_EQ(saveReplacing(file), KRX_E_SAVE_FAILED) << call;
+    faults = {};
+    EXPECT_EQ(support::read(file), "old") << call;
+    EXPECT_EQ(countFiles(), 1) << call;
+  }
+  ::chmod(file.c_str(), 0444);
+  EXPECT_EQ(saveReplacing(file), KRX_E_SAVE_FAILED);
+  EXPECT_EQ(modeOf(file), 0444U);
 }
 
 TEST_F(FileTest, ASignalDoesNotEndALoad) {
