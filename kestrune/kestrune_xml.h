@@ -30,6 +30,7 @@
 #include "kestrune/transceiver/transceivers.h"
 #include "kestrune/xml/member_view.h"
 #include "kestrune/xml/record_members.h"
+#include "kestrune/xml/replacing_save.h"
 #include "kestrune/xml/xml_collection.h"
 #include "kestrune/xml/xml_document.h"
 #include "kestrune/xml/xml_dom.h"

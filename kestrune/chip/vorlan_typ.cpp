@@ -1,33 +1,11 @@
 #include "kestrune/chip/vorlan_typ.h"
 
-#include "kestrune/names/filename.h"
-#include "kestrune/platform/drives.h"
-#include "kestrune/xml/companion_name.h"
+#include "kestrune/xml/companion_files.h"
 #include "kestrune/xml/record_members.h"
 
 #include <optional>
 
 namespace {
-
-/// The names of the add-on files of the document that is called `name`.
-class AddOnNames {
-public:
-  explicit AddOnNames(const CString &name) {
-    CString expanded;
-    CMacroString(name).Explode(expanded, 10);
-    CFilename file;
-    file = kestrune::platform::ToDrivePath(expanded);
-    m_extension = file.GetExt().MakeLower();
-    file.GetAbsolute(file, nullptr);
-    m_stem = file.AppendExt("");
-  }
-
-  CFilename operator()(int number) const { return m_stem + "-" + IntToCString(number) + m_extension; }
-
-private:
-  CString m_stem;
-  CString m_extension;
-};
 
 /// Whether each add-on gets a document of its own, or finds the one that the add-on before it has left.
 enum class AddOnDocument { kNew, kReused };
@@ -36,16 +14,13 @@ enum class AddOnDocument { kNew, kReused };
 /// them; `result` when there is none.
 template <class Document, class Models>
 long LoadAddOns(Document &document, Models Document::*models, AddOnDocument use, const CString &name, long result) {
-  const AddOnNames addOnNames(name);
+  AddOnFiles files(name);
   Models &target = document.*models;
   std::optional<Document> addOn;
-  for (int number = 1;; ++number) {
-    const CFilename addOnName = addOnNames(number);
-    if (addOnName.FileExists() == 0)
-      return result;
+  for (CFilename file = files.next(); !file.IsEmpty(); file = files.next()) {
     if (!addOn || use == AddOnDocument::kNew)
       addOn.emplace();
-    result = addOn->LoadFromFile(addOnName);
+    result = addOn->LoadFromFile(file);
     if (result < 0)
       continue;
     Models &source = (*addOn).*models;
@@ -54,6 +29,7 @@ long LoadAddOns(Document &document, Models Document::*models, AddOnDocument use,
         *model = *source[i];
     });
   }
+  return result;
 }
 
 /// Loads a document of the versions 1 to 3. The name is a copy: what the caller has passed may be a text of the
@@ -62,14 +38,6 @@ template <class Document, class Models>
 long LoadWithAddOns(Document &document, Models Document::*models, const CString &name) {
   const long result = document.CXMLFolder::LoadFromFile(name, nullptr);
   return result < 0 ? result : LoadAddOns(document, models, AddOnDocument::kNew, name, result);
-}
-
-/// The file that takes the place of whatever a caller asks for, if it exists.
-CString ReplacementFor(const char *name) {
-  const CString folder = ReplacementFolder();
-  CFilename file(folder.IsEmpty() ? CString("vorlan.xml") : folder + "\\vorlan.xml");
-  file.GetAbsolute(file, nullptr);
-  return file.FileExists() != 0 ? file : CString(name);
 }
 
 /// How many calls of CVorlanTyp4::LoadFromFile are on the way in this thread, in whatever document.
@@ -166,7 +134,9 @@ void CVorlanTyp4::Init() { Members::init(*this); }
 void CVorlanTyp4::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp4::LoadFromFile(const char *fileName) {
-  const CString name = loadDepth == 0 ? ReplacementFor(fileName) : CString(fileName);
+  const CString replacement =
+      loadDepth == 0 ? ReplacementFile("vorlan.xml", WithoutFolder::kCurrentDirectory) : CFilename();
+  const CString name = replacement.IsEmpty() ? CString(fileName) : replacement;
   const LoadDepth onTheWay;
   const long result = CXMLFolder::LoadFromFile(name, nullptr);
   if (result < 0 || loadDepth != 1)

@@ -2,18 +2,16 @@
 #include "kestrune/dom/tree.h"
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/drives.h"
+#include "kestrune/platform/input_file.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <exception>
 #include <expat.h>
-#include <fcntl.h>
 #include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
 
 namespace kestrune::dom {
@@ -26,46 +24,6 @@ constexpr const char *kTooLong = "a text is too long";
 
 // Entities that stand in each other are expanded one inside the other, so that their number bounds the nesting.
 constexpr int kMostNestingEntities = 1000;
-
-class InputFile {
-public:
-  explicit InputFile(const std::string &path)
-      : m_handle(::open(path.c_str(), O_RDONLY | O_CLOEXEC)), m_error(m_handle < 0 ? errno : 0) {}
-  InputFile(const InputFile &) = delete;
-  InputFile &operator=(const InputFile &) = delete;
-  ~InputFile() {
-    if (m_handle >= 0)
-      ::close(m_handle);
-  }
-
-  /// The bytes read, 0 at the end, or -1 with the reason in errno.
-  ssize_t read(void *buffer, std::size_t size) const {
-    ssize_t count = -1;
-    if (m_error != 0) {
-      errno = m_error;
-      return count;
-    }
-    do
-      count = ::read(m_handle, buffer, size);
-    while (count < 0 && errno == EINTR);
-    return count;
-  }
-
-  bool readAll(std::string &bytes) const {
-    while (true) {
-      const std::size_t size = bytes.size();
-      bytes.resize(size + kReadSize);
-      const ssize_t count = read(bytes.data() + size, kReadSize);
-      bytes.resize(size + static_cast<std::size_t>(count > 0 ? count : 0));
-      if (count <= 0)
-        return count == 0;
-    }
-  }
-
-private:
-  int m_handle;
-  int m_error;
-};
 
 /// The name that iconv has for an encoding that a file declares. Windows takes four names for its own code pages, which
 /// differ from the standards in a few characters such as `\` and `~`.
@@ -140,14 +98,14 @@ private:
   }
 
   bool feedFile() {
-    const InputFile file(m_path);
+    platform::InputFile file(m_path);
     while (true) {
       void *const buffer = XML_GetBuffer(m_parser, static_cast<int>(kReadSize));
       if (buffer == nullptr)
         failForRoom();
-      const ssize_t count = file.read(buffer, kReadSize);
+      const long count = file.read(buffer, kReadSize);
       if (count < 0)
-        return setUnreadable();
+        return setUnreadable(file.error());
       m_inputSize += static_cast<std::size_t>(count);
       if (XML_ParseBuffer(m_parser, static_cast<int>(count), count == 0) != XML_STATUS_OK)
         return false;
@@ -158,8 +116,8 @@ private:
 
   bool feedConverted(const Restart &restart) {
     std::string bytes;
-    if (!InputFile(m_path).readAll(bytes))
-      return setUnreadable();
+    if (platform::InputFile file(m_path); !file.readAll(bytes))
+      return setUnreadable(file.error());
     std::string text;
     const std::string encoding = encodingOf(bytes, restart.encoding);
     if (!platform::ConvertEncoding(bytes, encoding.c_str(), "UTF-8", text))
@@ -215,7 +173,7 @@ private:
     throw std::bad_alloc();
   }
 
-  bool setUnreadable() { return setError(std::generic_category().message(errno).c_str(), false); }
+  bool setUnreadable(int error) { return setError(std::generic_category().message(error).c_str(), false); }
 
   void clear() {
     m_document.m_tree = std::make_unique<Tree>(&m_document);

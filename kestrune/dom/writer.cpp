@@ -1,7 +1,7 @@
 #include "kestrune/dom/dom.h"
 #include "kestrune/dom/tree.h"
 #include "kestrune/platform/code_page.h"
-#include "kestrune/platform/file.h"
+#include "kestrune/platform/file_saving.h"
 
 #include <array>
 #include <cstring>
@@ -248,7 +248,7 @@ private:
 
 HRESULT MSXML::IXMLDOMDocument::save(const char *path) const {
   kestrune::dom::Writer writer(*this);
-  const int error = kestrune::platform::WriteFileInPlace(path, writer.write());
+  const int error = kestrune::platform::SaveFile(path, writer.write());
   if (error != 0)
     throw _com_error(E_FAIL, std::generic_category().message(error).c_str());
   return S_OK;

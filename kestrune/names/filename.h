@@ -87,7 +87,8 @@ public:
   int mkDir() const;
   /// Copies the file with its times and attributes, over what `dest` holds. 0 on success; 1 no memory; 2 the source
   /// cannot be opened; 3 `dest` cannot be opened; 4 the source gave fewer bytes than it has; 5 reading or writing
-  /// failed. With 4 and 5, `dest` is removed. Throws CFileException* when the attributes cannot be set.
+  /// failed. With 4 and 5 `dest` is removed, unless the source failed at once: then it is as it was. Throws
+  /// CFileException* when the attributes cannot be set.
   int CopyFileA(const char *dest) const;
   /// Sets the times of the file to the present and returns 0. Throws CFileException* when that fails.
   int Touch() const;

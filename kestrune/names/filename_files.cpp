@@ -61,28 +61,36 @@ int CFilename::CopyFileA(const char *dest) const {
   if (!source.Open(*this, CFile::shareDenyWrite))
     return 2;
   CFile copy;
-  if (!copy.Open(target, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite))
-    return 3;
-
+  bool begun = false;
   int result = 0;
   try {
-    for (std::uint64_t rest = source.GetLength(); rest > 0;) {
-      const UINT count = static_cast<UINT>(std::min<std::uint64_t>(rest, size));
+    std::uint64_t rest = source.GetLength();
+    UINT count = 0;
+    const auto readNext = [&] {
+      count = static_cast<UINT>(std::min<std::uint64_t>(rest, size));
       if (source.Read(buffer.get(), count) < count)
         result = 4;
-      copy.Write(buffer.get(), count);
       rest -= count;
-    }
+    };
+    // The source has to show that it can be read before the target is emptied.
+    readNext();
+    if (result != 0)
+      return result;
+    begun = copy.Open(target, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite);
+    if (!begun)
+      return 3;
+    for (; count > 0; readNext())
+      copy.Write(buffer.get(), count);
+    copy.Close();
   } catch (CException *exception) {
     exception->Delete();
     result = 5;
   }
 
-  copy.Close();
   CFileStatus status;
-  if (CFile::GetStatus(*this, status))
+  if (result == 0 && CFile::GetStatus(*this, status))
     CFile::SetStatus(target, status);
-  if (result != 0)
+  if (result != 0 && begun)
     CFile::Remove(target);
   return result;
 }

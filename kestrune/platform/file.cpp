@@ -3,29 +3,18 @@
 #include "kestrune/platform/ascii.h"
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/drives.h"
+#include "kestrune/platform/host_file.h"
 
-#include <cerrno>
 #include <fcntl.h>
-#include <limits.h>
 #include <string>
 #include <sys/file.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
+
+using kestrune::platform::IsReadOnly;
+using kestrune::platform::Retried;
+using kestrune::platform::WritableFile;
 
 namespace {
-
-constexpr mode_t kWriteBits = S_IWUSR | S_IWGRP | S_IWOTH;
-
-/// Calls until a signal no longer interrupts.
-template <class Call>
-auto retried(Call call) {
-  auto result = call();
-  while (result == -1 && errno == EINTR)
-    result = call();
-  return result;
-}
 
 int causeOf(int error) {
   switch (error) {
@@ -76,143 +65,18 @@ bool readStatus(const char *name, std::string &path, struct stat &status) {
   return kestrune::platform::ToHostPath(name, path) && ::stat(path.c_str(), &status) == 0;
 }
 
-bool isReadOnly(const struct stat &status) { return (status.st_mode & kWriteBits) == 0; }
-
 DWORD attributesOf(const struct stat &status) {
   const DWORD attributes =
-      (isReadOnly(status) ? FILE_ATTRIBUTE_READONLY : 0) | (S_ISDIR(status.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : 0);
+      (IsReadOnly(status) ? FILE_ATTRIBUTE_READONLY : 0) | (S_ISDIR(status.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : 0);
   return attributes != 0 ? attributes : FILE_ATTRIBUTE_NORMAL;
 }
 
 bool setReadOnly(const std::string &path, const struct stat &status, bool on) {
   // The mode is touched only when that is needed: it may belong to somebody else.
-  if (isReadOnly(status) == on)
+  if (IsReadOnly(status) == on)
     return true;
   const mode_t mode = status.st_mode & 07777U;
-  return ::chmod(path.c_str(), on ? mode & ~kWriteBits : mode | S_IWUSR) == 0;
-}
-
-/// The place to which a symbolic link to nothing leads; a path that is no link, as it stands.
-std::string linkTarget(std::string path) {
-  constexpr int kMostLinks = 40;
-  for (int i = 0; i < kMostLinks; ++i) {
-    std::string target(PATH_MAX, '\0');
-    const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
-    if (length <= 0)
-      break;
-    target.resize(static_cast<std::size_t>(length));
-    path = target.front() == '/' ? target : path.substr(0, path.rfind('/') + 1) + target;
-  }
-  return path;
-}
-
-/// A file of the host that is open for writing, and may have been made by that.
-class WritableFile {
-public:
-  WritableFile() = default;
-  WritableFile(const WritableFile &) = delete;
-  WritableFile &operator=(const WritableFile &) = delete;
-  ~WritableFile() {
-    if (m_handle != -1)
-      ::close(m_handle);
-  }
-
-  /// Opens without a change to what is there. Returns 0 or the host's error number.
-  int open(const std::string &path, bool create) {
-    int error = openOrMake(path, create);
-    if (error == 0 && ::fstat(m_handle, &m_status) != 0)
-      error = errno;
-    // The host lets a privileged program write to a read-only file too.
-    if (error == 0 && m_made.empty() && isReadOnly(m_status))
-      error = EACCES;
-    return error;
-  }
-
-  int handle() const { return m_handle; }
-  bool isRegular() const { return S_ISREG(m_status.st_mode); }
-  /// The size at the opening.
-  off_t oldSize() const { return m_status.st_size; }
-
-  int resize(off_t size) const {
-    return retried([&] { return ::ftruncate(m_handle, size); }) == 0 ? 0 : errno;
-  }
-
-  int release() { return std::exchange(m_handle, -1); }
-
-  /// Only at its closing may the host tell that it could not keep what was written.
-  int close() { return ::close(release()) == 0 || errno == EINTR ? 0 : errno; }
-
-  void removeIfMade() const {
-    if (!m_made.empty())
-      ::unlink(m_made.c_str());
-  }
-
-private:
-  /// A new file is opened apart from an existing one, so that nobody else's is taken for the one made here. Between the
-  /// two somebody may make or remove it, so this is tried again.
-  int openOrMake(const std::string &path, bool create) {
-    constexpr int kTries = 10;
-    int error = 0;
-    for (int i = 0; i < kTries; ++i) {
-      m_handle = retried([&] { return ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY); });
-      error = m_handle == -1 ? errno : 0;
-      if (error != ENOENT || !create)
-        break;
-      const std::string target = linkTarget(path);
-      m_handle = retried([&] { return ::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666); });
-      error = m_handle == -1 ? errno : 0;
-      if (error == 0)
-        m_made = target;
-      if (error != EEXIST)
-        break;
-    }
-    return error;
-  }
-
-  int m_handle = -1;
-  std::string m_made;
-  struct stat m_status {};
-};
-
-/// Past the limit the host would send a signal that ends the program, so it is never let to see such a write.
-bool exceedsSizeLimit(std::uint64_t size) {
-  struct rlimit limit {};
-  return ::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY && size > limit.rlim_cur;
-}
-
-int writeAll(int handle, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = retried([&] { return ::write(handle, bytes.data(), bytes.size()); });
-    if (count <= 0)
-      return count < 0 ? errno : EIO;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return 0;
-}
-
-int reserve(const WritableFile &file, off_t size) {
-  int error = EINTR;
-  while (error == EINTR)
-    error = ::posix_fallocate(file.handle(), file.oldSize(), size - file.oldSize());
-  return error;
-}
-
-int overwrite(const WritableFile &file, const std::vector<std::string_view> &blocks) {
-  std::uint64_t total = 0;
-  for (const std::string_view block : blocks)
-    total += block.size();
-  const auto size = static_cast<off_t>(total);
-  if (file.isRegular() && exceedsSizeLimit(total))
-    return EFBIG;
-  const bool grows = file.isRegular() && size > file.oldSize();
-  int error = grows ? reserve(file, size) : 0;
-  for (auto block = blocks.begin(); error == 0 && block != blocks.end(); ++block)
-    error = writeAll(file.handle(), *block);
-  if (error == 0 && file.isRegular() && size < file.oldSize())
-    error = file.resize(size);
-  if (error != 0 && grows)
-    file.resize(file.oldSize());
-  return error;
+  return ::chmod(path.c_str(), on ? mode & ~static_cast<mode_t>(S_IWUSR | S_IWGRP | S_IWOTH) : mode | S_IWUSR) == 0;
 }
 
 /// The last component of a name, as it is written.
@@ -254,32 +118,29 @@ bool CFile::Open(const char *name, unsigned flags) {
   std::string path;
   if (m_handle != -1 || !kestrune::platform::ToHostPath(name, path))
     return false;
+  m_name = name; // first: with too little memory for it nothing is made or emptied
   const bool exclusive = (flags & shareDenyWrite) != 0;
   if ((flags & modeWrite) != 0) {
     WritableFile file;
     if (file.open(path, (flags & modeCreate) != 0) != 0)
       return false;
     // The lock comes first: a file that somebody reads must not be emptied.
-    if ((exclusive && retried([&] { return ::flock(file.handle(), LOCK_EX | LOCK_NB); }) != 0) ||
+    if ((exclusive && Retried([&] { return ::flock(file.handle(), LOCK_EX | LOCK_NB); }) != 0) ||
         ((flags & modeCreate) != 0 && file.isRegular() && file.resize(0) != 0)) {
       file.removeIfMade();
       return false;
     }
     m_handle = file.release();
   } else {
-    m_handle = retried([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY); });
+    kestrune::platform::Descriptor file = kestrune::platform::OpenForReading(path);
     struct stat status {};
-    const bool refused =
-        m_handle == -1 || ::fstat(m_handle, &status) != 0 || S_ISDIR(status.st_mode) ||
-        // Where the host has no locks a reader does no harm.
-        (exclusive && retried([&] { return ::flock(m_handle, LOCK_SH | LOCK_NB); }) != 0 && errno == EWOULDBLOCK);
-    if (refused) {
-      if (m_handle != -1)
-        ::close(std::exchange(m_handle, -1));
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || S_ISDIR(status.st_mode))
       return false;
-    }
+    // Where the host has no locks a reader does no harm.
+    if (exclusive && Retried([&] { return ::flock(file.get(), LOCK_SH | LOCK_NB); }) != 0 && errno == EWOULDBLOCK)
+      return false;
+    m_handle = file.release();
   }
-  m_name = name;
   return true;
 }
 
@@ -298,7 +159,7 @@ std::uint64_t CFile::GetLength() const {
 UINT CFile::Read(void *buffer, UINT count) {
   UINT done = 0;
   while (done < count) {
-    const ssize_t got = retried([&] { return ::read(m_handle, static_cast<char *>(buffer) + done, count - done); });
+    const ssize_t got = Retried([&] { return ::read(m_handle, static_cast<char *>(buffer) + done, count - done); });
     if (got < 0)
       fail(errno, m_name);
     if (got == 0)
@@ -312,9 +173,9 @@ void CFile::Write(const void *buffer, UINT count) {
   struct stat status {};
   const off_t position = ::lseek(m_handle, 0, SEEK_CUR);
   const bool isRegular = position >= 0 && ::fstat(m_handle, &status) == 0 && S_ISREG(status.st_mode);
-  if (isRegular && exceedsSizeLimit(static_cast<std::uint64_t>(position) + count))
+  if (isRegular && kestrune::platform::ExceedsSizeLimit(static_cast<std::uint64_t>(position) + count))
     fail(EFBIG, m_name);
-  if (const int error = writeAll(m_handle, {static_cast<const char *>(buffer), count}); error != 0)
+  if (const int error = kestrune::platform::WriteAll(m_handle, {static_cast<const char *>(buffer), count}); error != 0)
     fail(error, m_name);
 }
 
@@ -365,23 +226,8 @@ void CFile::Remove(const char *name) {
     fail(errno, name);
 }
 
-namespace kestrune::platform {
-
-int WriteFileInPlace(const char *name, const std::vector<std::string_view> &blocks) {
+bool kestrune::platform::IsSpecialFile(const char *name) {
   std::string path;
-  if (!ToHostPath(name, path))
-    return ENOENT;
-  WritableFile file;
-  int error = file.open(path, true);
-  if (error == 0)
-    error = overwrite(file, blocks);
-  if (file.handle() != -1) {
-    const int closing = file.close();
-    error = error != 0 ? error : closing;
-  }
-  if (error != 0)
-    file.removeIfMade();
-  return error;
+  struct stat status {};
+  return readStatus(name, path, status) && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
 }
-
-} // namespace kestrune::platform

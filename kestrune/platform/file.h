@@ -5,8 +5,6 @@
 #include "kestrune/platform/types.h"
 
 #include <cstdint>
-#include <string_view>
-#include <vector>
 
 // Files and their attributes. Each function takes a name in any form and finds its place on the host as `drives.h`
 // tells.
@@ -76,10 +74,7 @@ private:
 
 namespace kestrune::platform {
 
-/// Writes the file in place so that links, owner and mode stay: where it must grow, the room is reserved before the
-/// first old byte is overwritten, and it is cut to its new length after the last is written. So a full disk, a limit on
-/// the file size or a read-only file leaves an old file as it was; a file that the failed call itself created is
-/// removed. Returns 0, or the host's error number.
-int WriteFileInPlace(const char *name, const std::vector<std::string_view> &blocks);
+/// Whether the name leads to a pipe, a device or a socket: reading it may wait for ever.
+bool IsSpecialFile(const char *name);
 
 } // namespace kestrune::platform

@@ -1,7 +1,6 @@
 #include "kestrune/transceiver/std_xcvr.h"
 
-#include "kestrune/names/filename.h"
-#include "kestrune/xml/companion_name.h"
+#include "kestrune/xml/companion_files.h"
 #include "kestrune/xml/record_members.h"
 
 #include <unordered_set>
@@ -44,16 +43,6 @@ void merge(CTransceivers3 &list, CTransceivers3 &userItems) {
     if (CTransceiver3 *const added = list.Add(item.Name))
       *added = item;
   });
-}
-
-/// The file that stands in for the standard one; empty when there is none.
-CFilename replacementFile() {
-  const CString folder = ReplacementFolder();
-  if (folder.IsEmpty())
-    return {};
-  CFilename file(folder + "\\stdxcvr.xml");
-  file.GetAbsolute(file, nullptr);
-  return file.FileExists() != 0 ? file : CFilename();
 }
 
 } // namespace
@@ -106,13 +95,13 @@ long CStdXcvr3::LoadFromFile(const char *name) {
   CFilename file = CompanionName(name);
   if (file.GetName().Compare("UserXcvr") == 0)
     return CXMLFolder::LoadFromFile(name, nullptr);
-  if (const CFilename replacement = replacementFile(); !replacement.IsEmpty()) {
+  if (const CFilename replacement = ReplacementFile("stdxcvr.xml", WithoutFolder::kNowhere); !replacement.IsEmpty()) {
     file = replacement;
     name = file;
   }
   long result = CXMLFolder::LoadFromFile(name, nullptr);
-  const CFilename userFile = file.GetPath() + "UserXcvr.xml";
-  if (userFile.FileExists() == 0)
+  const CFilename userFile = UserFile(file, "UserXcvr.xml");
+  if (userFile.IsEmpty())
     return result;
   CStdXcvr3 user;
   result = user.LoadFromFile(userFile);

@@ -2,6 +2,7 @@
 #include "kestrune/platform/debug_output.h"
 #include "kestrune/platform/drives.h"
 #include "kestrune/platform/file.h"
+#include "kestrune/platform/made_folders.h"
 #include "kestrune/xml/text_compare.h"
 #include "kestrune/xml/xml_folder.h"
 
@@ -50,14 +51,17 @@ long CXMLFolder::SaveToFile(const char *name, const char *base, bool overwrite) 
   const CFilename resolved = resolve(m_fileName, base);
   CFilename folder(resolved);
   --folder;
+  kestrune::platform::MadeFolders made;
   if (folder.IsDirectory() == 0) {
     const int count = folder.GetSegmentCount();
     for (int i = 0; i < count; ++i)
-      folder.GetPathSegment(i).mkDir();
+      made.make(folder.GetPathSegment(i));
   }
   const long result = SaveToXMLFile(resolved, overwrite);
-  if (result >= 0)
+  if (result >= 0) {
+    made.keep();
     PutModified(0);
+  }
   return result;
 }
 

@@ -1,3 +1,4 @@
+#include "tests/failing_allocations.h"
 #include "tests/names/names_support.h"
 
 #include <new>
@@ -5,15 +6,10 @@
 #include <thread>
 #include <vector>
 
-namespace {
-
-/// How many allocations of this thread still succeed before one fails; -1 for all.
-thread_local int allocationsLeft = -1;
-
-} // namespace
+thread_local int support::allocationsLeft = -1;
 
 void *operator new(std::size_t size) {
-  if (allocationsLeft >= 0 && allocationsLeft-- == 0)
+  if (support::allocationsLeft >= 0 && support::allocationsLeft-- == 0)
     throw std::bad_alloc();
   if (void *const memory = std::malloc(size != 0 ? size : 1))
     return memory;
@@ -35,27 +31,6 @@ struct Table : CFilename {
     return text;
   }
 };
-
-/// Runs `operation` with its n-th allocation failing, for each n from 1 until none fails. `failed` looks at what each
-/// failure left.
-template <class Operation, class Failed>
-void failEachAllocation(Operation operation, Failed failed) {
-  int failures = 0;
-  bool isDone = false;
-  for (int n = 0; !isDone; ++n) {
-    allocationsLeft = n;
-    try {
-      operation();
-      isDone = allocationsLeft >= 0;
-      allocationsLeft = -1;
-    } catch (const std::bad_alloc &) {
-      SCOPED_TRACE("allocation " + std::to_string(n + 1));
-      failed();
-      ++failures;
-    }
-  }
-  EXPECT_GT(failures, 0);
-}
 
 struct MacroTable : support::NameTest {
   const Table name{"a name"};
@@ -98,7 +73,7 @@ TEST_F(MacroTable, AFailedFillIsTriedAgain) {
   for (const auto &row : rows) {
     SCOPED_TRACE(row.what);
     Table derived(L"");
-    failEachAllocation(
+    support::failEachAllocation(
         [&] {
           Table::oMacros.RemoveAll();
           row.fill(derived);
@@ -126,8 +101,8 @@ TEST_F(MacroTable, AFailedAddLosesNothing) {
     macros.AddMacro(("$M" + std::to_string(i) + "$").c_str(), value.c_str());
   for (const char *macro : {"$m3$", "$NEW$"}) {
     const std::string before = Table::contents();
-    failEachAllocation([&] { macros.AddMacro(macro, "another value, just as long as that"); },
-                       [&] { EXPECT_TRUE(Table::contents() == before) << macro; });
+    support::failEachAllocation([&] { macros.AddMacro(macro, "another value, just as long as that"); },
+                                [&] { EXPECT_TRUE(Table::contents() == before) << macro; });
   }
 }
 

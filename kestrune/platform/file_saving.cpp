@@ -1,0 +1,231 @@
+#include "kestrune/platform/file_saving.h"
+
+#include "kestrune/platform/drives.h"
+#include "kestrune/platform/host_file.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+#include <optional>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace kestrune::platform {
+
+namespace {
+
+using Blocks = std::vector<std::string_view>;
+
+constinit thread_local SaveWay saveWay = SaveWay::kInPlace;
+
+std::uint64_t sizeOf(const Blocks &blocks) {
+  std::uint64_t size = 0;
+  for (const std::string_view block : blocks)
+    size += block.size();
+  return size;
+}
+
+int writeBlocks(int handle, const Blocks &blocks) {
+  int error = 0;
+  for (auto block = blocks.begin(); error == 0 && block != blocks.end(); ++block)
+    error = WriteAll(handle, *block);
+  return error;
+}
+
+int synchronize(int handle) {
+  const bool done = Retried([&] { return ::fsync(handle); }) == 0;
+  return done || errno == EINVAL || errno == EROFS ? 0 : errno; // some files cannot be synchronised
+}
+
+/// The bytes of a file that a save overwrites.
+class OldBytes {
+public:
+  int read(int handle, std::size_t size) {
+    m_bytes = std::make_unique_for_overwrite<char[]>(size);
+    while (m_size < size) {
+      const ssize_t count =
+          Retried([&] { return ::pread(handle, m_bytes.get() + m_size, size - m_size, static_cast<off_t>(m_size)); });
+      if (count <= 0)
+        return count < 0 ? errno : 0;
+      m_size += static_cast<std::size_t>(count);
+    }
+    return 0;
+  }
+
+  void writeBack(int handle) const {
+    for (std::size_t at = 0; at < m_size;) {
+      const ssize_t count =
+          Retried([&] { return ::pwrite(handle, m_bytes.get() + at, m_size - at, static_cast<off_t>(at)); });
+      if (count <= 0)
+        return;
+      at += static_cast<std::size_t>(count);
+    }
+  }
+
+private:
+  std::unique_ptr<char[]> m_bytes;
+  std::size_t m_size = 0;
+};
+
+/// All of it in place, but not yet closed.
+int overwrite(const WritableFile &file, const Blocks &blocks) {
+  if (!file.isRegular())
+    return writeBlocks(file.handle(), blocks);
+  const std::uint64_t total = sizeOf(blocks);
+  if (ExceedsSizeLimit(total))
+    return EFBIG;
+  const off_t oldSize = file.status().st_size;
+  const auto size = static_cast<off_t>(total);
+  OldBytes old;
+  if (file.isReadable() && oldSize > 0) {
+    if (const int error = old.read(file.handle(), static_cast<std::size_t>(std::min(oldSize, size))); error != 0)
+      return error;
+  }
+  // An old file may have holes, which take room too. Some hosts have to read for that.
+  int error = Reserve(file.handle(), file.isReadable() ? 0 : oldSize, size);
+  if (error == 0) {
+    error = writeBlocks(file.handle(), blocks);
+    if (error == 0 && size < oldSize)
+      error = file.resize(size);
+    if (error != 0)
+      old.writeBack(file.handle());
+  }
+  if (error != 0)
+    file.resize(oldSize);
+  return error;
+}
+
+/// Whether the file has what a new one in its place would lack.
+bool hasOwnAttributes(int handle) {
+  std::string names(std::size_t{64} << 10, '\0');
+  const ssize_t length = ::flistxattr(handle, names.data(), names.size());
+  names.resize(static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+  for (std::size_t at = 0; at < names.size(); at = names.find('\0', at) + 1) {
+    const std::string_view name = names.c_str() + at;
+    if (name.starts_with("user.") || name == "system.posix_acl_access")
+      return true;
+  }
+  return false;
+}
+
+/// The file that takes the place of another one; gone at the end unless it did.
+class NewFile {
+public:
+  explicit NewFile(std::string target)
+      : m_target(std::move(target)), m_folder(m_target.substr(0, m_target.rfind('/') + 1)) {}
+  NewFile(const NewFile &) = delete;
+  NewFile &operator=(const NewFile &) = delete;
+  ~NewFile() {
+    if (m_isThere)
+      ::unlink(m_path.c_str());
+  }
+
+  int open(mode_t mode) {
+    static std::atomic<unsigned> number = 0;
+    const std::string start = m_folder + ".kestrune-" + std::to_string(::getpid()) + "-";
+    do {
+      m_path = start + std::to_string(++number) + ".tmp";
+      m_file =
+          Descriptor(Retried([&] { return ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); }));
+    } while (!m_file.isOpen() && errno == EEXIST);
+    m_isThere = m_file.isOpen();
+    return m_isThere ? 0 : errno;
+  }
+
+  /// Takes owner and mode of the old file.
+  int become(const struct stat &old) {
+    struct stat own {};
+    if (::fstat(m_file.get(), &own) != 0)
+      return errno;
+    if ((own.st_uid != old.st_uid || own.st_gid != old.st_gid) && ::fchown(m_file.get(), old.st_uid, old.st_gid) != 0)
+      return errno;
+    return ::fchmod(m_file.get(), old.st_mode & 07777U) == 0 ? 0 : errno;
+  }
+
+  int write(const Blocks &blocks) {
+    int error = Reserve(m_file.get(), 0, static_cast<off_t>(sizeOf(blocks)));
+    if (error == 0)
+      error = writeBlocks(m_file.get(), blocks);
+    if (error == 0)
+      error = synchronize(m_file.get());
+    const int closing = m_file.close();
+    return error != 0 ? error : closing;
+  }
+
+  int takePlace() {
+    if (::rename(m_path.c_str(), m_target.c_str()) != 0)
+      return errno;
+    m_isThere = false;
+    const Descriptor directory = OpenForReading(m_folder);
+    return directory.isOpen() ? synchronize(directory.get()) : 0;
+  }
+
+private:
+  std::string m_target;
+  std::string m_folder;
+  std::string m_path;
+  Descriptor m_file;
+  bool m_isThere = false;
+};
+
+bool allowsInPlaceOnly(int error) {
+  return error == EACCES || error == EPERM || error == EROFS || error == EBUSY || error == EXDEV ||
+         error == ENAMETOOLONG;
+}
+
+/// Replaces the file at `path`, `old` where it is there. Nothing where it can only be saved in place.
+std::optional<int> replace(const std::string &path, const WritableFile *old, const Blocks &blocks) {
+  if (old != nullptr && (!old->isRegular() || old->status().st_nlink > 1 || hasOwnAttributes(old->handle())))
+    return std::nullopt;
+  if (ExceedsSizeLimit(sizeOf(blocks)))
+    return EFBIG;
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), std::free);
+  if (old != nullptr && real == nullptr)
+    return std::nullopt;
+  NewFile file(old != nullptr ? real.get() : LinkTarget(path));
+  // Until it has the old one's mode, nobody else may open it.
+  int error = file.open(old != nullptr ? 0600 : 0666);
+  if (error == 0 && old != nullptr && file.become(old->status()) != 0)
+    return std::nullopt;
+  if (error == 0) {
+    error = file.write(blocks);
+    if (error != 0)
+      return error;
+    error = file.takePlace();
+  }
+  return allowsInPlaceOnly(error) ? std::nullopt : std::optional(error);
+}
+
+} // namespace
+
+SaveWayScope::SaveWayScope(SaveWay way) : m_old(std::exchange(saveWay, way)) {}
+SaveWayScope::~SaveWayScope() { saveWay = m_old; }
+
+int SaveFile(const char *name, const Blocks &blocks) {
+  std::string path;
+  if (!ToHostPath(name, path))
+    return ENOENT;
+  const bool replacing = saveWay == SaveWay::kReplacing;
+  WritableFile file;
+  int error = file.openLocked(path, !replacing);
+  if (replacing && (error == 0 || error == ENOENT)) {
+    if (const std::optional<int> result = replace(path, error == 0 ? &file : nullptr, blocks))
+      return *result;
+    if (error == ENOENT)
+      error = file.openLocked(path, true);
+  }
+  if (error == 0)
+    error = overwrite(file, blocks);
+  if (error == 0 && replacing)
+    error = synchronize(file.handle());
+  if (error != 0)
+    file.removeIfMade();
+  const int closing = file.close();
+  if (closing != 0)
+    file.removeIfMade();
+  return error != 0 ? error : closing;
+}
+
+} // namespace kestrune::platform
