@@ -2,12 +2,12 @@
 
 #include "kestrune/platform/ascii.h"
 #include "kestrune/platform/code_page.h"
+#include "kestrune/platform/input_file.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <optional>
@@ -288,16 +288,9 @@ std::string readFile(const std::filesystem::path &path) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error))
     return {};
-  // Not << of the buffer: that operator keeps a lack of memory to itself and leaves half of the file.
-  std::ifstream file(path, std::ios::binary);
   std::string bytes;
-  while (file) {
-    constexpr std::size_t kPiece = std::size_t{64} << 10;
-    const std::size_t size = bytes.size();
-    bytes.resize(size + kPiece);
-    file.read(bytes.data() + size, static_cast<std::streamsize>(kPiece));
-    bytes.resize(size + static_cast<std::size_t>(file.gcount()));
-  }
+  if (!kestrune::platform::InputFile(path.string()).readAll(bytes))
+    bytes.clear();
   return bytes;
 }
 

@@ -25,7 +25,7 @@ public:
   virtual bool mustPassUnseen() const { return false; }
   /// Whether a file that is being written may be neither old nor new, since nobody could write the old bytes back.
   virtual bool mayTearFile(bool /*forEver*/) const { return false; }
-  /// Whether a file that nobody named may count as not there: a companion, or the one that a search looks for.
+  /// Whether a file can seem to be missing or unreadable, which is no failure for those that nobody named.
   virtual bool mayHideFile() const { return false; }
   /// The number of blocks that are allocated, or 0 where nobody counts.
   virtual long liveBlocks() const { return 0; }

@@ -229,14 +229,15 @@ std::vector<Scenario> Scenarios() {
   constexpr bool kCold = false;
   return {
       {"load chips with an add-on", kWarm, make<Load<CVorlanTyp4>>("Types/Vorlan.xml")},
-      {"load chips by macro, first", kCold, make<Load<CVorlanTyp4>>("$StdVorlanTyp$")},
-      {"load transceivers and the user's", kWarm, make<Load<CStdXcvr3>>("Types/StdXcvr.xml")},
-      {"load transceivers by macro, first", kCold, make<Load<CStdXcvr3>>("$StdXcvrTyp$")},
+      {"load chips by macro, first", kCold, make<Load<CVorlanTyp4>>("$StdVorlanTyp$"), true},
+      {"load transceivers and the user's", kWarm, make<Load<CStdXcvr3>>("Types/StdXcvr.xml"), true},
+      {"load transceivers by macro, first", kCold, make<Load<CStdXcvr3>>("$StdXcvrTyp$"), true},
       {"load identity data", kWarm, make<Load<CSpidData2>>("Types/spidData.xml")},
       {"load identity data in UTF-16", kWarm, make<Load<CSpidData2>>("Types/spidData-utf16.xml")},
       {"load identity data in Shift_JIS, first", kCold, make<Load<CSpidData2>>("Types/spidData-sjis.xml")},
       {"load the user interface", kWarm, make<Load<CKestruneUI>>("Types/KestruneUI.xml")},
-      {"load the sample chips", kWarm, make<Load<CVorlanTyp4>>(KESTRUNE_SAMPLE_INSTALLATION "/Types/Vorlan.xml"), 211},
+      {"load the sample chips", kWarm, make<Load<CVorlanTyp4>>(KESTRUNE_SAMPLE_INSTALLATION "/Types/Vorlan.xml"), false,
+       211},
       {"save as a new file in new folders", kWarm, make<Save>("new/folder/ui.xml", nullptr)},
       {"save as a new file, first", kCold, make<Save>("new/ui.xml", nullptr)},
       {"save over a shorter file", kWarm, make<Save>("shorter.xml", "short")},
@@ -244,7 +245,7 @@ std::vector<Scenario> Scenarios() {
       {"copy and assign chips", kWarm, make<Copy<CVorlanTyp4>>("Types/Vorlan.xml")},
       {"copy and assign transceivers", kWarm, make<Copy<CStdXcvr3>>("Types/StdXcvr.xml")},
       {"resolve names", kWarm, make<Resolve>()},
-      {"resolve names, first", kCold, make<Resolve>()},
+      {"resolve names, first", kCold, make<Resolve>(), true},
       {"replace a macro in a large table", kWarm, make<AddMacro>()},
       {"copy a file", kWarm, make<CopyFile>()},
   };

@@ -33,7 +33,7 @@ long saveReplacing(CVorlanTyp4 &document) { return kestrune::SaveReplacing(docum
 void fill(CVorlanTyp4 &document, const char *text) {
   for (int i = 0; i < 300; ++i) {
     CVorlanModel4 &model = *document.VorlanModels4.Add(("M" + std::to_string(i)).c_str());
-    model.KeyText = model.Name;
+    model.KeyText = static_cast<const char *>(model.Name);
     model.ImageName = text;
   }
 }

@@ -44,9 +44,7 @@ public:
     return m_error == EINTR || m_error == kShortCount || (m_call == "flock" && m_error == ENOLCK);
   }
   bool mayTearFile(bool forEver) const override { return forEver && (m_call == "write" || m_call == "ftruncate"); }
-  bool mayHideFile() const override {
-    return m_call == "stat" || m_call == "lstat" || m_call == "fstat" || m_call == "getcwd" || m_call == "readlink";
-  }
+  bool mayHideFile() const override { return !mustPassUnseen(); }
 
   /// The error with which this call fails, or 0.
   static int next(std::string_view call) {

@@ -53,7 +53,7 @@ void work(int thread) {
   const std::string own = "thread" + std::to_string(thread) + ".xml";
   for (int round = 0; round < kRounds; ++round) {
     if (thread == 0)
-      kestrune::platform::SetDebugSink(round % 2 == 0 ? [](const char *) {} : nullptr);
+      kestrune::platform::SetDebugSink(round % 2 == 0 ? +[](const char *) {} : nullptr);
     workWith<CVorlanTyp4>("Types/Vorlan.xml", own, [](CVorlanTyp4 &document) {
       demand(document.VorlanModels4.Count() == 3, "the number of models");
       demand(document.VorlanModels4.FindByName("Three") != nullptr, "the model of the add-on");
@@ -62,7 +62,7 @@ void work(int thread) {
       demand(document.Transceivers3.FindByID(2) != nullptr, "the user's transceiver");
     });
     workWith<CSpidData2>("Types/spidData-sjis.xml", own, [](CSpidData2 &document) {
-      demand(document.ManufacturerIDs.Count() == 1, "the manufacturer");
+      demand(document.ManufacturerIDs2.Count() == 1, "the manufacturer");
     });
     workWith<CKestruneUI>("Types/KestruneUI.xml", own, [](CKestruneUI &document) {
       demand(document.UIInfo.ClockSpeeds == "5 MHz", "the clock speeds");
