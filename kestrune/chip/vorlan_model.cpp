@@ -48,7 +48,6 @@ struct CVorlanModel2::Members : RecordMembers<Members, CVorlanModel2, CVorlanMod
   };
 };
 
-
 CVorlanModel2::CVorlanModel2() { Members::construct(*this); }
 CVorlanModel2::CVorlanModel2(const CVorlanModel2 &rhs) : CVorlanModel2() { *this = rhs; }
 CVorlanModel2::~CVorlanModel2() = default;

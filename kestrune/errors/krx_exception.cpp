@@ -8,7 +8,7 @@ namespace {
 
 constexpr int kModule = 3;
 
-// Indexed by module number; null where no module has the number.
+// Indexed by module number; null if no module has that number.
 constexpr const char *kModuleCodes[] = {"QOV", "ZAF", "HUJ", "KRX", "TIY", "GEQ", "VUK", nullptr, "JOH", "FYM",
                                         "SOQ", "BAV", "YOT", "RIH", "ZEK", "DOF", "MUJ", nullptr, "PAZ", "XOL"};
 constexpr int kModuleCount = sizeof kModuleCodes / sizeof *kModuleCodes;

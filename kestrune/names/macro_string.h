@@ -79,6 +79,6 @@ protected:
 private:
   friend class MacroExpansion;
 
-  /// Fills the table while it is empty.
+  /// Fills the table if it is empty.
   void setUpIfEmpty();
 };
