@@ -28,7 +28,7 @@ public:
   char GetDrive() const;
   /// The first byte of the last character; 0 for an empty name.
   char GetLastChar() const;
-  /// The drive, as of GetDrive, followed by `:\`.
+  /// The letter that GetDrive returns, followed by `:\`.
   CFilename GetRoot() const;
   /// The folder without its drive and without its last `\`. A name without `\` is returned whole, without its drive.
   CFilename GetDir() const;
@@ -112,8 +112,8 @@ public:
   /// `out` unchanged, only when the current directory is needed and not known.
   bool GetAbsolute(CFilename &out, const char *defaultDir) const;
   /// Writes the form to store in a file to `out`: relative to `base` (a folder without a `\` at its end, or null) if
-  /// the file is below `base` or its parent, else the result of GetBestFit. A name that begins with `$` is only
-  /// normalised. Always returns true.
+  /// the file is below `base`, or below its parent and that is not the root of a drive; else the result of GetBestFit.
+  /// A name that begins with `$` is only normalised. Always returns true.
   bool GetRelative(CFilename &out, const char *base) const;
   /// Writes to `out` the name with one macro put in for its value: the longest value that occurs in the name, and of
   /// equally long ones the first in the table. Always returns true.
