@@ -9,10 +9,10 @@
 
 // Measures how long it takes to load, to save and to copy chip data files:
 //
-//   chip_benchmark FOLDER [options of Google Benchmark]      makes its files in FOLDER where they are missing
+//   chip_benchmark FOLDER [options of Google Benchmark]      creates the files that FOLDER lacks
 //
 // The argument of a benchmark is the number of models, and "per_model" the time in seconds for one of them. Loading and
-// copying end with the destruction of what was made.
+// copying include the destruction of the object.
 
 namespace {
 
@@ -27,8 +27,8 @@ std::string chipFile(const std::string &name, int first, int count) {
 
 std::string chipFile(int count) { return chipFile("chips" + std::to_string(count) + ".xml", 0, count); }
 
-/// A file with an add-on of `count` models beside it. It has a tenth of that number itself, so that each size has the
-/// same share of models that are merged.
+/// A file with `count / 10` models and an add-on with `count` models, so that the share of merged models is the same at
+/// every size.
 std::string chipFileWithAddOn(int count) {
   const std::string name = "main" + std::to_string(count);
   chipFile(name + "-1.xml", count, count);
@@ -115,13 +115,13 @@ int main(int argc, char **argv) {
     std::cerr << "usage: chip_benchmark FOLDER [options]\n";
     return 2;
   }
-  // The heap keeps what it was given. Else each benchmark would have as many page faults as the one before it, which is
-  // another one each time, has left free memory; what they cost is measured in new processes.
+  // Keep freed memory in the heap, so that page faults do not depend on the benchmark that ran before. The programs of
+  // fresh_process.cpp measure their cost.
   ::mallopt(M_MMAP_MAX, 0);
   ::mallopt(M_TRIM_THRESHOLD, -1);
 
   folder = std::filesystem::absolute(argv[1]);
-  // A vorlan.xml in the folder $PFDT$ or in the current directory would be read in place of the file that is named.
+  // A vorlan.xml in the folder $PFDT$ or in the current directory would be read instead of the named file.
   ::unsetenv("PFDT");
   std::filesystem::current_path(folder);
   benchmark::RunSpecifiedBenchmarks();

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The choices that make up one model.
+/// The pseudo-random choices for one model, which depend only on its number.
 class Choices {
 public:
   explicit Choices(int number) : m_random(static_cast<std::uint32_t>(number) + 1U) { m_random.discard(3); }

@@ -6,11 +6,10 @@
 #include <memory>
 #include <string>
 
-// The ways to read and to write a chip data file that are compared. A copy of an object copies all texts. Each `load`
-// fills a new object and returns how many models it has found, 0 on failure. Each `save` returns whether the file was
-// written.
+// The ways to read and write a chip data file that are compared. A copy of an object copies all texts. `load` fills a
+// new object and returns the number of models found, or 0 on failure. `save` returns whether the file was written.
 
-/// This library: every member as an object that loads and saves itself.
+/// This library: each member is an object that loads and saves itself.
 class KestruneChipFile {
 public:
   KestruneChipFile();
@@ -25,7 +24,7 @@ private:
   CVorlanTyp4 m_document;
 };
 
-/// pugixml and structs that are filled, and written, by hand.
+/// pugixml, with structs that are filled and written by hand.
 class PugixmlChipFile {
 public:
   int load(const std::string &path);
@@ -35,7 +34,7 @@ private:
   PlainChipFile m_file;
 };
 
-/// The document tree of libxml2, from which nothing is read but the number of models.
+/// The document tree of libxml2; only the number of models is read from it.
 class LibXml2Tree {
 public:
   LibXml2Tree();
@@ -50,7 +49,8 @@ private:
   std::unique_ptr<Tree> m_tree;
 };
 
-/// The parser beneath this library, which looks at every element and keeps nothing: what no reader can be faster than.
+/// Only the parser of this library, which visits each element and stores nothing: a lower bound for any reader based on
+/// it.
 class ExpatPass {
 public:
   static int load(const std::string &path);

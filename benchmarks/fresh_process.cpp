@@ -4,14 +4,14 @@
 #include <fstream>
 #include <iostream>
 
-// Loads a chip data file, saves it where a second file is named, and prints the processor time that loading and saving
-// took, in milliseconds, and the most memory that the process has held, in KiB. A program that starts only to read a
-// file pays for every page of memory, which a long-running one has already; and each contestant is a program of its
-// own, so that none carries the libraries of another.
+// Loads a chip data file, saves it if a second file is named, and prints the processor times of loading and saving in
+// milliseconds and the peak memory of the process in KiB. A program that starts only to read a file pays for each page
+// of memory, which a long-running one already has. Each contestant is a separate program, so that none loads the
+// libraries of another.
 
 namespace {
 
-/// Runs `operation` and returns its processor time, or -1 when it has failed.
+/// Runs `operation` and returns its processor time in milliseconds, or -1 if it failed.
 template <class Operation>
 double timeOf(Operation operation) {
   const std::clock_t start = std::clock();
@@ -27,7 +27,7 @@ double timeOfSave(Contestant &file, const std::string &path) {
     return -1;
 }
 
-/// What getrusage tells is no less than the memory of the program that started this one.
+/// Not from getrusage, whose value is at least the memory of the program that started this one.
 long peakMemory() {
   std::ifstream status("/proc/self/status");
   std::string word;

@@ -5,7 +5,7 @@
 #include <iostream>
 
 // Writes an invented chip data file:  make_chip_file FILE COUNT [FIRST]
-// An add-on of x.xml is x-1.xml, with numbers of its own: make_chip_file x-1.xml 5000 1000000
+// An add-on of x.xml is named x-1.xml and needs other model numbers: make_chip_file x-1.xml 5000 1000000
 
 int main(int argc, char **argv) {
   if (argc < 3 || argc > 4) {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-// What somebody who only needs the texts would write by hand: a struct of strings for each record of a chip data file.
-// The generator fills it, and the other libraries are measured by how they read and write it.
+// The structs that a program which only needs the texts would use: strings for each record of a chip data file. The
+// generator fills them, and the other libraries are measured by reading and writing them.
 //
 // `visit` names the members in the order of the file: the attributes, then the child elements. A visitor has the
 // operations attribute(tag, text), element(tag, text) and list(tag, itemTag, records).

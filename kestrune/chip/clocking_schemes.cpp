@@ -5,7 +5,7 @@
 
 namespace {
 
-/// What the three searches have in common: a search for a clock and one for a multiplier of that clock.
+/// A search for a clock and then for a multiplier of that clock, by any kind of key.
 template <class Key>
 bool FindPair(CClocks &clocks, CClock *(CClocks::*findClock)(Key), CMultiplier *(CMultipliers::*findMultiplier)(Key),
               Key clock, Key multiplier, CClock **clockFound, CMultiplier **multiplierFound) {

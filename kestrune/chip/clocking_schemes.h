@@ -2,10 +2,12 @@
 
 #include "kestrune/chip/clocks.h"
 
-/// A numbered set of clock rates. The searches look for a clock and, among the multipliers of that clock alone, for a
-/// multiplier; the rules of comparison, and what throws, are those of CClocks and CMultipliers. `*clockFound` tells how
-/// far a search got: it takes the clock, or null, and only with a clock does `*multiplierFound` take the multiplier, or
-/// null. True when both were found; both stay their collections'.
+/// A numbered set of clock rates.
+///
+/// The searches look for a clock, and then for a multiplier among those of that clock. They compare and throw as those
+/// of CClocks and CMultipliers do, and return true when both were found. `*clockFound` is always set, to null if there
+/// is no such clock; `*multiplierFound` is set only if the clock was found, to null if the clock has no such
+/// multiplier. Both objects still belong to their collections.
 class KESTRUNE_API CClockingScheme : public CXMLFolder {
 public:
   CClockingScheme();
@@ -18,12 +20,12 @@ public:
   CString Key() const override;
   void pushMembers() override;
 
-  /// "Id" as a number by the rules of C for its base; an empty text is 0. Throws CKRXException* (text 101) when
-  /// anything is left behind the number, and on the default, "Unassigned".
+  /// "Id" as a number: decimal, hexadecimal with 0x, or octal with a leading 0; an empty text is 0. Throws
+  /// CKRXException* (text 101) when anything is left after the number, and on the default text, "Unassigned".
   int Id() const;
   /// Valid until the member changes.
   const char *Description() const;
-  /// A number that only callers know the meaning of; read and throws as Id.
+  /// A number whose meaning is up to the caller; same form as Id.
   int Algorithm();
   /// The clock rates: a member of the scheme.
   CClocks *Clocks();
@@ -53,15 +55,15 @@ public:
   long Load(MSXML::IXMLDOMElement *parent) override;
   void pushMembers() override;
 
-  /// Adds a scheme, whose "Id" stays "Unassigned"; the item stays the collection's. Null when `key` is empty or there
-  /// already.
+  /// Adds a scheme and returns it; the collection owns it. Its "Id" stays "Unassigned". Returns null when `key` is
+  /// null, empty or already present.
   CClockingScheme *Add(const char *key);
   /// The item at `index`; throws std::out_of_range outside the list.
   CClockingScheme *operator[](int index);
-  /// The first scheme with that number, or null. Throws when it reaches one whose "Id" is no number.
+  /// The first scheme with that number, or null. Throws when it reaches one whose "Id" is not a number.
   CClockingScheme *Find(int id);
 
-  /// Search the scheme with that number. Without one the result is false, and neither output is written.
+  /// These search the scheme with that number. If there is none, they return false and write neither output.
   bool FindByDisplay(int id, const char *clock, const char *multiplier, CClock **clockFound,
                      CMultiplier **multiplierFound);
   bool FindByEncoding(int id, const char *clock, const char *multiplier, CClock **clockFound,

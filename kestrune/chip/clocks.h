@@ -4,13 +4,14 @@
 
 #include <memory>
 
-// The clock rates of a clocking scheme, and what belongs to each rate. The accessors of numbers read the member's text
-// at each call: white space may stand in front, an empty text is 0, and anything behind the number throws
-// CKRXException* (text 101). The accessors of texts give the member's own text, valid until the member changes. The
-// searches give the first item that matches, which stays the collection's, or null; a null text matches nothing. A
-// search by number throws when it reaches an item whose text is no number.
+// The clock rates of a clocking scheme, each with its multipliers and oscillators.
+//
+// An accessor for a number converts the member's text at each call: leading white space is allowed, an empty text is 0,
+// and anything left after the number throws CKRXException* (text 101). An accessor for a text returns the member's own
+// text, valid until the member changes. A search returns the first item that matches, which the collection still owns,
+// or null; a null text matches nothing. A search by number throws when it reaches an item whose text is not a number.
 
-/// A factor between the crystal's rate and the rate of the core.
+/// The factor from the crystal's rate to the rate of the core.
 class KESTRUNE_API CMultiplier : public CXMLFolder {
 public:
   CMultiplier();
@@ -24,13 +25,13 @@ public:
   void pushMembers() override;
 
   double Value() const;
-  /// The text for people, such as "1/2".
+  /// The text to show to users, such as "1/2".
   const char *Display() const;
   const char *Description() const;
   const char *Encoding() const;
-  /// A number by the rules of C for its base. Throws on the default, "Unassigned".
+  /// Decimal, hexadecimal with 0x, or octal with a leading 0. Throws on the default text, "Unassigned".
   int Cpu() const;
-  /// As Cpu.
+  /// Same form as Cpu.
   int Mac() const;
 
 private:
@@ -57,11 +58,11 @@ public:
 
   /// The item at `index`; throws std::out_of_range outside the list.
   CMultiplier *operator[](int index);
-  /// By "Value", to the last bits of a number below 1.
+  /// By "Value"; values that differ by no more than DBL_EPSILON count as equal.
   CMultiplier *Find(double value);
-  /// By "Display"; white space does not count, case does.
+  /// By "Display", case-sensitive, ignoring white space.
   CMultiplier *FindByDisplay(const char *display);
-  /// By "Encoding", in the same way.
+  /// By "Encoding", case-sensitive, ignoring white space.
   CMultiplier *FindByEncoding(const char *encoding);
 
 protected:
@@ -85,7 +86,7 @@ public:
   int Value() const;
   /// A decimal number.
   int Encoding() const;
-  /// The text for people.
+  /// The text to show to users.
   const char *Display() const;
 
 private:
@@ -96,9 +97,9 @@ private:
   CXMLElement m_display;
 };
 
-/// The oscillators of one clock rate. A collection without items behaves as if it had one of value 1, encoding 1 and
-/// display text "OSC1", whatever is searched for. That object is no item; the collection owns it, gives it these three
-/// values again at each search, and keeps it to its own end.
+/// The oscillators of one clock rate. Every search of an empty collection returns a default oscillator with value 1,
+/// encoding 1 and display text "OSC1". It is not an item; the collection owns it until its own destruction and resets
+/// it to these values at each such search.
 class KESTRUNE_API COscillators : public CXMLCollectionFolder2 {
 public:
   COscillators();
@@ -113,7 +114,7 @@ public:
   COscillator *operator[](int index);
   /// By "Value".
   COscillator *Find(int value);
-  /// By "Display", without regard to white space and case.
+  /// By "Display", ignoring case and white space.
   COscillator *Find(const char *display);
   /// By "Encoding".
   COscillator *FindByEncoding(int encoding);
@@ -125,7 +126,7 @@ private:
   template <class Matches>
   COscillator *findOrDefault(Matches matches);
 
-  std::unique_ptr<COscillator> m_default; // made when it is first asked for
+  std::unique_ptr<COscillator> m_default; // created at the first search that needs it
 };
 
 /// A clock rate with its multipliers and oscillators.
@@ -143,15 +144,15 @@ public:
 
   /// The rate in kHz.
   double Value() const;
-  /// The text for people, such as "10 MHz".
+  /// The text to show to users, such as "10 MHz".
   const char *Display() const;
   const char *Description() const;
   double CycleDivider() const;
   const char *Encoding() const;
   /// The multipliers of this rate: a member of the clock.
   CMultipliers *Multipliers();
-  /// True for 1, TRUE and YES, false for 0, FALSE and NO, without regard to case and white space. Throws CKRXException*
-  /// (text 132) for any other text, the empty one too.
+  /// True for 1, TRUE and YES, false for 0, FALSE and NO, ignoring case and white space. Throws CKRXException* (text
+  /// 132) for any other text, including an empty one.
   bool Uart() const;
   /// The oscillators of this rate: a member of the clock.
   COscillators *Oscillators();
@@ -182,11 +183,11 @@ public:
 
   /// The item at `index`; throws std::out_of_range outside the list.
   CClock *operator[](int index);
-  /// By "Value", in kHz; a value of 1 kHz and more has to be equal.
+  /// By "Value", in kHz; values that differ by no more than DBL_EPSILON count as equal.
   CClock *Find(double value);
-  /// By "Display"; white space does not count, case does.
+  /// By "Display", case-sensitive, ignoring white space.
   CClock *FindByDisplay(const char *display);
-  /// By "Encoding", in the same way.
+  /// By "Encoding", case-sensitive, ignoring white space.
   CClock *FindByEncoding(const char *encoding);
 
 protected:

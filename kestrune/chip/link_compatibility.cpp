@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Whether `item` is one of the items of `list`, to the character.
+/// Whether `list` contains `item`, compared byte for byte.
 bool IsListed(const CString &list, const CString &item) {
   std::string rest(list.View());
   char *context = nullptr;

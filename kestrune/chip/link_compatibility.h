@@ -2,9 +2,8 @@
 
 #include "kestrune/export.h"
 
-/// Whether the chip model of number `other` is link compatible with that of number `model`, by the table of the
-/// standard chip data file, $StdVorlanTyp$, which is read anew for each question: `other` has to stand, in the plain
-/// decimal form of the number, in the list of `model`. The relation has a direction. A model is compatible with itself,
-/// without a look at the file. False when the file or the last of its add-ons cannot be read, as on a thread without
-/// COM.
+/// Returns whether chip model number `other` is link compatible with chip model number `model`: whether the list of
+/// `model` in the standard chip data file, $StdVorlanTyp$, contains `other` in plain decimal form. The opposite
+/// direction is a separate question. The file is read at each call, except that a model is always compatible with
+/// itself. Returns false when the file or the last of its add-ons cannot be read, for instance on a thread without COM.
 extern "C" KESTRUNE_API bool isLinkCompatible(int model, int other);

@@ -17,16 +17,16 @@ public:
 
   /// The number of the model, in decimal text.
   CXMLAttribute Name;
-  /// The numbers of the other models, in decimal text, separated by `;`, `,` or a line feed. A blank belongs to the
-  /// number that it stands beside.
+  /// The numbers of the other models, in decimal text, separated by `;`, `,` or a line feed. Blanks are not trimmed, so
+  /// a number with a blank next to it matches no model.
   CXMLElement LinkCompatibleList;
 
 private:
   struct Members;
 };
 
-/// The table of link compatible models in a chip data file. It is read in one direction: to be mutual, a relation has
-/// to stand in the lists of both models.
+/// The table of link compatible models in a chip data file. The relation has a direction: it is mutual only if each of
+/// two models lists the other.
 class KESTRUNE_API CLinkCompatibleModels : public CXMLCollectionFolder {
 public:
   CLinkCompatibleModels();
@@ -37,11 +37,11 @@ public:
   void Init() override;
   long Load(MSXML::IXMLDOMElement *parent) override;
 
-  /// Adds a model; the item stays the collection's. Null when `name` is null, empty or there already.
+  /// Adds a model and returns it; the collection owns it. Returns null when `name` is null, empty or already present.
   CLinkCompatibleModel *Add(const char *name);
   /// The item at `index`; throws std::out_of_range outside the list.
   CLinkCompatibleModel *operator[](int index);
-  /// The first item of that name, without regard to case, or null.
+  /// The first item with that name, case-insensitive, or null.
   CLinkCompatibleModel *Find(const char *key);
 
 protected:

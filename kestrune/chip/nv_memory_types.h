@@ -2,14 +2,14 @@
 
 #include "kestrune/xml/xml_collection.h"
 
-/// A non-volatile memory that a chip model can work with. The accessors of texts give the member's own text, valid
+/// A non-volatile memory that a chip model can work with. An accessor for a text returns the member's own text, valid
 /// until the member changes.
 class KESTRUNE_API CNVMemoryType : public CXMLFolder {
 public:
-  /// Every text is "Unassigned".
+  /// All texts are "Unassigned".
   CNVMemoryType();
-  /// With that key and name, sector sizes "0", write time "FALSE", and no description, symbol and driver id. Null
-  /// counts as empty.
+  /// Sector sizes are "0", the write time flag is "FALSE", and description, symbol and driver id are empty. A null
+  /// `key` or `name` counts as empty.
   CNVMemoryType(const char *key, const char *name);
   CNVMemoryType(const CNVMemoryType &rhs);
   ~CNVMemoryType() override;
@@ -20,18 +20,18 @@ public:
   CString Key() const override;
   void pushMembers() override;
 
-  /// "Key" as a number by the rules of C for its base; an empty text is 0. Throws CKRXException* (text 101) when
-  /// anything is left behind the number, and on "Unassigned".
+  /// "Key" as a number: decimal, hexadecimal with 0x, or octal with a leading 0; an empty text is 0. Throws
+  /// CKRXException* (text 101) when anything is left after the number, and on "Unassigned".
   int DriverKey() const;
   const char *Name() const;
   const char *Description() const;
   const char *Symbol() const;
-  /// The number of the flash driver; read and throws as DriverKey.
+  /// The number of the flash driver; same form as DriverKey.
   int FlashDriverID() const;
 
-  /// The sizes as one text, which the library does not split.
+  /// All sizes in one text, which the library does not split.
   CXMLElement FlashSectorSizes;
-  /// Whether writing takes a time that has to be waited for.
+  /// Whether a write takes time that has to be waited for.
   CXMLBoolAttribute EEWriteTimeRequired;
 
 private:
@@ -57,12 +57,12 @@ public:
   long Load(MSXML::IXMLDOMElement *parent) override;
   void pushMembers() override;
 
-  /// Adds a memory with that key and, unless it is null, that name; the item stays the collection's. Null when `key` is
-  /// null, empty or there already.
+  /// Adds a memory with that key and, unless it is null, that name, and returns it; the collection owns it. Returns
+  /// null when `key` is null, empty or already present.
   CNVMemoryType *Add(const char *key, const char *name);
   /// The item at `index`; throws std::out_of_range outside the list.
   CNVMemoryType *operator[](int index);
-  /// The first item of that key, without regard to case, or null.
+  /// The first item with that key, case-insensitive, or null.
   CNVMemoryType *Find(const char *key);
 
 protected:

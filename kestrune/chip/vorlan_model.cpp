@@ -48,9 +48,6 @@ struct CVorlanModel2::Members : RecordMembers<Members, CVorlanModel2, CVorlanMod
   };
 };
 
-// In the later versions, the constructors find what they inherit initialised, and Init and operator= need not rebuild
-// the member list: the first version has had the virtual pushMembers do it.
-
 CVorlanModel2::CVorlanModel2() { Members::construct(*this); }
 CVorlanModel2::CVorlanModel2(const CVorlanModel2 &rhs) : CVorlanModel2() { *this = rhs; }
 CVorlanModel2::~CVorlanModel2() = default;

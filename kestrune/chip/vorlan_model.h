@@ -2,12 +2,12 @@
 
 #include "kestrune/chip/nv_memory_types.h"
 
-// The chip models in their four format versions. A later version holds the members of the earlier ones and its own. All
-// of them hold the text of the file: nothing is checked on loading, and what the file lacks keeps its default.
-// Addresses and sizes are hexadecimal text such as "0xFFFF", truth values "TRUE" or "FALSE", all other numbers what C
-// takes for one: decimal, hexadecimal with 0x, octal with a leading 0.
+// The chip models in their four format versions; each version adds members to the one before it. Members hold the text
+// of the file: loading checks nothing, and what the file lacks keeps its default. Addresses and sizes are hexadecimal
+// text such as "0xFFFF", truth values "TRUE" or "FALSE". All other numbers are decimal, hexadecimal with 0x, or octal
+// with a leading 0.
 
-/// A Vorlan chip model as of format version 1.
+/// A Vorlan chip model in format version 1.
 class KESTRUNE_API CVorlanModel : public CXMLFolder {
 public:
   CVorlanModel();
@@ -16,18 +16,19 @@ public:
   CVorlanModel &operator=(const CVorlanModel &rhs);
 
   void Init() override;
-  /// The text of KeyText, by which a collection knows the model.
+  /// The text of KeyText, which identifies the model in a collection.
   CString Key() const override;
   void pushMembers() override;
 
-  /// The name for people, and what a collection's Add takes.
+  /// The name to show to users, and the argument of a collection's Add.
   CXMLAttribute Name;
-  /// Whether the chip uses external memory. Neither this nor the next has a default that is a truth value.
+  /// Whether the chip uses external memory. The default of this and the next member is "Unassigned", so converting it
+  /// throws until a truth value is set or loaded.
   CXMLBoolAttribute ExternalMemory;
   CXMLBoolAttribute TriacClkedgeBipolar;
   CXMLBoolAttribute PTMSupported;
   CXMLElement ImageName;
-  /// The member of tag "Key".
+  /// The member with the tag "Key".
   CXMLElement KeyText;
   CXMLElement ModelNum;
   /// The lowest and the highest firmware release.
@@ -36,7 +37,7 @@ public:
   /// One text, which the library does not split.
   CXMLElement FirmwareVersionList;
   CXMLHexElement ROMend;
-  /// The lowest end of ROM that is allowed.
+  /// The lowest permitted value of ROMend.
   CXMLHexElement ROMendMinimum;
   CXMLHexElement EEstart;
   CXMLHexElement EEend;
@@ -53,10 +54,10 @@ public:
 private:
   struct Members;
   template <class, class, class>
-  friend struct RecordMembers; // of the next version
+  friend struct RecordMembers; // for the next version
 };
 
-/// A Vorlan chip model as of format version 2.
+/// A Vorlan chip model in format version 2.
 class KESTRUNE_API CVorlanModel2 : public CVorlanModel {
 public:
   CVorlanModel2();
@@ -73,16 +74,16 @@ public:
   CXMLHexElement ExtendedRAMSize;
   /// The lowest firmware release that has the big buffer reset.
   CXMLElement BigBufferResetFwMin;
-  /// "-1" at first: none.
+  /// The default, "-1", means none.
   CXMLElement ManufacturerID;
 
 private:
   struct Members;
   template <class, class, class>
-  friend struct RecordMembers; // of the next version
+  friend struct RecordMembers; // for the next version
 };
 
-/// A Vorlan chip model as of format version 3.
+/// A Vorlan chip model in format version 3.
 class KESTRUNE_API CVorlanModel3 : public CVorlanModel2 {
 public:
   CVorlanModel3();
@@ -101,14 +102,14 @@ public:
 private:
   struct Members;
   template <class, class, class>
-  friend struct RecordMembers; // of the next version
+  friend struct RecordMembers; // for the next version
 };
 
-/// A number that only callers know the meaning of.
+/// A number whose meaning is up to the caller.
 enum capacityModel : int {};
 
-/// A Vorlan chip model as of format version 4. The accessors read the member's text at each call: an empty text is 0,
-/// and CKRXException* (text 101) is thrown when anything is left behind the number.
+/// A Vorlan chip model in format version 4. The accessors convert the member's text at each call: an empty text is 0,
+/// and anything left after the number throws CKRXException* (text 101).
 class KESTRUNE_API CVorlanModel4 : public CVorlanModel3 {
 public:
   CVorlanModel4();
@@ -128,7 +129,7 @@ public:
   CNVMemoryTypes &NVMemoryTypes();
   /// Throws on the default, "Unassigned".
   capacityModel CapacityModel() const;
-  /// The pull-ups, as bits.
+  /// The programmable pull-ups, as a bit mask.
   unsigned int ProgrammablePullups() const;
 
 private:

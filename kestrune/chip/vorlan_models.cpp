@@ -34,7 +34,7 @@ CVorlanModel *CVorlanModels::FindByName(const char *name) {
   return findFirst<CVorlanModel>([&](const CVorlanModel &item) { return item.Name.CompareNoCase(name) == 0; });
 }
 
-// The items of a later version are all of its own class.
+// The casts below are safe: in a later version, NewFolder makes every item in that version's item class.
 
 CVorlanModels2::CVorlanModels2() = default;
 CVorlanModels2::CVorlanModels2(const CVorlanModels2 &rhs) : CVorlanModels2() { *this = rhs; }

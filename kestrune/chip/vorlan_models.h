@@ -2,8 +2,8 @@
 
 #include "kestrune/chip/vorlan_model.h"
 
-/// The chip models of a file, as of format version 1. A new item's name is compared with the keys (KeyText) of the
-/// items before it, not with their names: models of one name, or of one key, may stand side by side.
+/// The chip models of a file in format version 1. Adding compares the new item's name with the keys (KeyText) of the
+/// items before it, not with their names, so several models may have the same name or the same key.
 class KESTRUNE_API CVorlanModels : public CXMLCollectionFolder {
 public:
   CVorlanModels();
@@ -14,20 +14,21 @@ public:
   void Init() override;
   long Load(MSXML::IXMLDOMElement *parent) override;
 
-  /// Adds a model of that name; the item stays the collection's. Null when `name` is null, empty or the key of an item.
+  /// Adds a model with that name and returns it; the collection owns it. Returns null when `name` is null, empty or the
+  /// key of an item, case-insensitive.
   CVorlanModel *Add(const char *name);
   /// The item at `index`; throws std::out_of_range outside the list.
   CVorlanModel *operator[](int index);
-  /// The first item of that key, without regard to case, or null.
+  /// The first item with that key, case-insensitive, or null.
   CVorlanModel *Find(const char *key);
-  /// The first item of that name, without regard to case, or null.
+  /// The first item with that name, case-insensitive, or null.
   CVorlanModel *FindByName(const char *name);
 
 protected:
   CXMLFolder *NewFolder() override;
 };
 
-/// The same as of format version 2.
+/// The chip models of a file in format version 2.
 class KESTRUNE_API CVorlanModels2 : public CVorlanModels {
 public:
   CVorlanModels2();
@@ -47,7 +48,7 @@ protected:
   CXMLFolder *NewFolder() override;
 };
 
-/// The same as of format version 3.
+/// The chip models of a file in format version 3.
 class KESTRUNE_API CVorlanModels3 : public CVorlanModels2 {
 public:
   CVorlanModels3();
@@ -67,7 +68,7 @@ protected:
   CXMLFolder *NewFolder() override;
 };
 
-/// The same as of format version 4.
+/// The chip models of a file in format version 4.
 class KESTRUNE_API CVorlanModels4 : public CVorlanModels3 {
 public:
   CVorlanModels4();

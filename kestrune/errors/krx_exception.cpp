@@ -8,7 +8,7 @@ namespace {
 
 constexpr int kModule = 3;
 
-// By module number; the gaps belong to nobody.
+// Indexed by module number; null if no module has that number.
 constexpr const char *kModuleCodes[] = {"QOV", "ZAF", "HUJ", "KRX", "TIY", "GEQ", "VUK", nullptr, "JOH", "FYM",
                                         "SOQ", "BAV", "YOT", "RIH", "ZEK", "DOF", "MUJ", nullptr, "PAZ", "XOL"};
 constexpr int kModuleCount = sizeof kModuleCodes / sizeof *kModuleCodes;
@@ -51,7 +51,7 @@ CKRXException::CKRXException() : CKesException(kModule) {}
 
 CKRXException::CKRXException(unsigned int subCode) : CKRXException() { m_subCode = static_cast<int>(subCode); }
 
-// The texts have one placeholder at most, so that nothing behind the first argument is ever formatted.
+// The texts have at most one placeholder, so the variable arguments are not needed.
 CKRXException::CKRXException(unsigned int stringId, const char *argument, ...) : CKRXException(stringId) {
   CString format;
   format.LoadString(stringId);

@@ -9,7 +9,7 @@ struct CTKDeviceClass::Members : RecordMembers<Members, CTKDeviceClass> {
       Row{&CTKDeviceClass::Name, "Name"},
       Row{&CTKDeviceClass::Number, "Number"},
   };
-  // The two numbers are worked out from the text of `Number`.
+  // The two numbers are derived from the text of `Number` and not stored in the file.
   static constexpr std::size_t unstored = sizeof(NumberMajor) + sizeof(NumberMinor);
 };
 

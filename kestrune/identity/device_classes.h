@@ -2,33 +2,33 @@
 
 #include "kestrune/xml/xml_collection.h"
 
-/// A class of devices: its name, and its number of the form major.minor.
+/// A class of devices: a name, and a number of the form major.minor.
 class KESTRUNE_API CTKDeviceClass : public CXMLFolder {
 public:
   CTKDeviceClass();
-  /// A class with that number in decimal text. NumberMajor and NumberMinor stay 0.
+  /// Stores `number` as decimal text. NumberMajor and NumberMinor stay 0.
   CTKDeviceClass(const char *name, int number);
-  /// A class whose element is called `tag` and whose attributes have other names than "Name" and "Number".
+  /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its attributes.
   CTKDeviceClass(const char *tag, const char *nameTag, const char *numberTag);
   CTKDeviceClass(const CTKDeviceClass &rhs);
   ~CTKDeviceClass() override;
   CTKDeviceClass &operator=(const CTKDeviceClass &rhs);
 
-  /// Gives the members their usual tags; their texts stay.
+  /// Sets the members' usual tags and keeps their texts.
   void Init() override;
-  /// As the base; then works out NumberMajor and NumberMinor, which are both 0 after a failure.
+  /// As the base, and then derives NumberMajor and NumberMinor from `Number`. After a failure both are 0.
   long Load(MSXML::IXMLDOMElement *parent) override;
   /// The name.
   CString Key() const override;
   void pushMembers() override;
 
-  /// Whether name and number are the same texts, with regard to case; nothing else plays a part.
+  /// Compares name and number, case-sensitive; other members are ignored.
   bool operator==(const CTKDeviceClass &rhs) const;
-  /// Orders by name, with regard to case.
+  /// Orders by name, case-sensitive.
   bool operator<(const CTKDeviceClass &rhs) const;
 
-  /// The parts of `Number` before and behind its first dot, as the last `Load` found them: decimal numbers, 0 where
-  /// there is none. No other operation sets them, but a copy takes them over.
+  /// The parts of `Number` before and after its first dot, as decimal numbers; 0 for a part that is missing or not a
+  /// number. Only `Load` works them out, and a copy takes them over: changing `Number` does not change them.
   int NumberMajor = 0;
   int NumberMinor = 0;
   CXMLAttribute Name;
@@ -37,10 +37,10 @@ public:
 private:
   struct Members;
   template <class, class, class>
-  friend struct RecordMembers; // of the next version
+  friend struct RecordMembers; // for the next version
 };
 
-/// The second version of the record.
+/// A device class in the second version of the record.
 class KESTRUNE_API CTKDeviceClass2 : public CTKDeviceClass {
 public:
   CTKDeviceClass2();
@@ -55,15 +55,15 @@ public:
 
   CXMLAttribute Category;
   CXMLAttribute Profile;
-  /// "Unassigned", which is no truth value, where the file has none.
+  /// The default is "Unassigned", so converting it throws if the file lacks the attribute.
   CXMLBoolAttribute Obsolete;
 
 private:
   struct Members;
 };
 
-/// A list of device classes. It has no names of its own: its owner gives them with setTags, and until then tag, item
-/// tag and key attribute are "Unassigned".
+/// A list of device classes. Its owner names it with setTags; until then the tag, the item tag and the key attribute
+/// are "Unassigned".
 class KESTRUNE_API CTKDeviceClasses : public CXMLCollectionFolder {
 public:
   CTKDeviceClasses();
@@ -73,11 +73,12 @@ public:
 
   void Init() override;
 
-  /// Adds a class of that name and number; the item stays the collection's. Null when `name` is empty or there already.
+  /// Adds a class with that name and number, and returns it; the collection owns it. Returns null when `name` is null,
+  /// empty or already present.
   CTKDeviceClass *Add(const char *name, int number);
   /// The item at `index`; throws std::out_of_range outside the list.
   CTKDeviceClass *operator[](int index);
-  /// The first item of that name, without regard to case, or null.
+  /// The first item with that name, case-insensitive, or null.
   CTKDeviceClass *Find(const char *name);
   /// The first item with that NumberMajor and NumberMinor, or null. An item that was never loaded counts as 0.0.
   CTKDeviceClass *FindByNumber(int major, int minor);
@@ -86,7 +87,7 @@ protected:
   CXMLFolder *NewFolder() override;
 };
 
-/// The list of the second version; its operations are those of the first.
+/// A list of device classes of the second version, with the same operations.
 class KESTRUNE_API CTKDeviceClasses2 : public CTKDeviceClasses {
 public:
   CTKDeviceClasses2();

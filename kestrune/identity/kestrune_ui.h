@@ -2,7 +2,7 @@
 
 #include "kestrune/xml/xml_document.h"
 
-/// The values for the user interface: element "UIInfo".
+/// The values for the user interface, element "UIInfo".
 class KESTRUNE_API CKestruneUIInfo : public CXMLFolder {
 public:
   CKestruneUIInfo();
@@ -12,14 +12,14 @@ public:
 
   void pushMembers() override;
 
-  /// One text of any form, which the library does not look into.
+  /// Text of any form, which the library does not interpret.
   CXMLElement ClockSpeeds;
 
 private:
   struct Members;
 };
 
-/// The user-interface data file, root "KestruneUI".
+/// The user-interface data file, root element "KestruneUI".
 class KESTRUNE_API CKestruneUI : public CXMLTopLevelFolder {
 public:
   CKestruneUI();
@@ -27,13 +27,13 @@ public:
   ~CKestruneUI() override;
   CKestruneUI &operator=(const CKestruneUI &rhs);
 
-  /// Gives the header the values of this kind of file; `UIInfo` stays as it is.
+  /// Sets the header to the values for this kind of file; `UIInfo` is unchanged.
   void Init() override;
   void pushMembers() override;
 
   using CXMLTopLevelFolder::LoadFromFile;
-  /// Reads the document from the file `name`, which may hold macros, as the two-argument form without a base folder:
-  /// S_OK or a positive remark, or its failures. What the file lacks keeps its text.
+  /// Same as the two-argument form without a base folder. `name` may contain macros. Returns S_OK, a positive remark,
+  /// or a failure code of that form. What the file lacks keeps its text.
   virtual long LoadFromFile(const char *name);
 
   CKestruneUIInfo UIInfo;

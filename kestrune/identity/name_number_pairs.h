@@ -2,26 +2,26 @@
 
 #include "kestrune/xml/xml_collection.h"
 
-/// A row with a name and a number, both of them attributes. The number is text of any form.
+/// A row with a name and a number, both attributes. The number is text of any form.
 class KESTRUNE_API CXMLPair : public CXMLFolder {
 public:
   CXMLPair();
   CXMLPair(const char *name, const char *number);
-  /// A row whose element is called `tag` and whose attributes have other names than "Name" and "Number".
+  /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its attributes.
   CXMLPair(const char *tag, const char *nameTag, const char *numberTag);
   CXMLPair(const CXMLPair &rhs);
   ~CXMLPair() override;
   CXMLPair &operator=(const CXMLPair &rhs);
 
-  /// Gives the members their usual tags; their texts stay.
+  /// Sets the members' usual tags and keeps their texts.
   void Init() override;
   /// The name.
   CString Key() const override;
   void pushMembers() override;
 
-  /// Whether name and number are the same texts, with regard to case.
+  /// Compares name and number, case-sensitive.
   bool operator==(const CXMLPair &rhs) const;
-  /// Orders by name, with regard to case.
+  /// Orders by name, case-sensitive.
   bool operator<(const CXMLPair &rhs) const;
 
   CXMLAttribute Name;
@@ -31,26 +31,27 @@ private:
   struct Members;
 };
 
-/// A row with a name, an attribute, and a number, a child element of hexadecimal text such as "0x1F".
+/// A row with a name, which is an attribute, and a number, which is a child element with hexadecimal text such as
+/// "0x1F".
 class KESTRUNE_API CXMLNameHexPair : public CXMLFolder {
 public:
   CXMLNameHexPair();
   CXMLNameHexPair(const char *name, int number);
-  /// A row whose element is called `tag` and whose members have other names than "Name" and "Number".
+  /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its members.
   CXMLNameHexPair(const char *tag, const char *nameTag, const char *numberTag);
   CXMLNameHexPair(const CXMLNameHexPair &rhs);
   ~CXMLNameHexPair() override;
   CXMLNameHexPair &operator=(const CXMLNameHexPair &rhs);
 
-  /// Gives the members their usual tags; their texts stay.
+  /// Sets the members' usual tags and keeps their texts.
   void Init() override;
   /// The name.
   CString Key() const override;
   void pushMembers() override;
 
-  /// Whether name and number are the same texts, with regard to case.
+  /// Compares name and number, case-sensitive.
   bool operator==(const CXMLNameHexPair &rhs) const;
-  /// Orders by name, with regard to case.
+  /// Orders by name, case-sensitive.
   bool operator<(const CXMLNameHexPair &rhs) const;
 
   CXMLAttribute Name;
@@ -60,8 +61,8 @@ private:
   struct Members;
 };
 
-/// A list of pairs. It has no names of its own: its owner gives them with setTags, and until then tag, item tag and key
-/// attribute are "Unassigned".
+/// A list of pairs. Its owner names it with setTags; until then the tag, the item tag and the key attribute are
+/// "Unassigned".
 class KESTRUNE_API CXMLPairCollection : public CXMLCollectionFolder {
 public:
   CXMLPairCollection();
@@ -71,23 +72,23 @@ public:
 
   void Init() override;
 
-  /// Adds a row whose name and number are still "Unassigned"; the row stays the collection's. Null when `name` is
-  /// empty or there already.
+  /// Adds a row and returns it; the collection owns it. `name` is only checked for duplicates: the row's name and
+  /// number stay "Unassigned". Returns null when `name` is null, empty or already present.
   CXMLPair *Add(const char *name);
-  /// Adds a row of that name and number; a null `number` leaves it "Unassigned".
+  /// The same, but sets the name, and the number unless `number` is null.
   CXMLPair *Add(const char *name, const char *number);
   /// The row at `index`; throws std::out_of_range outside the list.
   CXMLPair *operator[](int index);
-  /// The first row of that name, without regard to case, or null.
+  /// The first row with that name, case-insensitive, or null.
   CXMLPair *Find(const char *name);
-  /// The first row whose number is that very text, or null: 0x1A, 0x1a and 26 are three numbers.
+  /// The first row whose number is exactly that text, or null: 0x1A, 0x1a and 26 all differ.
   CXMLPair *FindByNumber(const char *number);
 
 protected:
   CXMLFolder *NewFolder() override;
 };
 
-/// A list of pairs with hexadecimal numbers. Its owner gives it its names with setTags, as for CXMLPairCollection.
+/// A list of pairs with hexadecimal numbers. Its owner names it with setTags, as for CXMLPairCollection.
 class KESTRUNE_API CXMLNameHexPairs : public CXMLCollectionFolder {
 public:
   CXMLNameHexPairs();
@@ -97,14 +98,14 @@ public:
 
   void Init() override;
 
-  /// Adds a row of that name, with the number as "0x" and capital digits; the row stays the collection's. Null when
-  /// `name` is empty or there already.
+  /// Adds a row with that name and number, and returns it; the collection owns it. The number is stored as "0x" and
+  /// capital digits. Returns null when `name` is null, empty or already present.
   CXMLNameHexPair *Add(const char *name, int number);
   /// The row at `index`; throws std::out_of_range outside the list.
   CXMLNameHexPair *operator[](int index);
-  /// The first row of that name, without regard to case, or null.
+  /// The first row with that name, case-insensitive, or null.
   CXMLNameHexPair *Find(const char *name);
-  /// The first row whose number is that very text, or null.
+  /// The first row whose number is exactly that text, or null.
   CXMLNameHexPair *FindByNumber(const char *number);
 
 protected:

@@ -4,11 +4,10 @@
 
 #include <memory>
 
-// What rows with a name and a number, and their lists, have in common.
+// Code shared by the rows that have a name and a number, and by their lists.
 
 namespace rows {
 
-/// Gives the members of a row other tags than those of its class.
 template <class Row>
 void setMemberTags(Row &row, const char *nameTag, const char *numberTag) {
   row.Name.PutTag(CString(nameTag));
@@ -25,7 +24,7 @@ bool before(const Row &a, const Row &b) {
   return a.Name.View() < b.Name.View();
 }
 
-/// A new row for the collection that calls its items `itemTag`.
+/// A new row with the item tag of its collection, which will own it.
 template <class Row>
 CXMLFolder *make(const CString &itemTag) {
   auto row = std::make_unique<Row>();
@@ -33,7 +32,7 @@ CXMLFolder *make(const CString &itemTag) {
   return row.release();
 }
 
-/// Writes the number into a row that has just been added, if it was.
+/// Sets the number of a row that was just added; `row` is null if it was refused.
 template <class Row, class Number>
 Row *withNumber(Row *row, Number number) {
   if (row != nullptr)

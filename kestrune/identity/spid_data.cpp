@@ -4,7 +4,7 @@
 
 namespace {
 
-/// The names of the four lists in the file, which are the same in both versions.
+/// Sets the tags of the four lists, which are the same in both versions.
 void setListTags(CXMLCollectionFolder &manufacturers, CXMLCollectionFolder &classes, CXMLCollectionFolder &subClasses,
                  CXMLCollectionFolder &channels) {
   manufacturers.setTags("ManufacturerIDs", "ManufacturerID", "Name");

@@ -4,8 +4,8 @@
 #include "kestrune/identity/name_number_pairs.h"
 #include "kestrune/xml/xml_document.h"
 
-/// The identity data file, root "SPIDData": manufacturers, device classes, device subclasses and channel types, each by
-/// name and number.
+/// The identity data file, root element "SPIDData": manufacturers, device classes, device subclasses and channel types,
+/// each with names and numbers.
 class KESTRUNE_API CSpidData : public CXMLTopLevelFolder {
 public:
   CSpidData();
@@ -16,9 +16,9 @@ public:
   void pushMembers() override;
 
   using CXMLTopLevelFolder::LoadFromFile;
-  /// Reads the document from the file `name`, which may hold macros, as the two-argument form without a base folder:
-  /// S_OK or a positive remark, or its failures. KRX_E_DUPLICATE_KEY means that a list names something twice; all else
-  /// was read. A list that the file lacks keeps its items.
+  /// Same as the two-argument form without a base folder. `name` may contain macros. Returns S_OK, a positive remark,
+  /// or a failure code of that form. KRX_E_DUPLICATE_KEY means that a list contains a name twice; everything else was
+  /// read. A list that the file lacks keeps its items.
   virtual long LoadFromFile(const char *name);
 
   CXMLPairCollection ManufacturerIDs;
@@ -30,8 +30,8 @@ private:
   struct Members;
 };
 
-/// The same file with device classes of the second version. It reads and writes its own lists; those of the first
-/// version stay empty.
+/// The identity data file with device classes of the second version. It reads and writes its own four lists; the
+/// inherited ones stay empty.
 class KESTRUNE_API CSpidData2 : public CSpidData {
 public:
   CSpidData2();

@@ -26,7 +26,7 @@ constexpr std::pair<const char *, const char *> kDefaultMacros[] = {
     {"$DSDEFAULTTEMPLATES$", "$DSTEMPLATES$\\v3"},
 };
 
-/// Reads a text from the registry. False, and `text` untouched, when it is not there or cannot be read.
+/// Reads a text from the registry. Returns false and leaves `text` unchanged if it is missing or unreadable.
 bool ReadSetting(HKEY root, const char *subKey, const char *name, CString &text) {
   HKEY key = nullptr;
   if (RegOpenKeyExA(root, subKey, 0, KEY_READ, &key) != ERROR_SUCCESS)
@@ -40,11 +40,11 @@ bool ReadSetting(HKEY root, const char *subKey, const char *name, CString &text)
   return found;
 }
 
-/// Set when the table was seen filled under the lock: from then on a name may look at the table without it.
+/// Set once the table was seen filled while holding the lock. From then on names look at the table without the lock.
 constinit std::atomic<bool> wasFilled{false};
 constinit std::mutex fillLock;
 
-/// Whether this thread is working out the default macros. That makes names, which must not fill the table in turn.
+/// Whether this thread is computing the default macros. That creates names, which must not fill the table themselves.
 constinit thread_local bool isWorkingOut = false;
 
 class WorkingOut {
@@ -92,7 +92,7 @@ void CMacroString::SetupDefaultMacros() {
     add("$USERHWTFOLDER$", hardwareFolder);
   }
 
-  // All or nothing where the table is empty, since a table with some of them would never be filled again.
+  // An empty table is filled at once or not at all: a partly filled one would never be filled again.
   if (GetMacroCount() == 0) {
     std::swap(oMacros, defaults);
     return;

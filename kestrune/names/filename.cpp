@@ -14,20 +14,20 @@ bool HasDrive(const CString &name) { return name.GetLength() >= 2 && name[1] == 
 
 bool IsSeparator(char ch) { return ch == ':' || ch == '\\' || ch == '.'; }
 
-/// The offset of the last segment: behind the last `\`, else behind the first colon.
+/// The offset of the last segment: after the last `\`, or after the first colon if there is none.
 int LastSegment(const CString &name) {
   const int slash = name.ReverseFind('\\');
   return slash >= 0 ? slash + 1 : name.Find(':') + 1;
 }
 
-/// The offset of the first dot behind the last `\`, or -1.
+/// The offset of the first dot after the last `\`, or -1.
 int ExtensionDot(const CString &name) { return name.Find('.', name.ReverseFind('\\') + 1); }
 
-/// Folds each `..\` into the folder before it, up to the first that has none. A `..\` may also end a longer segment:
-/// the whole segment goes then.
+/// Removes each `..\` with the folder before it, up to the first that has no folder to remove. If a longer segment ends
+/// in `..\`, the whole segment is removed with it.
 std::string FoldParents(const char *name) {
   std::string text;
-  std::vector<std::size_t> slashes; // their offsets in `text`; found by character, since a trail byte can look like one
+  std::vector<std::size_t> slashes; // offsets in `text`; found by character, as a trail byte may equal `\`
   for (const char *p = name; *p != '\0';) {
     const char *const next = CharNextA(p);
     const bool isSlash = *p == '\\';
@@ -48,7 +48,7 @@ std::string FoldParents(const char *name) {
   return text;
 }
 
-/// Removes each `.\` except at the start and where it is the end of a `..\`.
+/// Removes each `.\` except at the start of the name and at the end of a `..\`.
 std::string DropCurrent(const std::string &name) {
   std::string text;
   for (std::size_t i = 0; i < name.size(); ++i) {
@@ -60,7 +60,7 @@ std::string DropCurrent(const std::string &name) {
   return text;
 }
 
-/// Makes one `\` of each run, up to the first run that begins the name or stands behind a colon.
+/// Replaces each run of `\` by one, up to the first run at the start of the name or after a colon.
 std::string CollapseSlashes(const std::string &name) {
   std::string text;
   for (const char *p = name.c_str(); *p != '\0';) {

@@ -11,7 +11,7 @@
 int CFilename::FileExists() const { return GetFileAttributesA(*this) != INVALID_FILE_ATTRIBUTES; }
 
 int CFilename::ReadOnly() const {
-  return (GetFileAttributesA(*this) & FILE_ATTRIBUTE_READONLY) != 0; // the bit is set where there are no attributes too
+  return (GetFileAttributesA(*this) & FILE_ATTRIBUTE_READONLY) != 0; // INVALID_FILE_ATTRIBUTES has the bit too
 }
 
 int CFilename::SetReadOnly(int on) const {

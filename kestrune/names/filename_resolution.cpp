@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A host path in drive form, and a network name in host style with `\\` in front; any other name stays as it is.
+/// A host path in drive form, and a network name in host style with `\\` at its start; any other name unchanged.
 CFilename DriveForm(const char *name) {
   CString text = kestrune::platform::ToDrivePath(name);
   if (text.View().starts_with("//"))
@@ -18,7 +18,8 @@ CFilename DriveForm(const char *name) {
   return CFilename(text);
 }
 
-/// The current directory of the drive `letter`, in drive form; empty when the platform cannot tell it in `size` bytes.
+/// The current directory of the drive `letter`, in drive form; empty if it is not known or does not fit in `size`
+/// bytes.
 CString DirectoryOfDrive(char letter, int size) {
   std::string buffer(static_cast<std::size_t>(size), '\0');
   const int drive = static_cast<int>(_mbctoupper(static_cast<unsigned char>(letter))) - 64;
@@ -30,7 +31,7 @@ CString WithoutLeadingSlashes(const CMBString &text) {
   return first == std::string_view::npos ? CString() : text.Mid(static_cast<int>(first));
 }
 
-/// Puts `name` in the place of `value` in `source`, into `out`, where it is found and longer than `best`.
+/// If `value` occurs in `source` and is longer than `best`, writes `source` with `name` in its place to `out`.
 void Fit(const CFilename &source, const char *value, const char *name, CFilename &out, int &best) {
   const int length = static_cast<int>(std::string_view(value).size());
   if (length == 0 || length <= best)
@@ -185,7 +186,7 @@ int CFilename::FileExists(CFilename &found, const char *dir) const {
   const CFilename start = DriveForm(dir != nullptr ? dir : static_cast<const char *>(*this));
   const bool hasDrive = start.GetLength() >= 2 && start[1] == ':';
   if (!hasDrive && start.View().starts_with("\\\\"))
-    return 0; // a network name; with the current drive in front it would become a local one
+    return 0; // a network name: the current drive would make it a local one
   const CString rest = hasDrive ? start.Mid(2) : start;
   const char drive[] = {hasDrive ? start[0] : start.GetDrive(), ':', '\0'};
   CFilename path(drive);
@@ -209,7 +210,7 @@ int CFilename::FileExists(CFilename &found, const char *dir) const {
       at = path.Find("\\.", at + 1);
       continue;
     }
-    // A `..` in the root of a drive stays there.
+    // A `..` in the root of a drive means the root itself.
     const int cut = dots == 1 ? at : std::max(path.Left(at).ReverseFind('\\'), path.Find('\\'));
     path = path.Left(cut) + path.Mid(at + 1 + dots);
     at = path.Find("\\.");

@@ -11,13 +11,13 @@ namespace {
 /// The longest text that an expansion may produce, in bytes.
 constexpr std::size_t kLongestExpansion = 32767;
 
-/// A text on its way from left to right: what is finished, and what is still to be read. A value that goes in is
-/// complete, so it holds one `$` at most; that one opens a name which the rest of the text may close.
+/// A left-to-right scan of a text: the finished part, and the rest to read. An inserted value is fully expanded, so it
+/// contains at most one `$`; that `$` may start a name that ends in the rest.
 class Scan {
 public:
   explicit Scan(std::string_view text) : m_rest(text) {}
 
-  /// Takes the next name, with both `$`, out of the text. False when there is none: the text is complete.
+  /// Takes the next name, with both `$`, out of the text. False when there is none, so the text is complete.
   bool nextName(CString &name) {
     if (m_open.empty()) {
       const std::size_t first = m_rest.find('$');
@@ -42,7 +42,7 @@ public:
     return true;
   }
 
-  /// Puts a value in the place of the name. False, and nothing changed, when the text would become too long.
+  /// Inserts the value of the name just taken. False, and nothing changes, if the text would become too long.
   bool insert(std::string_view value) {
     if (m_done.size() + value.size() + m_rest.size() > kLongestExpansion)
       return false;
@@ -53,7 +53,7 @@ public:
     return true;
   }
 
-  /// The whole text, with `replacement` in the place of a name just taken.
+  /// The whole text, with `replacement` in place of a name just taken.
   std::string finish(std::string_view replacement = {}) && {
     m_done += replacement;
     m_done += m_rest;
@@ -66,7 +66,7 @@ private:
   std::string_view m_rest;
 };
 
-/// The environment variable in the code page; empty when there is none. The host's own texts are UTF-8.
+/// The environment variable in the code page; empty if there is none. The host's texts are UTF-8.
 std::string Variable(const CString &name) {
   std::string text;
   const char *value = kestrune::platform::TextToUtf8(name.View(), text) ? std::getenv(text.c_str()) : nullptr;

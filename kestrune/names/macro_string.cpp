@@ -8,15 +8,15 @@
 #include <type_traits>
 #include <utility>
 
-// Constant, so that a name which another file's static initialiser builds finds a table.
+// constinit, so that a name made by a static initialiser of another file finds a table.
 constinit CArray<CMacroString::CMacro, CMacroString::CMacro &> CMacroString::oMacros;
 
-// AddMacro relies on it: an entry leaves the table without a copy of those behind it, so without a failure.
+// AddMacro relies on this: removing an entry moves the later ones instead of copying them, so it cannot fail.
 static_assert(std::is_nothrow_move_assignable_v<CMacroString::CMacro>);
 
 namespace {
 
-/// What most entries of a large table differ in: the last byte before the closing `$`, in lower case.
+/// The last byte before the closing `$`, in lower case. Most names in a large table differ there.
 char nearEnd(std::string_view name) {
   return name.size() < 2 ? '\0' : kestrune::platform::AsciiLower(name[name.size() - 2]);
 }
@@ -45,7 +45,7 @@ CMacroString &CMacroString::operator=(const CMacroString &text) {
 bool CMacroString::AddMacro(const char *name, const char *value) {
   CMacro entry(name, value);
   const int old = FindMacro(entry.name);
-  // In this order a failure leaves the table as it was.
+  // In this order a failure leaves the table unchanged.
   oMacros.Add(entry);
   if (old >= 0)
     oMacros.RemoveAt(old);
@@ -54,7 +54,7 @@ bool CMacroString::AddMacro(const char *name, const char *value) {
 
 int CMacroString::GetMacroCount() const { return oMacros.GetCount(); }
 
-// A walk, since derived classes may change any entry at any time: no index could be trusted.
+// A linear search: derived classes may change any entry at any time, so an index could be out of date.
 int CMacroString::FindMacro(CString name) const {
   const auto &table = std::as_const(oMacros);
   const std::size_t length = name.View().size();

@@ -11,7 +11,7 @@ struct Cut {
   int before, after;
 };
 
-/// Only a walk from the start tells: the bytes around a cut can look like a lead and a trail byte and be neither.
+/// Walks from the start of the text: the bytes around a cut may look like a lead and a trail byte without being such.
 Cut CutAt(const CString &text, int offset) {
   if (offset <= 0 || offset >= text.GetLength())
     return {offset, offset};
@@ -19,7 +19,7 @@ Cut CutAt(const CString &text, int offset) {
   const char *const cut = start + offset;
   const char *p = start;
   while (p < cut) {
-    const char *next = std::max<const char *>(CharNextA(p), p + 1); // a terminator within the text is one byte too
+    const char *next = std::max<const char *>(CharNextA(p), p + 1); // steps over a terminator within the text
     if (next > cut)
       return {static_cast<int>(p - start), static_cast<int>(next - start)};
     p = next;

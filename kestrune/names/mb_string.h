@@ -3,8 +3,8 @@
 #include "kestrune/export.h"
 #include "kestrune/platform/c_string.h"
 
-/// A text in the multi-byte code page that can be walked and cut by whole characters. It adds no data to CString, and
-/// its destructor is not virtual. Positions are pointers into the text, valid until it changes.
+/// A text in the multi-byte code page that can be walked and sliced by whole characters. It adds no data to CString,
+/// and its destructor is not virtual. Positions are pointers into the text, valid until it changes.
 class KESTRUNE_API CMBString : public CString {
 public:
   CMBString() = default;
@@ -23,20 +23,19 @@ public:
   /// The character before `p`, never before `start`.
   const char *GetCharPrev(const char *start, const char *p) const;
   const char *GetCharFirst() const;
-  /// Start of the last character; the terminator of an empty text.
+  /// Start of the last character; the terminator if the text is empty.
   const char *GetCharLast() const;
-  /// Start of character number `n`, counted from 0; the terminator past the end.
+  /// Start of character `n`, counted from 0; the terminator if there are fewer.
   const char *GetCharAt(int n) const;
-  /// The number of characters.
   int GetCharLength() const;
 
-  /// The first `n` characters, whole.
+  /// The first `n` characters.
   CString LeftChar(int n) const;
-  /// The text from character number `n`, counted from 0, to the end.
+  /// The text from character `n`, counted from 0, to the end.
   CString MidChar(int n) const;
 
-  /// Slices by byte count, as those of CString; but where the cut at their open side would fall inside a character,
-  /// that character comes in whole. `count` of the two-argument form stays as it is.
+  /// The slices of CString, by byte count. A cut that would fall inside a character includes the whole character. The
+  /// two-argument Mid adjusts only its start.
   CString Left(int n) const;
   CString Right(int n) const;
   CString Mid(int first) const;

@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-// Case and white space of ASCII characters: the same in every locale, and blind to the bytes above.
+// Case and white space of ASCII characters: the same in every locale. Other bytes are never changed or counted as
+// space.
 
 namespace kestrune::platform {
 
@@ -14,7 +15,7 @@ constexpr char AsciiUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<ch
 /// Blank, tab, line feed, vertical tab, form feed, carriage return.
 constexpr bool IsAsciiSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-/// The text in lower case. Not for texts of a double-byte page, whose trail bytes may look like letters.
+/// The text in lower case. Not for texts of a double-byte page, whose trail bytes may equal letters.
 inline std::string AsciiLower(std::string_view text) {
   std::string lower(text);
   std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return AsciiLower(c); });

@@ -4,8 +4,7 @@
 
 #include <vector>
 
-/// The platform's array: ordered, grows at the end, closes up on removal. A bad index ends in
-/// AfxThrowInvalidArgException.
+/// The platform's array: ordered, grows at the end, closes gaps on removal. A bad index throws CInvalidArgException*.
 template <class TYPE, class ARG_TYPE = const TYPE &>
 class CArray {
 public:

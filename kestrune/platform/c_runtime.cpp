@@ -12,7 +12,7 @@
 
 namespace {
 
-/// One past the largest magnitude that 32 bits hold: all that is greater counts as this.
+/// One more than the largest 32-bit magnitude; every larger number becomes this.
 constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 32U;
 constexpr unsigned kNoDigit = 36;
 
@@ -28,7 +28,7 @@ constexpr unsigned digitValue(char c) {
   return lower >= 'a' && lower <= 'z' ? static_cast<unsigned>(lower - 'a') + 10 : kNoDigit;
 }
 
-/// Written out, since the C library's own functions heed the locale's white space, and newer ones read prefixes that
+/// Not the C library's function: that depends on the locale's white space, and newer versions accept prefixes that
 /// older ones do not.
 Integer readInteger(const char *text, char **end, int base) {
   Integer result;

@@ -16,14 +16,14 @@ namespace {
 
 std::string_view orEmpty(const char *text) { return text != nullptr ? std::string_view(text) : std::string_view(); }
 
-/// Copies the bytes of a text, which may overlap. An empty one may have no place at all.
+/// Copies a text, which may overlap its target. The data of an empty text may be null.
 void copyBytes(char *to, std::string_view text) {
   if (!text.empty())
     std::memmove(to, text.data(), text.size());
 }
 
-/// Whether the byte at `position` is the trail byte of a character of a double-byte page: only a walk from the start of
-/// the text can tell.
+/// Whether the byte at `position` is a trail byte of a double-byte page. Only a walk from the start of the text can
+/// show that.
 bool isTrailByte(std::string_view text, std::size_t position) {
   std::size_t start = 0;
   while (start < position)
@@ -31,12 +31,12 @@ bool isTrailByte(std::string_view text, std::size_t position) {
   return start > position;
 }
 
-/// Whether an ending or a match at `position` is only half of a character.
+/// Whether a match or a cut at `position` would begin in the middle of a character.
 bool isHalf(std::string_view text, std::size_t position) {
   return kestrune::platform::IsDoubleByteCodePage() && isTrailByte(text, position);
 }
 
-/// Calls `change` with each byte that is a character of its own.
+/// Calls `change` with each byte that is a whole character.
 template <class Change>
 void forEachSingleByte(char *text, std::size_t size, Change change) {
   const bool doubleByte = kestrune::platform::IsDoubleByteCodePage();
@@ -48,7 +48,7 @@ void forEachSingleByte(char *text, std::size_t size, Change change) {
   }
 }
 
-// In front of a text on the heap stands the size of its room.
+// The capacity of a text on the heap is stored before it.
 using Room = std::uint32_t;
 
 } // namespace
@@ -141,7 +141,7 @@ char *CString::reserve(std::size_t length) {
   if (length > static_cast<std::size_t>(std::numeric_limits<int>::max()))
     throw std::length_error("CString");
   const std::size_t kept = std::min(size(), length);
-  // Growing by half keeps a text that is built byte by byte cheap.
+  // Growing by half keeps appending byte by byte cheap.
   const auto room = static_cast<Room>(std::max(length, kept > kInPlace ? kept + kept / 2 : length));
   char *const text = static_cast<char *>(::operator new(sizeof room + room + 1)) + sizeof room;
   std::memcpy(text - sizeof room, &room, sizeof room);
@@ -153,7 +153,7 @@ char *CString::reserve(std::size_t length) {
 
 void CString::assign(std::string_view text) {
   if (mark() != kLiteral && text.size() <= capacity()) {
-    copyBytes(const_cast<char *>(data()), text); // `text` may be a part of this one
+    copyBytes(const_cast<char *>(data()), text); // `text` may be part of this text
     setLength(text.size());
     return;
   }
@@ -169,7 +169,7 @@ void CString::replace(std::size_t start, std::size_t count, std::string_view tex
   const std::size_t oldSize = size();
   const std::size_t newSize = oldSize - count + text.size();
   if (newSize > capacity() || mark() == kLiteral || (text.data() >= data() && text.data() <= data() + oldSize)) {
-    // In a room of its own, so that `text` may be a part of this one.
+    // In a new buffer, as `text` may be part of this text.
     CString other;
     char *const room = other.reserve(newSize > kInPlace && start == oldSize ? newSize + newSize / 2 : newSize);
     std::memcpy(room, data(), start);
@@ -312,7 +312,7 @@ void CString::FormatV(const char *format, va_list arguments) {
   const char *const pattern = format != nullptr ? format : "";
   va_list measured;
   va_copy(measured, arguments);
-  // The analyser does not see that va_copy and the caller have started these lists.
+  // The analyser does not see that va_copy and the caller have initialised these lists.
   const int length = std::vsnprintf(nullptr, 0, pattern, measured); // NOLINT(clang-analyzer-valist.Uninitialized)
   va_end(measured);
   CString text;

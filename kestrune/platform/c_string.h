@@ -10,9 +10,9 @@
 #include <cstring>
 #include <string_view>
 
-/// The platform's narrow string: a byte sequence in the code page of the process, readable at any time as a
-/// zero-terminated text. Lengths, offsets and counts are bytes. Case is ASCII case, and in a double-byte page a trail
-/// byte is never taken for a character. Each object owns its text. Not safe to share between threads while it changes.
+/// The platform's narrow string: a byte sequence in the code page of the process, always readable as a zero-terminated
+/// text. Lengths, offsets and counts are in bytes. Case is ASCII case, and a trail byte of a double-byte page is never
+/// taken for a character. Each object owns its text. Threads may not share an object while it changes.
 class KESTRUNE_API CString {
 public:
   CString() noexcept = default;
@@ -20,9 +20,9 @@ public:
   CString(const char *text) : CString(text != nullptr ? std::string_view(text) : std::string_view()) {}
   /// `text` converted to the code page; null counts as empty.
   CString(const wchar_t *text);
-  /// `character`, `count` times.
+  /// `count` times `character`; a negative count is 0.
   explicit CString(char character, int count = 1);
-  /// The `length` bytes at `text`.
+  /// The `length` bytes at `text`; null or a negative length gives an empty text.
   CString(const char *text, int length);
   explicit CString(std::string_view text) : CString() { assign(text); }
   CString(const CString &other) : CString() { *this = other; }
@@ -32,7 +32,7 @@ public:
   }
   ~CString() { release(); }
 
-  /// A text that lives as long as the process, such as a literal: it is not copied.
+  /// Refers to `text` without copying it: it must live as long as the process, as a literal does.
   static CString OfLiteral(const char *text);
 
   CString &operator=(const CString &other);
@@ -43,7 +43,7 @@ public:
   CString &operator+=(const char *text);
   CString &operator+=(char character) { return append({&character, 1}), *this; }
 
-  /// The text; valid until it changes.
+  /// The text; valid until the object changes.
   operator const char *() const noexcept { return data(); }
   std::string_view View() const noexcept { return {data(), size()}; }
   int GetLength() const noexcept { return static_cast<int>(size()); }
@@ -52,7 +52,7 @@ public:
     release();
     setEmpty();
   }
-  /// The byte at `index`, the terminator included; an index outside ends in AfxThrowInvalidArgException.
+  /// The byte at `index`, which may be that of the terminator; a bad index throws CInvalidArgException*.
   char GetAt(int index) const;
   char operator[](int index) const { return GetAt(index); }
   void SetAt(int index, char character);
@@ -61,23 +61,23 @@ public:
   int CompareNoCase(const char *other) const;
   int CollateNoCase(const char *other) const { return CompareNoCase(other); }
 
-  /// Offset of the first match at or behind `start`, or -1.
+  /// Offset of the first match at or after `start`, or -1.
   int Find(char character, int start = 0) const;
   int Find(const char *text, int start = 0) const;
   /// Offset of the last match, or -1.
   int ReverseFind(char character) const;
 
-  /// Slices. A negative count or start counts as 0, a count past the end gives the rest.
+  /// A negative count or start is 0; a count past the end takes the rest.
   CString Left(int count) const;
   CString Mid(int first) const;
   CString Mid(int first, int count) const;
   CString Right(int count) const;
 
-  /// Each returns the new length.
+  /// These return the new length.
   int Delete(int index, int count = 1);
   int Insert(int index, char character);
   int Insert(int index, const char *text);
-  /// Replaces one character by another; returns how many.
+  /// Replaces each `from` by `to` and returns how many.
   int Replace(char from, char to);
   /// Removes the characters of `set` from both ends.
   CString &Trim(const char *set);
@@ -85,16 +85,16 @@ public:
   CString &MakeUpper();
   CString &MakeLower();
 
-  /// printf-style formatting; the result replaces the text, which may be an argument itself.
+  /// Replaces the text by printf-style output; the text itself may be one of the arguments.
   void Format(const char *format, ...);
   void FormatV(const char *format, va_list arguments);
-  /// Takes the text with that id from the library's string table. Without one the text is emptied; returns false.
+  /// Loads the text with that id from the library's string table. Empties the text and returns false if there is none.
   bool LoadString(UINT id);
 
-  /// A writable buffer of at least `minimum` bytes and a terminator; ReleaseBuffer ends its use.
+  /// A writable buffer for at least `minimum` bytes and a terminator; ReleaseBuffer ends its use.
   char *GetBuffer(int minimum);
   char *GetBufferSetLength(int length);
-  /// The text ends at `length`, or at the first terminator when `length` is -1.
+  /// Cuts the text at `length`, or at the first terminator if `length` is -1.
   void ReleaseBuffer(int length = -1);
 
   friend bool operator==(const CString &a, const CString &b) noexcept { return a.View() == b.View(); }
@@ -107,9 +107,10 @@ public:
   friend CString operator+(const CString &a, char b) { return CString(a) += b; }
 
 private:
-  // Values and tags are texts of a few bytes, two to each of the many members of a record, and most tags are literals.
-  // So a string takes 16 bytes: up to 15 of text in place, or a pointer and a length. The last byte tells which: 15
-  // less the length of a text in place (so that it ends a text of 15), or one of the marks below.
+  // A record has many members, each with a value and a tag of a few bytes, and most tags are literals. So a string
+  // takes 16 bytes: up to 15 bytes of text in place, or a pointer and a length. The last byte says which: for a text in
+  // place it is 15 minus the length, so that it also terminates a text of 15 bytes; otherwise it is one of the marks
+  // below.
   static constexpr std::size_t kInPlace = 15;
   static constexpr unsigned char kOnHeap = 0x40;
   static constexpr unsigned char kLiteral = 0x80;
@@ -142,12 +143,12 @@ private:
   void setPointer(const char *text, std::size_t length, unsigned char mark) noexcept;
   void setLength(std::size_t length) noexcept;
   std::size_t capacity() const noexcept;
-  /// Room for `length` bytes that belongs to this object, with the first bytes of the text in it.
+  /// A buffer for `length` bytes that belongs to this object and contains the first bytes of the text.
   char *reserve(std::size_t length);
   void assign(std::string_view text);
   void append(std::string_view text);
   void replace(std::size_t start, std::size_t count, std::string_view text);
-  /// Cuts the text or fills it up with zeros.
+  /// Cuts the text, or extends it with zeros.
   void resize(std::size_t length);
 
   alignas(8) char m_bytes[kInPlace + 1] = {'\0', 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, kInPlace};
@@ -155,8 +156,7 @@ private:
 
 namespace kestrune::platform {
 
-/// The text with that id in the string table of the library, or null. The platform only knows that there is a table;
-/// the library defines it.
+/// The text with that id in the library's string table, or null. Defined with the texts, not in the platform.
 const char *FindStringResource(UINT id);
 
 } // namespace kestrune::platform

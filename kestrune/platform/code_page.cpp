@@ -40,7 +40,7 @@ std::size_t utf8Length(std::string_view text) {
   if (lead < 0xC2 || lead > 0xF4)
     return 0;
   const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  // The second byte's range leaves out overlong forms, surrogates, and what lies past U+10FFFF.
+  // The range of the second byte excludes overlong forms, surrogates, and values above U+10FFFF.
   const unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
   const unsigned high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
   if (text.size() < length || byteAt(text, 1) < low || byteAt(text, 1) > high)
@@ -70,7 +70,7 @@ void appendUtf8(std::string &text, std::uint32_t character) {
   }
 }
 
-/// A conversion of the C library.
+/// An iconv conversion.
 class Converter {
 public:
   Converter(std::string_view from, std::string_view to)
@@ -88,15 +88,15 @@ public:
   bool isOpen() const { return m_handle != reinterpret_cast<iconv_t>(-1); }
   bool joins(std::string_view from, std::string_view to) const { return m_from == from && m_to == to; }
 
-  /// `replacement` stands for what cannot be converted: one character of a UTF-8 input, else one byte. Without one the
-  /// conversion ends there and fails.
+  /// `replacement` is written for each part that cannot be converted: one character of UTF-8 input, else one byte. If
+  /// it is empty, the first such part makes the conversion fail.
   bool convert(std::string_view input, std::string &output, std::string_view replacement) {
     ::iconv(m_handle, nullptr, nullptr, nullptr, nullptr);
     std::string result(roomFor(input.size()), '\0');
     char *in = const_cast<char *>(input.data());
     std::size_t inLeft = input.size();
     std::size_t used = 0;
-    // A last call without input makes the conversion write what it held back.
+    // A final call without input writes what the conversion has kept back.
     for (bool atEnd = false, flushed = false; !flushed;) {
       char *out = result.data() + used;
       std::size_t outLeft = result.size() - used;
@@ -131,7 +131,7 @@ private:
   iconv_t m_handle;
 };
 
-/// The converters that nobody uses at the moment. To open one costs far more than a short text.
+/// Idle converters. Opening one costs much more than converting a short text.
 class ConverterPool {
 public:
   /// An idle converter of this kind, or null.
@@ -142,7 +142,7 @@ public:
     return found != m_idle.end() ? std::move(*found) : nullptr;
   }
 
-  /// Keeps `converter`; where there is no room, the one that has been there longest goes.
+  /// Keeps `converter`, in place of the one kept longest if the pool is full.
   void put(std::unique_ptr<Converter> converter) {
     const std::lock_guard lock(m_guard);
     auto place = std::find(m_idle.begin(), m_idle.end(), nullptr);
@@ -173,10 +173,10 @@ struct BackToPool {
   void operator()(Converter *converter) const { thePool->put(std::unique_ptr<Converter>(converter)); }
 };
 
-/// A converter that is the caller's alone until it goes back.
+/// A converter that only the caller uses until it returns to the pool.
 using BorrowedConverter = std::unique_ptr<Converter, BackToPool>;
 
-/// The conversion from one encoding to another, or null when there is none.
+/// The conversion from one encoding to another, or null if there is none.
 BorrowedConverter findConverter(std::string_view from, std::string_view to) {
   std::unique_ptr<Converter> converter = thePool->take(from, to);
   if (converter == nullptr) {
@@ -189,8 +189,8 @@ BorrowedConverter findConverter(std::string_view from, std::string_view to) {
 
 std::string pageName(unsigned page) { return "CP" + std::to_string(page); }
 
-/// Everything here takes an ASCII byte for an ASCII character, so a page that uses them otherwise (EBCDIC, or one with
-/// a currency sign in place of the backslash) will not do.
+/// The library takes an ASCII byte for an ASCII character, so a page in which that is not true cannot be used: EBCDIC,
+/// or a page with a currency sign instead of the backslash.
 bool isUsable(unsigned page) {
   if (page == kestrune::platform::kUtf8)
     return true;
@@ -214,7 +214,7 @@ unsigned pageFromEnvironment() {
   return error == std::errc() && stop == end && isUsable(page) ? page : kestrune::platform::kUtf8;
 }
 
-/// The conversion between the page in force, which is not UTF-8, and UTF-8. A page that is in force has both.
+/// The conversion between the current page, which is not UTF-8, and UTF-8.
 BorrowedConverter pageConverter(bool toUtf8) {
   const std::string page = pageName(kestrune::platform::GetCodePage());
   return toUtf8 ? findConverter(page, "UTF-8") : findConverter("UTF-8", page);
@@ -237,7 +237,7 @@ unsigned GetCodePage() {
   unsigned page = thePage.load(std::memory_order_relaxed);
   if (page == 0) {
     const unsigned chosen = pageFromEnvironment();
-    // A page that the program has set meanwhile stays.
+    // Keep a page that the program has set in the meantime.
     if (thePage.compare_exchange_strong(page, chosen))
       page = chosen;
   }
@@ -316,7 +316,7 @@ bool IsValidUtf8(std::string_view text) {
 int CompareNoCase(std::string_view a, std::string_view b) {
   const bool doubleByte = IsDoubleByteCodePage();
   const std::size_t shorter = std::min(a.size(), b.size());
-  // As long as the texts agree, so do their characters' bounds.
+  // While the texts are equal, so are the bounds of their characters.
   bool trail = false;
   for (std::size_t i = 0; i < shorter; ++i) {
     const int left = static_cast<unsigned char>(trail ? a[i] : AsciiLower(a[i]));
@@ -371,12 +371,12 @@ char *CharPrevA(const char *start, const char *p) {
     const char *lead = previous;
     while (lead > start && p - lead < 4 && (static_cast<unsigned char>(*lead) & 0xC0U) == 0x80)
       --lead;
-    // Only a whole character reaches from there to `p`; else the byte before `p` stands alone.
+    // Is there a whole character from there to `p`? If not, the byte before `p` is on its own.
     if (CharNextA(lead) >= p)
       previous = lead;
   } else {
-    // A byte that cannot lead ends its character, so the bytes behind the last such are whole pairs, with a lead byte
-    // over when they are odd.
+    // A byte that cannot be a lead byte ends a character. So the bytes after the last one of that kind are whole pairs
+    // and, if their number is odd, one more lead byte.
     std::ptrdiff_t leads = 0;
     while (previous - leads > start && IsDBCSLeadByte(static_cast<unsigned char>(previous[-leads - 1])) != 0)
       ++leads;

@@ -8,14 +8,14 @@
 #include <string>
 #include <utility>
 
-// What the library takes from COM: a thread's initialisation, the exception of a failed call, the smart pointer, and
-// the string and variant that pass texts.
+// The parts of COM that the library uses: initialisation of a thread, the exception for a failed call, the smart
+// pointer, and the string and variant for texts.
 
-/// Initialises COM for the calling thread, without which no XML document can be made. Calls are counted per thread, and
-/// each is ended by CoUninitialize. Returns S_OK on the first call of the thread and S_FALSE on further ones.
+/// Initialises COM for the calling thread; without it no XML document can be created. Calls are counted per thread, and
+/// each needs its CoUninitialize. Returns S_OK on the first call of the thread and S_FALSE on further ones.
 KESTRUNE_API HRESULT CoInitialize(void *reserved);
 
-/// Ends one CoInitialize of the calling thread.
+/// Undoes one CoInitialize of the calling thread.
 KESTRUNE_API void CoUninitialize();
 
 namespace kestrune::platform {
@@ -25,7 +25,7 @@ bool ComInitialized();
 
 } // namespace kestrune::platform
 
-/// The failure of a COM call, thrown by value.
+/// A failed COM call, thrown by value.
 class KESTRUNE_API _com_error {
 public:
   explicit _com_error(HRESULT error, const char *description = "") : m_error(error), m_description(description) {}
@@ -34,7 +34,7 @@ public:
   virtual ~_com_error();
 
   HRESULT Error() const noexcept { return m_error; }
-  /// What went wrong, in words; may be empty.
+  /// The cause in words; may be empty.
   CString Description() const { return m_description; }
 
 private:
@@ -45,7 +45,7 @@ private:
 /// Throws a _com_error.
 [[noreturn]] KESTRUNE_API void _com_issue_error(HRESULT error);
 
-/// Reference-counted pointer to an object with AddRef and Release. Using a null one throws _com_error with E_POINTER.
+/// Reference-counted pointer to an object with AddRef and Release. Dereferencing null throws _com_error with E_POINTER.
 template <class Interface>
 class _com_ptr_t {
 public:
@@ -82,7 +82,7 @@ private:
   Interface *m_object = nullptr;
 };
 
-/// A text on its way to or from a COM object. It is kept in the code page; its wide form is made when it is asked for.
+/// A text that is passed to or from a COM object. It is stored in the code page; its wide form is made on request.
 class KESTRUNE_API _bstr_t {
 public:
   _bstr_t() = default;
@@ -91,7 +91,7 @@ public:
   _bstr_t(const CString &text) : m_text(text) {}
 
   operator const char *() const noexcept { return m_text; }
-  /// The wide form; valid until the object ends or is assigned.
+  /// The wide form; valid until the object is assigned or destroyed.
   operator const wchar_t *() const;
   operator wchar_t *() const;
   /// Number of wide characters.
@@ -108,7 +108,7 @@ using VARTYPE = unsigned short;
 constexpr VARTYPE VT_NULL = 1;
 constexpr VARTYPE VT_BSTR = 8;
 
-/// The value of an attribute: a text (VT_BSTR), or the null variant (VT_NULL) where there is none.
+/// The value of an attribute: a text (VT_BSTR), or the null variant (VT_NULL) if there is none.
 class KESTRUNE_API _variant_t {
 public:
   _variant_t() : vt(VT_NULL) {}

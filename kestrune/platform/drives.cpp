@@ -18,7 +18,7 @@
 #include <unistd.h>
 #include <vector>
 
-// Everything below works on UTF-8 texts, in which no character holds the byte of a separator.
+// The code below works on UTF-8, in which a separator byte is never part of another character.
 
 namespace {
 
@@ -29,11 +29,10 @@ constexpr int kDriveZ = 25;
 
 bool isSeparator(char c) { return c == '/' || c == '\\'; }
 
-/// Two slashes in front make a network name.
+/// Two slashes at the start mean a network name.
 bool isHostPath(std::string_view name) { return name.starts_with('/') && !name.starts_with("//"); }
 
-/// Takes the components of `path` behind those in `parts`. `..` takes the last one away, and nothing where none is
-/// left.
+/// Appends the components of `path` to `parts`. `..` removes the last one, if there is one.
 void append(Parts &parts, std::string_view path, const char *separators) {
   while (!path.empty()) {
     const std::string_view part = path.substr(0, path.find_first_of(separators));
@@ -72,7 +71,7 @@ bool beginsWith(const Parts &parts, const Parts &front) {
   return parts.size() >= front.size() && std::equal(front.begin(), front.end(), parts.begin());
 }
 
-/// The folders of the drives A to Z, each cut into its components, as the environment has them at this moment.
+/// The folders of the drives A to Z, each split into its components, as the environment defines them now.
 class DriveMap {
 public:
   DriveMap() {
@@ -88,13 +87,13 @@ public:
     }
   }
 
-  /// 0 for A, or -1 for what is no letter.
+  /// 0 for A; -1 for a character that is not a letter.
   static int indexOf(char letter) {
     const char upper = kestrune::platform::AsciiUpper(letter);
     return upper >= 'A' && upper <= 'Z' ? upper - 'A' : -1;
   }
 
-  /// The components of the drive's folder, or null when the drive is not mapped.
+  /// The components of the drive's folder, or null if the drive is not mapped.
   const Parts *folder(int drive) const {
     const bool isMapped = drive >= 0 && drive < 26 && m_folders[static_cast<std::size_t>(drive)];
     return isMapped ? &*m_folders[static_cast<std::size_t>(drive)] : nullptr;
@@ -104,7 +103,7 @@ private:
   std::array<std::optional<Parts>, 26> m_folders;
 };
 
-/// A place: a mapped drive and the components below its folder.
+/// A mapped drive and the components below its folder.
 struct Location {
   int drive = kDriveC;
   Parts parts;
@@ -116,8 +115,8 @@ struct Location {
   }
 };
 
-/// The place on the mapped drive whose folder is the longest prefix of `path`. With `followLinks` a drive's folder also
-/// counts under its real path, as the current directory is always told by its real path.
+/// The location on the mapped drive whose folder is the longest prefix of `path`. With `followLinks` the real path of a
+/// drive's folder counts too, as the host reports the current directory by its real path.
 Location locate(const DriveMap &drives, const Parts &path, bool followLinks) {
   Location best;
   std::size_t longest = 0;
@@ -148,7 +147,7 @@ Location locate(const DriveMap &drives, const Parts &path, bool followLinks) {
   return best;
 }
 
-/// Nothing when the current directory is gone.
+/// Nothing if the current directory no longer exists.
 std::optional<Location> currentLocation(const DriveMap &drives = {}) {
   const std::unique_ptr<char, decltype(&std::free)> path(orNoMemory(::getcwd(nullptr, 0)), std::free);
   if (path == nullptr || *path != '/')
@@ -156,7 +155,7 @@ std::optional<Location> currentLocation(const DriveMap &drives = {}) {
   return locate(drives, hostParts(path.get()), true);
 }
 
-/// The place of a name, or nothing when it has none on the host.
+/// The location of a name, or nothing if it has none on the host.
 std::optional<Location> locateName(const DriveMap &drives, std::string_view name) {
   if (isHostPath(name)) {
     Parts parts;
@@ -172,7 +171,7 @@ std::optional<Location> locateName(const DriveMap &drives, std::string_view name
       return std::nullopt;
     name.remove_prefix(2);
     place = name.empty() || !isSeparator(name[0]) ? currentLocation(drives) : std::nullopt;
-    // Another drive than the current one is at its root.
+    // The current directory of any other drive is its root.
     if (!place || place->drive != drive)
       place = Location{drive, {}};
   } else {
@@ -191,8 +190,8 @@ bool isThere(const std::string &path) {
   return ::lstat(path.c_str(), &status) == 0;
 }
 
-/// The entry of `folder` whose name differs from `name` in case alone, or empty. Of several the first by its bytes, so
-/// that the answer does not hang on the order in the directory.
+/// The entry of `folder` whose name differs from `name` only in case, or empty. Of several it is the first in byte
+/// order, so that the result does not depend on the order of the directory.
 std::string findEntry(const std::string &folder, const std::string &name) {
   const auto close = [](DIR *directory) { ::closedir(directory); };
   const std::unique_ptr<DIR, decltype(close)> directory(orNoMemory(::opendir(folder.empty() ? "/" : folder.c_str())),
@@ -264,7 +263,7 @@ bool ToHostPath(const char *name, std::string &hostPath) {
   if (!place)
     return false;
   hostPath = resolve(*drives.folder(place->drive), place->parts);
-  // Only a directory may be named with a separator behind it; the host tells.
+  // Only a directory may be named with a trailing separator: keep it, so that the host checks this.
   if (hostPath.empty() || (isSeparator(utf8.back()) && !place->parts.empty()))
     hostPath += '/';
   return true;

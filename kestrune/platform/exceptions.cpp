@@ -45,7 +45,7 @@ BOOL CException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT /*pnHel
   return FALSE;
 }
 
-// One text for both forms, whichever of them a class overrides.
+// Both forms return the same text, whichever of them a class overrides.
 BOOL CException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext) {
   return std::as_const(*this).GetErrorMessage(lpszError, nMaxError, pnHelpContext);
 }

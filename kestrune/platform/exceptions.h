@@ -8,10 +8,10 @@ class CArchive;
 class CDumpContext;
 struct CRuntimeClass;
 
-/// Root of the framework's classes.
+/// Base of the framework's classes.
 class KESTRUNE_API CObject {
 public:
-  /// No class here declares run-time class data: null.
+  /// Null: no class here declares run-time class data.
   virtual CRuntimeClass *GetRuntimeClass() const;
   virtual ~CObject();
   virtual void Serialize(CArchive &archive);
@@ -24,22 +24,22 @@ protected:
   CObject &operator=(const CObject &) = default;
 };
 
-/// An exception thrown by pointer. Whoever catches it owns it and ends it with Delete().
+/// An exception thrown by pointer. The catcher owns it and ends it with Delete().
 class KESTRUNE_API CException : public CObject {
 public:
   CException() = default;
   explicit CException(bool autoDelete) : m_autoDelete(autoDelete) {}
   ~CException() override;
 
-  /// Ends the exception: destroys the object when it was made on the heap (auto-delete on).
+  /// Destroys the exception if auto-delete is on, as it is for one created on the heap.
   void Delete();
 
-  /// Copies the message, cut to `nMaxError - 1` bytes, and terminates it. Returns FALSE, and writes an empty text,
-  /// where the exception has no message.
+  /// Copies the message, cut to `nMaxError - 1` bytes, and terminates it. If the exception has no message, writes an
+  /// empty text and returns FALSE.
   virtual BOOL GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext = nullptr) const;
-  /// The same for an exception that is not const.
+  /// The same for a non-const exception.
   virtual BOOL GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext = nullptr);
-  /// Shows the message in a message box and returns the user's choice.
+  /// Shows the message in a message box and returns the id of the chosen button.
   virtual int ReportError(UINT nType = 0, UINT nMessageID = 0);
 
 private:
@@ -89,8 +89,7 @@ public:
 
 namespace kestrune::platform {
 
-/// Copies `message` into a buffer of `size` bytes, cut to fit with its terminator. A buffer of no bytes stays
-/// untouched.
+/// Copies `message` into a buffer of `size` bytes, cut to fit with its terminator. Does nothing if `size` is 0.
 void CopyErrorMessage(const char *message, char *buffer, UINT size);
 
 } // namespace kestrune::platform

@@ -6,12 +6,12 @@
 
 namespace kestrune::platform {
 
-/// A function that the program may set, exchange and take away at any time, from any thread. Whoever calls it holds it
-/// for the call, so it may even exchange itself.
+/// A function that the program may set, replace and remove at any time, from any thread. A caller keeps its own
+/// reference during the call, so the function may even replace itself.
 template <class Function>
 class Hook {
 public:
-  /// An empty function takes it away.
+  /// An empty function removes the current one.
   void set(Function function) {
     auto next = function ? std::make_shared<const Function>(std::move(function)) : nullptr;
     const std::lock_guard lock(m_guard);

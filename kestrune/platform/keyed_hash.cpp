@@ -17,7 +17,7 @@ Key drawKey() noexcept {
   Key key;
   if (::getrandom(&key, sizeof key, GRND_NONBLOCK) == static_cast<ssize_t>(sizeof key))
     return key;
-  // Early after the start of the machine: the kernel has given each process 16 random bytes of its own.
+  // Shortly after boot there may be no random bytes yet, but the kernel gives every process 16 of its own.
   if (const auto *const given = reinterpret_cast<const void *>(::getauxval(AT_RANDOM)))
     std::memcpy(&key, given, sizeof key);
   key.low ^= static_cast<std::uint64_t>(std::clock());
@@ -29,7 +29,7 @@ const Key &theKey() noexcept {
   return key;
 }
 
-/// The four words of the hash's state, and the one step in which they are mixed.
+/// The state of the hash, and the step that mixes it.
 struct State {
   std::uint64_t v0, v1, v2, v3;
 
@@ -65,7 +65,7 @@ std::uint64_t kestrune::platform::KeyedHash(std::string_view text) noexcept {
     std::memcpy(&word, text.data(), sizeof word);
     state.take(word);
   }
-  // The last word holds what is left and, in its top byte, the length.
+  // The last word contains the rest of the text and, in its top byte, the length.
   std::uint64_t last = 0;
   if (!text.empty())
     std::memcpy(&last, text.data(), text.size());

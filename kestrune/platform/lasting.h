@@ -2,9 +2,9 @@
 
 namespace kestrune::platform {
 
-/// An object of the process that no destructor ends. Exit handlers, destructors of static objects and threads that
-/// still run may call the library for as long as it is loaded. What the object holds is given back by a function with
-/// [[gnu::destructor]], which runs when the library is unloaded, behind all of those.
+/// A process-wide object that is never destroyed. Exit handlers, destructors of static objects and threads that still
+/// run may call the library as long as it is loaded. A function with [[gnu::destructor]], which runs when the library
+/// is unloaded and so after all of those, releases what the object holds.
 template <class T>
 class Lasting {
 public:

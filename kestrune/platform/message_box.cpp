@@ -40,7 +40,7 @@ std::span<const Button> buttonsOf(UINT nType) {
   }
 }
 
-/// One line of the standard input without its end; false at the end of the input.
+/// Reads one line of the standard input without its line end; false at the end of the input.
 bool readLine(std::string &line) {
   line.clear();
   int c = std::getchar();
@@ -51,7 +51,7 @@ bool readLine(std::string &line) {
   return true;
 }
 
-/// Asks until the answer is a button, or the beginning of its name; an empty answer takes the default.
+/// Asks until the answer is a button or the start of its name; an empty answer selects the default.
 int ask(std::span<const Button> buttons, const Button &preset) {
   std::string line;
   do {

@@ -5,8 +5,8 @@
 
 #include <functional>
 
-// The form of a message box (low four bits: its buttons; 0x100, 0x200, 0x300: the second, third, fourth is the default)
-// and the ids of its buttons.
+// The type of a message box (the low four bits select its buttons; 0x100, 0x200 and 0x300 make the second, third or
+// fourth the default) and the ids of its buttons.
 constexpr UINT MB_OK = 0x0;
 constexpr UINT MB_OKCANCEL = 0x1;
 constexpr UINT MB_ABORTRETRYIGNORE = 0x2;
@@ -28,9 +28,9 @@ namespace kestrune::platform {
 
 using MessageBoxHandler = std::function<int(const char *text, UINT nType, UINT nIDHelp)>;
 
-/// Lets `handler` show the message boxes of the process and answer for the user; an empty one brings the default back:
-/// the text goes to the standard error stream, a terminal is asked when there is a choice, and otherwise the answer is
-/// the default button.
+/// Lets `handler` show the message boxes of the process and return the answer. An empty `handler` restores the default:
+/// the text goes to the standard error stream; if there is a choice and a terminal, the user is asked, else the answer
+/// is the default button.
 KESTRUNE_API void SetMessageBoxHandler(MessageBoxHandler handler);
 
 } // namespace kestrune::platform

@@ -19,7 +19,7 @@ struct RegistryKey {};
 
 namespace {
 
-/// The values of an open key, by their names in lower case. What cannot be read as text has none.
+/// The values of an open key, by name in lower case. A value that cannot be read as text is nullopt.
 struct OpenKey : RegistryKey {
   std::map<std::string, std::optional<std::string>> values;
 };
@@ -35,7 +35,7 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
-/// Whether nothing follows that counts.
+/// Whether the rest of a line is empty or a comment.
 bool isBlankOrComment(std::string_view text) {
   text = trimmed(text);
   return text.empty() || text.front() == ';';
@@ -46,7 +46,7 @@ std::string upToZero(std::string text) {
   return text;
 }
 
-/// UTF-16 to UTF-8. The data of a registry may hold a lone surrogate, which becomes U+FFFD.
+/// UTF-16 to UTF-8. A registry may contain a lone surrogate, which becomes U+FFFD.
 std::string fromUtf16(std::string_view bytes, bool bigEndian) {
   const auto unitAt = [&](std::size_t i) {
     const auto first = static_cast<unsigned char>(bytes[i]);
@@ -67,8 +67,8 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
   return kestrune::platform::WideToUtf8(wide);
 }
 
-/// The lines of an export, in UTF-8 whatever the file is in, without their ends. An export of a whole machine is large,
-/// so each line is converted when its turn comes.
+/// The lines of an export, in UTF-8 whatever the encoding of the file, without their ends. The export of a whole
+/// machine is large, so each line is converted only when it is read.
 class Lines {
 public:
   explicit Lines(std::string bytes) : m_bytes(std::move(bytes)) {
@@ -85,10 +85,10 @@ public:
     m_next = start;
   }
 
-  /// Whether the file is of the older format, whose texts are bytes of the code page.
+  /// Whether the file has the older format, with texts in the code page.
   bool isVersion4() const { return m_isVersion4; }
 
-  /// The next line without the blanks around it, or false at the end. One that is in no known encoding comes empty.
+  /// The next line without the blanks around it, or false at the end. A line in an unknown encoding is returned empty.
   bool next(std::string &line) {
     if (m_next >= m_bytes.size())
       return false;
@@ -114,7 +114,8 @@ private:
     return end;
   }
 
-  /// Without a mark, UTF-8 is recognised by its form, but in the older format only the code page counts.
+  /// Without a byte order mark, a line is UTF-8 if it is well-formed as such, else in the code page; in the older
+  /// format it is always in the code page.
   void convert(std::string_view raw, std::string &line) const {
     line = raw;
     if (!m_isMarked && (m_isVersion4 || !kestrune::platform::IsValidUtf8(raw)) &&
@@ -132,8 +133,8 @@ private:
   bool m_isVersion4 = false;
 };
 
-/// Takes a text in quotes from the front of `rest`. Only `\\` and `\"` are escapes: a path that somebody wrote with
-/// single backslashes is read as it was meant. Returns false when there is none, or no end of it.
+/// Takes a quoted text from the start of `rest`. Only `\\` and `\"` are escapes, so a path that was written with single
+/// backslashes is read as intended. Returns false if there is no quoted text or it has no end.
 bool takeQuoted(std::string_view &rest, std::string &text) {
   text.clear();
   if (!rest.starts_with('"'))
@@ -150,7 +151,7 @@ bool takeQuoted(std::string_view &rest, std::string &text) {
   return false;
 }
 
-/// The bytes of a list such as `44,00,3a`, or nothing when it is none.
+/// The bytes of a list such as `44,00,3a`, or nothing if it is malformed.
 std::optional<std::string> readBytes(std::string_view list) {
   std::string bytes;
   list = trimmed(list.substr(0, list.find(';')));
@@ -165,7 +166,7 @@ std::optional<std::string> readBytes(std::string_view list) {
   return bytes;
 }
 
-/// A key that is looked for, and what the file says of it.
+/// A key to look for, and what the file contains for it.
 struct Candidate {
   std::string path;
   bool exists = false;
@@ -188,7 +189,7 @@ public:
 private:
   void enterKey(std::string_view line) {
     m_current = nullptr;
-    // A bracket may be part of the name; the last one ends it, unless a comment follows.
+    // A bracket may be part of the name; the name ends at the first one with nothing but blanks or a comment after it.
     std::size_t end = line.find(']');
     while (end != std::string_view::npos && !isBlankOrComment(line.substr(end + 1)))
       end = line.find(']', end + 1);
@@ -203,14 +204,14 @@ private:
         candidate.exists = false;
         candidate.key.values.clear();
       } else if (!removed && (isSame || path.starts_with(candidate.path + '\\'))) {
-        // A key below brings those above with it.
+        // A key implies that its parents exist.
         candidate.exists = true;
         m_current = isSame ? &candidate : m_current;
       }
     }
   }
 
-  /// A line that is damaged changes nothing.
+  /// A damaged line changes nothing.
   void readValue(std::string line) {
     std::string_view rest = line;
     std::string name;
@@ -263,7 +264,7 @@ private:
   Candidate *m_current = nullptr;
 };
 
-/// Where the texts of a root lie, or empty.
+/// The file of a root key, or empty.
 std::filesystem::path fileOf(HKEY root) {
   const auto variable = [](const char *name) {
     const char *value = std::getenv(name);
@@ -283,7 +284,7 @@ std::filesystem::path fileOf(HKEY root) {
   return folder / "kestrune" / "registry.reg";
 }
 
-/// The bytes of a file; none when it cannot be read. Anything but a plain file might never end.
+/// The bytes of a file; none if it cannot be read. Only regular files are read, as others might never end.
 std::string readFile(const std::filesystem::path &path) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error))

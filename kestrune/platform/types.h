@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// The plain types and codes of the platform that the interface above is written in.
+// The plain types and result codes of the platform that the interface uses.
 
 using BOOL = int;
 using UINT = unsigned int;
@@ -18,16 +18,16 @@ constexpr BOOL FALSE = 0;
 constexpr BOOL TRUE = 1;
 #endif
 
-/// A result in HRESULT form: 0 success, positive a remark, negative a failure. `long` has 64 bits here, so a failure
-/// is the sign-extended 32-bit value: `result < 0` and the comparison with a constant both hold.
+/// A result in HRESULT form: 0 success, positive a remark, negative a failure. `long` has 64 bits here, so a failure is
+/// the sign-extended 32-bit value: both `result < 0` and comparison with a constant work.
 using HRESULT = long;
 
 namespace kestrune::platform {
 
-/// The result whose 32 bits are `bits`, sign-extended.
+/// The result with the 32 bits `bits`, sign-extended.
 constexpr HRESULT ResultFromBits(std::uint32_t bits) { return static_cast<std::int32_t>(bits); }
 
-/// The 32 bits of a result, as it is printed.
+/// The 32 bits of a result, for printing.
 constexpr std::uint32_t ResultBits(HRESULT result) { return static_cast<std::uint32_t>(result); }
 
 } // namespace kestrune::platform

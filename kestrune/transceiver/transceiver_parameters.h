@@ -2,10 +2,10 @@
 
 #include "kestrune/xml/xml_folder.h"
 
-// The parameters of a transceiver. They are stored texts: callers convert what they need, and units and legal values
-// are a matter of the tools that read them. All members are child elements and bear the names of their tags.
+// The parameters of a transceiver: stored texts, which the library neither converts nor checks. All members are child
+// elements named like their tags. The tools that read the data define units and legal values.
 
-/// The channel parameters: element "Channel".
+/// The channel parameters, element "Channel".
 class KESTRUNE_API CTransceiverChannel : public CXMLFolder {
 public:
   CTransceiverChannel();
@@ -13,7 +13,7 @@ public:
   ~CTransceiverChannel() override;
   CTransceiverChannel &operator=(const CTransceiverChannel &rhs);
 
-  /// Gives the members their tags; their texts stay.
+  /// Sets the members' tags and keeps their texts.
   void Init() override;
   void pushMembers() override;
 
@@ -32,7 +32,7 @@ private:
   struct Members;
 };
 
-/// The timing parameters: element "Timing".
+/// The timing parameters, element "Timing".
 class KESTRUNE_API CTransceiverTiming : public CXMLFolder {
 public:
   CTransceiverTiming();
@@ -40,7 +40,7 @@ public:
   ~CTransceiverTiming() override;
   CTransceiverTiming &operator=(const CTransceiverTiming &rhs);
 
-  /// Gives the members their tags; their texts stay.
+  /// Sets the members' tags and keeps their texts.
   void Init() override;
   void pushMembers() override;
 
@@ -57,7 +57,7 @@ private:
   struct Members;
 };
 
-/// The mode parameters: element "ModeSpec".
+/// The mode parameters, element "ModeSpec".
 class KESTRUNE_API CTransceiverModeSpec : public CXMLFolder {
 public:
   CTransceiverModeSpec();
@@ -65,12 +65,12 @@ public:
   ~CTransceiverModeSpec() override;
   CTransceiverModeSpec &operator=(const CTransceiverModeSpec &rhs);
 
-  /// Gives the members their tags; their texts stay.
+  /// Sets the members' tags and keeps their texts.
   void Init() override;
-  /// As the base; then, unless it failed, takes the prefix from `xcvr_gp_data` and makes it upper case. A text without
-  /// prefix, and that of a file without the element, becomes empty.
+  /// As the base. Then, unless that failed, makes `xcvr_gp_data` upper case and removes its prefix. A text without a
+  /// prefix becomes empty, and so does the default when the file lacks the element.
   long Load(MSXML::IXMLDOMElement *parent) override;
-  /// As the base, with "0x" in front of `xcvr_gp_data`.
+  /// As the base, but writes `xcvr_gp_data` with the prefix "0x".
   IXMLDOMElementPtr Save(IXMLDOMElementPtr parent, int level) override;
   void pushMembers() override;
 
@@ -78,17 +78,17 @@ public:
   CXMLElement alt_rate_tag;
   CXMLElement xcvr_cntrls_pream;
   CXMLElement wakeup_pin_dir;
-  /// Hexadecimal digits, without the prefix that they have in the file.
+  /// Hexadecimal digits, without the prefix that the file has.
   CXMLElement xcvr_gp_data;
   CXMLElement allow_node_override;
 
 private:
   struct Members;
   template <class, class, class>
-  friend struct RecordMembers; // of the next version
+  friend struct RecordMembers; // for the next version
 };
 
-/// The second version of the mode parameters, under the same tag.
+/// The mode parameters in their second version, also element "ModeSpec".
 class KESTRUNE_API CTransceiverModeSpec2 : public CTransceiverModeSpec {
 public:
   CTransceiverModeSpec2();
@@ -96,11 +96,11 @@ public:
   ~CTransceiverModeSpec2() override;
   CTransceiverModeSpec2 &operator=(const CTransceiverModeSpec2 &rhs);
 
-  /// As the base, and gives `standard_threshold` tag and default.
+  /// As the base, and sets the tag and the default of `standard_threshold`.
   void Init() override;
   void pushMembers() override;
 
-  /// "TRUE" at first.
+  /// "TRUE" by default.
   CXMLElement standard_threshold;
 
 private:

@@ -82,7 +82,7 @@ long CTransceiver3::LoadFromFile(const char *name, const char *base) {
 
 void CTransceiver3::pushMembers() {
   Members::push(*this);
-  // ModeSpec2 stands in the place of the member that it replaces.
+  // ModeSpec2 takes the position of ModeSpec, which it replaces in the file.
   const auto replacement = std::find(m_members.begin(), m_members.end(), &ModeSpec2);
   *std::find(m_members.begin(), m_members.end(), &ModeSpec) = *replacement;
   m_members.erase(replacement);

@@ -3,7 +3,7 @@
 #include "kestrune/transceiver/transceiver_parameters.h"
 #include "kestrune/xml/xml_collection.h"
 
-/// One kind of transceiver: element "Transceiver". All members are texts of the file and bear the names of their tags.
+/// One kind of transceiver, element "Transceiver". Members hold the text of the file and are named like their tags.
 class KESTRUNE_API CTransceiver : public CXMLFolder {
 public:
   CTransceiver();
@@ -12,7 +12,7 @@ public:
   ~CTransceiver() override;
   CTransceiver &operator=(const CTransceiver &rhs);
 
-  /// Gives the members their tags and, where they have one, their defaults.
+  /// Sets the members' tags, and resets the members that have a default of their own.
   void Init() override;
   /// The name.
   CString Key() const override;
@@ -20,11 +20,11 @@ public:
 
   CXMLBoolAttribute TevroskApproved;
   CXMLAttribute Name;
-  /// The number that FindByID looks for: decimal, hexadecimal with 0x, octal with a leading 0.
+  /// The number that FindByID compares: decimal, hexadecimal with 0x, or octal with a leading 0.
   CXMLElement std_id;
   CXMLElement support_level;
   CXMLElement ChannelTypeNumber;
-  /// A second number, which no search uses.
+  /// A second number; no search uses it.
   CXMLElement std_xcvr_id;
   CXMLBoolAttribute UsesVorlanComPort;
   CTransceiverTiming Timing;
@@ -34,10 +34,10 @@ public:
 private:
   struct Members;
   template <class, class, class>
-  friend struct RecordMembers; // of the next version
+  friend struct RecordMembers; // for the next version
 };
 
-/// The second version of the record.
+/// A transceiver in the second version of the record.
 class KESTRUNE_API CTransceiver2 : public CTransceiver {
 public:
   CTransceiver2();
@@ -55,11 +55,11 @@ public:
 private:
   struct Members;
   template <class, class, class>
-  friend struct RecordMembers; // of the next version
+  friend struct RecordMembers; // for the next version
 };
 
-/// The third version of the record. The mode parameters of the file are those in `ModeSpec2`; `ModeSpec` is a copy of
-/// what they share, made by `Load`, `LoadFromFile` and assignment, and is neither read nor written.
+/// A transceiver in the third version of the record. `ModeSpec2` holds the mode parameters of the file. `ModeSpec` is
+/// neither read nor written; `Load`, `LoadFromFile` and assignment copy into it what it shares with `ModeSpec2`.
 class KESTRUNE_API CTransceiver3 : public CTransceiver2 {
 public:
   CTransceiver3();
@@ -69,15 +69,15 @@ public:
   CTransceiver3 &operator=(const CTransceiver3 &rhs);
 
   void Init() override;
-  /// As the base; whatever it returned, `ModeSpec` follows `ModeSpec2` then.
+  /// As the base, and then copies `ModeSpec2` to `ModeSpec`, whatever the base returned.
   long Load(MSXML::IXMLDOMElement *parent) override;
-  /// Reads a single transceiver, from a file whose root is "Transceiver", as the base does; whatever it returned,
-  /// `ModeSpec` follows `ModeSpec2` then.
+  /// Reads a single transceiver from a file with the root element "Transceiver", as the base does, and then copies
+  /// `ModeSpec2` to `ModeSpec`, whatever the base returned.
   long LoadFromFile(const char *name, const char *base) override;
   void pushMembers() override;
 
   /// `SchedulerMode` as a decimal number; 0 for an empty text and for "Unassigned". Throws CKRXException* (text 101)
-  /// when anything else is left behind the number.
+  /// when anything is left after the number.
   unsigned int GetSchedulerMode() const;
 
   CTransceiverModeSpec2 ModeSpec2;
@@ -87,7 +87,7 @@ private:
   struct Members;
 };
 
-/// A list of transceivers: element "Transceivers".
+/// A list of transceivers, element "Transceivers".
 class KESTRUNE_API CTransceivers : public CXMLCollectionFolder {
 public:
   CTransceivers();
@@ -97,22 +97,22 @@ public:
 
   void Init() override;
 
-  /// Adds a transceiver of that name, with the defaults in all else; the item stays the collection's. Null when `name`
-  /// is empty or there already.
+  /// Adds a transceiver with that name and the default of every other member, and returns it; the collection owns it.
+  /// Returns null when `name` is null, empty or already present.
   CTransceiver *Add(const char *name);
   /// The item at `index`; throws std::out_of_range outside the list.
   CTransceiver *operator[](int index);
-  /// The first item of that name, without regard to case, or null.
+  /// The first item with that name, case-insensitive, or null.
   CTransceiver *Find(const char *name);
-  /// The first item whose `std_id` is that number, or null. Throws CKRXException* (text 101) when the search comes to
-  /// an item whose `std_id` is no number.
+  /// The first item whose `std_id` is that number, or null. Throws CKRXException* (text 101) when it reaches an item
+  /// whose `std_id` is not a number.
   CTransceiver *FindByID(int id);
 
 protected:
   CXMLFolder *NewFolder() override;
 };
 
-/// The list of the second version; its operations are those of the first.
+/// A list of transceivers of the second version, with the same operations.
 class KESTRUNE_API CTransceivers2 : public CTransceivers {
 public:
   CTransceivers2();
@@ -129,7 +129,7 @@ protected:
   CXMLFolder *NewFolder() override;
 };
 
-/// The list of the third version; its operations are those of the first.
+/// A list of transceivers of the third version, with the same operations.
 class KESTRUNE_API CTransceivers3 : public CTransceivers2 {
 public:
   CTransceivers3();

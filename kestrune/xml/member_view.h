@@ -3,25 +3,25 @@
 #include "kestrune/xml/record_members.h"
 #include "kestrune/xml/xml_collection.h"
 
-// Folders as they are seen from outside: for programs that show, compare or describe data whatever its class. It works
-// for every folder that keeps the protocol, with a table or without. A document object that was just made shows the
-// whole tree of its class: its members, and behind each collection the members of a blank item.
+// The members of any folder, for programs that show, compare or describe data of every class. This works for each
+// folder that overrides `pushMembers`, with or without a table. A newly constructed document shows the whole structure
+// of its class: its members and, for each collection, the members of a blank item.
 
 namespace kestrune {
 
 /// How a member is stored in the file.
 enum class MemberKind { Attribute, BoolAttribute, Element, HexElement, Folder, Collection };
 
-/// A member of a folder; valid as long as the folder.
+/// A member of a folder; valid as long as the folder exists.
 struct MemberView {
-  CXMLPersistent *value; // the member itself, which knows its tag and its text
+  CXMLPersistent *value; // the member itself, with its tag and text
   MemberKind kind;
-  const char *defaultText;          // the text of a new record; null for folders and for classes without a table
-  CXMLFolder *folder;               // the member again if it is a folder or a collection, else null
-  CXMLCollectionFolder *collection; // the member again if it is a collection, else null
+  const char *defaultText;          // its text in a new record; null for a folder or without a table
+  CXMLFolder *folder;               // `value` if it is a folder or a collection, else null
+  CXMLCollectionFolder *collection; // `value` if it is a collection, else null
 };
 
-/// The members of `folder` in the order of the file, as its pushMembers lists them now.
+/// The members of `folder` in the order of the file. Rebuilds its member list with `pushMembers` first.
 inline std::vector<MemberView> MembersOf(CXMLFolder &folder) {
   folder.pushMembers();
   const MemberTable table = folder.m_table != nullptr ? *folder.m_table : MemberTable();
@@ -39,7 +39,7 @@ inline std::vector<MemberView> MembersOf(CXMLFolder &folder) {
     } else if (dynamic_cast<CXMLBoolAttribute *>(value) != nullptr) {
       member.kind = MemberKind::BoolAttribute;
     }
-    // The rows stand in the order of the list, unless a class rearranges it or adds to it by hand.
+    // The rows are in the order of the list, unless a class rearranges it or adds to it by hand.
     for (std::size_t tried = 0; member.folder == nullptr && tried < table.size(); ++tried) {
       const MemberRow &row = table[next++ % table.size()];
       if (&row.field(folder) == value) {
@@ -52,11 +52,11 @@ inline std::vector<MemberView> MembersOf(CXMLFolder &folder) {
   return members;
 }
 
-/// What a collection says of its items; the items themselves are what its Count and operator[] give.
+/// The kind of item in a collection. Count and operator[] return the items themselves.
 struct ItemClass {
-  CString tag;                      // the element of an item
-  CString keyAttribute;             // the attribute that holds an item's key
-  std::unique_ptr<CXMLFolder> item; // a blank item, which is not in the collection; null where it makes none
+  CString tag;                      // name of an item's element
+  CString keyAttribute;             // name of the attribute with an item's key
+  std::unique_ptr<CXMLFolder> item; // a blank item outside the collection; null if it cannot make one
 };
 
 inline ItemClass ItemClassOf(CXMLCollectionFolder &collection) {

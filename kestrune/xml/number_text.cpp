@@ -8,7 +8,7 @@ namespace {
 
 using namespace kestrune;
 
-/// What `convert` makes of the text, if that is the whole text.
+/// The number that `convert` reads, or nothing if it does not read the whole text.
 template <class Convert>
 auto whole(const char *text, Convert convert) {
   char *end = nullptr;

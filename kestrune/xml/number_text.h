@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <optional>
 
-// The text of a member as a number. White space may come before it, and an empty text is 0; outside the range it is the
-// limit of 32 bits. `base` 0 means decimal, hexadecimal with 0x, octal with a leading 0.
+// The text of a member as a number. White space may come before it. An empty text is 0, and a number outside the range
+// of 32 bits becomes its limit. `base` 0 means decimal, hexadecimal with 0x, or octal with a leading 0.
 
-/// The number, or nothing when anything is left after it.
+/// The number, or nothing if anything is left after it.
 std::optional<std::int32_t> WholeInt(const char *text, int base = 0);
-/// As WholeInt; a negative number wraps.
+/// The same without a sign; a negative number wraps.
 std::optional<std::uint32_t> WholeUnsigned(const char *text, int base = 0);
 
 // These throw CKRXException* (text 101, with the member's text) when anything is left after the number.

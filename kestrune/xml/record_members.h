@@ -10,14 +10,14 @@
 #include <type_traits>
 #include <utility>
 
-// A record is a table: one row for each member, in the order of the file. The class declares `struct Members;`,
-// privately if it likes, and defines it beside its operations, which are then a line each:
+// A record is described by a table: one row for each member, in the order of the file. The class declares
+// `struct Members;`, which may be private, and defines it next to its operations, which are then one line each:
 //
 //     struct CClock::Members : RecordMembers<Members, CClock> {
 //       static constexpr auto rows = std::tuple{
 //           Row{&CClock::m_value, "Value", "10000"},    // tag and default
-//           Row{&CClock::m_description, "Description"}, // tag; the default is that of the field's class
-//           Row{&CClock::m_multipliers},                // a folder names itself
+//           Row{&CClock::m_description, "Description"}, // tag; the field's class has the default
+//           Row{&CClock::m_multipliers},                // a folder sets its own tag
 //       };
 //     };
 //
@@ -26,14 +26,14 @@
 //     void CClock::Init() { Members::init(*this); }
 //     void CClock::pushMembers() { Members::push(*this); }
 //
-// Whether a member is an attribute, an element or a folder follows from its field. A later version of a record names
-// the version before it, `RecordMembers<Members, CVorlanModel2, CVorlanModel>`, and lists only its own members. A field
-// that is in no row does not compile; fields that are not stored are declared by their size:
+// The class of a field determines whether it is an attribute, an element or a folder. A later version of a record
+// names the version before it, `RecordMembers<Members, CVorlanModel2, CVorlanModel>`, and lists only its own members.
+// A record with a field that is in no row does not compile, so the size of fields that are not stored is declared:
 // `static constexpr std::size_t unstored = ...`.
 
 namespace kestrune {
 
-/// A row of a record's table, in a form that does not depend on the class of the record.
+/// A row of a record's table, independent of the class of the record.
 struct MemberRow {
   CXMLPersistent &(*field)(CXMLFolder &record);
   const char *defaultText; // null for a folder
@@ -43,8 +43,8 @@ struct MemberRow {
 
 template <class Members, class Record, class Base = CXMLFolder>
 struct RecordMembers {
-  /// A member: its field, and for a value its tag and default, which are literals. Without a default, the text that
-  /// the field's class starts with stays.
+  /// A member: its field and, for a value, its tag and default, which must be literals. Without a default, the field
+  /// keeps the text that its class starts with.
   template <class Field>
   struct Row {
     constexpr Row(Field Record::*folder) requires std::derived_from<Field, CXMLFolder> : field(folder) {}
@@ -56,47 +56,47 @@ struct RecordMembers {
     const char *tag = nullptr;
     const char *defaultText = nullptr;
   };
-  // Written out, since clang 14 makes no deduction guides for a template inside a template.
+  // Needed by clang 14, which makes no implicit deduction guides for a template inside a template.
   template <class Field>
   Row(Field Record::*) -> Row<Field>;
   template <class Field>
   Row(Field Record::*, const char *, const char * = nullptr) -> Row<Field>;
 
-  /// The bytes of the fields that no file holds.
+  /// The size in bytes of the fields that are not stored in the file.
   static constexpr std::size_t unstored = 0;
 
-  /// For the constructor: names the record's element, sets its text to the same, gives the members their tags and
-  /// defaults, and builds the member list.
+  /// For the constructor: sets the record's tag and text to `tag`, sets the members' tags and defaults, and builds the
+  /// member list.
   static void construct(Record &record, const char *tag) {
     record.PutTag(CString(tag));
     record.CXMLFolder::operator=(tag);
     construct(record);
   }
-  /// The same for a version whose base has named the element.
+  /// The same for a later version, whose base has set the tag.
   static void construct(Record &record) {
     initFields(record);
     record.Record::pushMembers();
   }
 
-  /// Init: gives all members their tags and defaults; a member that is a folder initialises itself.
+  /// Init: sets the tags and defaults of all members; a folder initialises itself.
   static void init(Record &record) {
     if constexpr (kIsFirst) {
       initFields(record);
       record.pushMembers();
     } else {
-      record.Base::Init(); // has the member list rebuilt
+      record.Base::Init(); // rebuilds the member list
       initFields(record);
     }
   }
 
-  /// pushMembers: the members of the base, and then the record's own.
+  /// pushMembers: the members of the base, followed by the record's own.
   static void push(Record &record) {
     record.m_members.clear();
     record.Base::pushMembers();
     append(record);
   }
 
-  /// The copying operator=.
+  /// For the copying operator=.
   static Record &copy(Record &to, const Record &from) {
     const auto copyField = [&](const auto &row) { to.*row.field = from.*row.field; };
     if constexpr (kIsFirst) {
@@ -104,13 +104,13 @@ struct RecordMembers {
       forEachRow(copyField);
       to.pushMembers();
     } else {
-      to.Base::operator=(from); // has the member list rebuilt
+      to.Base::operator=(from); // rebuilds the member list
       forEachRow(copyField);
     }
     return to;
   }
 
-  /// Gives the record's own members their tags and defaults, and does nothing else.
+  /// Sets only the tags and defaults of the record's own members.
   static void initFields(Record &record) {
     forEachRow([&](const auto &row) { initField(record.*row.field, row); });
   }
@@ -132,7 +132,7 @@ protected:
     static constexpr kestrune::MemberTable table(all);
     CXMLFolder &folder = record;
     const std::size_t wanted = folder.m_members.size() + std::tuple_size_v<decltype(Members::rows)>;
-    // A later version appends to the list of its base: take room for all at once.
+    // A later version appends to the list of its base, so reserve enough for all at once.
     if (folder.m_members.capacity() < wanted)
       folder.m_members.reserve(std::max(wanted, 2 * folder.m_members.size()));
     forEachRow([&](const auto &row) { folder.m_members.push_back(&(record.*row.field)); });
@@ -155,7 +155,7 @@ private:
 
   template <class Visit>
   static void forEachRow(Visit visit) {
-    static constexpr auto rows = Members::rows; // a copy, so that the table itself becomes no symbol of the library
+    static constexpr auto rows = Members::rows; // a copy, so that the table itself is not a symbol of the library
     std::apply([&](const auto &...row) { (visit(row), ...); }, rows);
   }
 
@@ -164,7 +164,7 @@ private:
     if constexpr (std::derived_from<Field, CXMLFolder>) {
       field.Init();
     } else {
-      // Init finds the tag in place already, and makes no copy of it.
+      // Set first, so that Init finds the tag in place and does not copy it.
       field.PutTag(CString::OfLiteral(row.tag));
       if (row.defaultText != nullptr)
         field.Init(row.tag, row.defaultText);
@@ -191,8 +191,8 @@ private:
   }
 };
 
-/// The table of a document: its sections. A document reads and writes its header and its own sections alone, whatever
-/// those of the versions before it hold.
+/// The table of a document: its sections. A document reads and writes only its header and its own sections, not those
+/// of earlier versions.
 template <class Members, class Document, class Base = CXMLTopLevelFolder>
 struct DocumentMembers : RecordMembers<Members, Document, Base> {
   using RecordMembers<Members, Document, Base>::construct;

@@ -1,15 +1,15 @@
 #pragma once
 
-// Comparisons that the searches over the data use.
+// Comparisons for searches over the data.
 
-/// Whether two texts hold the same characters once all white space is left out. False if either is null.
+/// Whether two texts are equal when all white space is ignored. False if either is null.
 bool equalIgnoreSpace(const char *a, const char *b);
 
-/// The same without regard to ASCII case.
+/// The same, also ignoring ASCII case.
 bool equalNoCaseIgnoreSpace(const char *a, const char *b);
 
-/// Whether two numbers differ by DBL_EPSILON at most, whatever their size. Never with a NaN.
+/// Whether two numbers differ by at most DBL_EPSILON, regardless of their size. False for a NaN.
 bool equalDoubles(double a, double b);
 
-/// The place where traces of a load would go. Nothing is written.
+/// Takes the traces of loading and discards them.
 void traceMessage(const char *format, ...);

@@ -11,8 +11,8 @@
 #include <unordered_map>
 #include <utility>
 
-/// The keys of the items that have been loaded or assigned, each as it was when it was first needed. An item behind
-/// those still has its default key, or that of a load on the way, and is asked at each search.
+/// The keys of the items that have been loaded or assigned, each as it was when first needed. The items after those may
+/// still get another key, so each search compares their current keys.
 class CXMLCollectionFolder::KeyIndex {
 public:
   using Items = std::vector<std::unique_ptr<CXMLFolder>>;
@@ -25,7 +25,7 @@ public:
     const auto known = m_byKey.find(kestrune::platform::FoldCase(key));
     if (known == m_byKey.end())
       return firstOf(items.begin() + static_cast<std::ptrdiff_t>(m_settled), items.end(), key);
-    // A key that somebody has changed since through the item's pointer counts as it is now.
+    // A key may have been changed since, through a pointer to the item; what counts is its current value.
     if (hasKey(*known->second, key))
       return known->second;
     return firstOf(items.begin(), items.end(), key);
@@ -47,8 +47,8 @@ private:
   static bool hasKey(const CXMLFolder &item, const char *key) { return item.Key().CompareNoCase(key) == 0; }
 
   std::unordered_map<std::string, CXMLFolder *, kestrune::platform::KeyedTextHash, std::equal_to<>> m_byKey;
-  std::size_t m_known = 0;   // how many items are in the map
-  std::size_t m_settled = 0; // how many may be
+  std::size_t m_known = 0;   // number of items in the map
+  std::size_t m_settled = 0; // number of items that have their final key
 };
 
 CXMLCollectionFolder::Batch::Batch(CXMLCollectionFolder &collection, bool acceptAll)
@@ -58,7 +58,7 @@ CXMLCollectionFolder::Batch::Batch(CXMLCollectionFolder &collection, bool accept
 CXMLCollectionFolder::Batch::~Batch() {
   m_collection.m_index = std::move(m_outer);
   m_collection.m_acceptAll = m_outerAcceptAll;
-  // What this batch has added or removed is not in the index of the one around it.
+  // The index of the outer batch does not know what this one has added or removed.
   if (m_collection.m_index)
     m_collection.m_index->clear();
 }
@@ -186,7 +186,7 @@ unsigned char CXMLCollectionFolder::GetModified() {
     if (member->GetModified() != 0)
       m_modified = 1;
   }
-  // Every item is asked only until one has changed.
+  // Items after the first modified one need not be asked.
   if (findFirst<CXMLFolder>([](CXMLFolder &item) { return item.GetModified() != 0; }) != nullptr)
     m_modified = 1;
   return m_modified;

@@ -12,58 +12,58 @@ struct ItemClass;
 ItemClass ItemClassOf(CXMLCollectionFolder &collection);
 } // namespace kestrune
 
-/// A folder whose element holds any number of like child elements, each of which becomes an item with a text key. The
-/// collection owns its items; the pointers that `Add`, `FindItem` and `operator[]` give out are valid until the item is
-/// deleted, or the collection is cleared, loaded, assigned to or destroyed. Items stand in the order of adding.
+/// A folder whose element contains any number of child elements of one kind, each of which becomes an item with a text
+/// key. The collection owns its items and keeps them in the order in which they were added. The pointers that `Add`,
+/// `FindItem` and `operator[]` return are valid until the item is deleted, or the collection is cleared, loaded,
+/// assigned to or destroyed.
 ///
 /// A typed collection derives from it: its `Init` calls setTags, its `NewFolder` makes its item class, and its copying
 /// `operator=` calls assignCollection.
 class KESTRUNE_API CXMLCollectionFolder : public CXMLFolder {
 public:
   CXMLCollectionFolder();
-  /// The tags of `rhs`, and no item: the typed collection copies those.
+  /// Copies the tags of `rhs` but no item: the typed collection copies those.
   CXMLCollectionFolder(const CXMLCollectionFolder &rhs);
   ~CXMLCollectionFolder() override;
-  /// Takes tag, text and the names of items and key from `rhs`, and clears the list, also when `rhs` is this
-  /// collection: a loop over the items of `rhs` that follows then ends. A typed collection calls assignCollection.
+  /// Copies tag, text, item tag and key name from `rhs`, and clears the list even if `rhs` is this collection, so that
+  /// a loop over the items of `rhs` after it ends at once. A typed collection calls assignCollection instead.
   CXMLCollectionFolder &operator=(const CXMLCollectionFolder &rhs);
   using CXMLFolder::operator=;
 
   void PutModified(unsigned char modified) override;
   IXMLDOMElementPtr Save(IXMLDOMElementPtr parent, int level) override;
-  /// Replaces the items by those of `parent`, the collection's own element. An element without the key attribute is
-  /// passed over; one with an empty key or a key that is there already is left out, and KRX_E_DUPLICATE_KEY is the
-  /// result unless an item failed before. Returns KRX_S_EMPTY_COLLECTION where there is no item element, else the first
-  /// failure, or S_OK.
+  /// Replaces the items by those in `parent`, the collection's own element. An element without the key attribute is
+  /// ignored. One with an empty key, or a key that is already present, is skipped and counts as KRX_E_DUPLICATE_KEY.
+  /// Returns the first failure, KRX_S_EMPTY_COLLECTION if there is no item element, or S_OK.
   long Load(MSXML::IXMLDOMElement *parent) override;
   using CXMLFolder::GetModified;
   unsigned char GetModified() override;
 
 protected:
-  /// Adds a new item under the item tag, whose own key is still to be set. Null, and nothing changes, when `key` is
-  /// null or empty or FindItem finds it, or when there is no NewFolder.
+  /// Adds a new item with the item tag and returns it; the caller sets its key. Returns null, and changes nothing, when
+  /// `key` is null or empty, when FindItem finds it, or when there is no NewFolder.
   virtual CXMLFolder *AddCollectionItem(const char *key);
-  /// Makes an item, which the collection will own. Null here: every typed collection overrides it.
+  /// Makes an item, which the collection will own. Returns null here; every typed collection overrides it.
   virtual CXMLFolder *NewFolder();
 
 public:
-  /// The first item whose `Key` equals `key` without regard to case, or null.
+  /// The first item whose `Key` equals `key`, case-insensitive, or null.
   virtual CXMLFolder *FindItem(const char *key);
-  /// Destroys the first item whose `Key` equals `key` with regard to case; without one nothing happens.
+  /// Destroys the first item whose `Key` equals `key`, case-sensitive; does nothing if there is none.
   virtual void Delete(const char *key);
-  /// Destroys all items and sets the flag.
+  /// Destroys all items and sets the modified flag.
   virtual void Clear();
 
-  /// The names of the collection's element, of each item's element, and of the attribute that holds an item's key.
+  /// Sets the names of the collection's element, of each item's element, and of the attribute with an item's key.
   void setTags(const char *tag, const char *itemTag, const char *keyName);
-  /// Adds an item, as AddCollectionItem.
+  /// Same as AddCollectionItem.
   CXMLFolder *Add(const char *key);
   int Count() const;
   /// The item at `index`; throws std::out_of_range outside the list.
   CXMLFolder *operator[](int index);
 
-  /// Calls `add` with each index below `count`, so that it may add one item and give that its key. Meanwhile a search
-  /// for a key, as each Add needs it, takes no walk over the items.
+  /// Calls `add` with each index below `count`. Each call may add one item and set its key. Meanwhile the search for a
+  /// key in each Add does not walk over the items.
   template <class Add>
   void AddMany(int count, Add add) {
     Batch batch(*this, false);
@@ -74,8 +74,8 @@ public:
   }
 
 protected:
-  /// The whole copying assignment of a typed collection: tags, text, and copies of all items, whatever their keys. An
-  /// assignment to itself changes nothing.
+  /// The copying assignment of a typed collection: copies tags, text, and all items, even those with equal keys.
+  /// Assigning a collection to itself changes nothing.
   template <class Item>
   void assignCollection(const CXMLCollectionFolder &rhs) {
     if (this == &rhs)
@@ -88,7 +88,7 @@ protected:
     }
   }
 
-  /// Adds an item as AddCollectionItem and writes `key` into its key member.
+  /// Same as AddCollectionItem, and stores `key` in the item's `keyMember`.
   template <class Item, class Value, class Owner>
   Item *addKeyed(const char *key, Value Owner::*keyMember) {
     auto *const item = static_cast<Item *>(AddCollectionItem(key));
@@ -97,7 +97,7 @@ protected:
     return item;
   }
 
-  /// The first item for which `matches` holds, or null.
+  /// The first item for which `matches` returns true, or null.
   template <class Item, class Matches>
   Item *findFirst(Matches matches) const {
     for (const auto &entry : m_items) {
@@ -108,9 +108,8 @@ protected:
     return nullptr;
   }
 
-  /// AddCollectionItem, with items of one key accepted or refused.
+  /// Same as AddCollectionItem, but `acceptDuplicate` also accepts a key that is already present.
   CXMLFolder *addItem(const char *key, bool acceptDuplicate);
-  /// Destroys the item at `index`.
   void removeAt(std::size_t index);
 
   std::vector<std::unique_ptr<CXMLFolder>> m_items;
@@ -120,8 +119,8 @@ protected:
 private:
   class KeyIndex;
 
-  /// While many items are added one after the other: searches for a key take no walk over those that have their key,
-  /// or, with `acceptAll`, any key is taken.
+  /// Exists while many items are added one after the other. A search for a key then does not walk over the items added
+  /// before; with `acceptAll` every key is accepted.
   class KESTRUNE_API Batch {
   public:
     Batch(CXMLCollectionFolder &collection, bool acceptAll);
@@ -129,7 +128,7 @@ private:
     Batch &operator=(const Batch &) = delete;
     ~Batch();
 
-    /// Before the next item is added: those that are there have been loaded or assigned.
+    /// Call it before adding the next item: the items so far have their final keys.
     void next();
 
   private:
@@ -140,11 +139,11 @@ private:
 
   friend kestrune::ItemClass kestrune::ItemClassOf(CXMLCollectionFolder &collection);
 
-  std::unique_ptr<KeyIndex> m_index; // alive during a batch only
+  std::unique_ptr<KeyIndex> m_index; // set only during a batch
   bool m_acceptAll = false;
 };
 
-/// A collection that can hold items of one key, and from which items are removed by position.
+/// A collection that can accept items with equal keys, and from which items can be removed by position.
 class KESTRUNE_API CXMLCollectionFolder2 : public CXMLCollectionFolder {
 public:
   CXMLCollectionFolder2();
@@ -153,13 +152,13 @@ public:
   CXMLCollectionFolder2 &operator=(const CXMLCollectionFolder2 &rhs);
   using CXMLCollectionFolder::operator=;
 
-  /// Non-zero: items with a key that is there already are accepted. 0 at first.
+  /// If non-zero, items with a key that is already present are accepted. 0 by default.
   void SetIgnoreKey(int ignoreKey);
-  /// Destroys the item at `index`; outside the list nothing happens.
+  /// Destroys the item at `index`; does nothing outside the list.
   void DeleteIdx(int index);
 
 protected:
-  /// As the base, and takes over whether keys are ignored.
+  /// As the base, and copies whether keys are ignored.
   template <class Item>
   void assignCollection(const CXMLCollectionFolder2 &rhs) {
     CXMLCollectionFolder::assignCollection<Item>(rhs);

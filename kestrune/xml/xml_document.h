@@ -2,7 +2,7 @@
 
 #include "kestrune/xml/xml_folder.h"
 
-/// The header of every data file: element "Contents". Numbers are decimal text.
+/// The header of every data file, element "Contents". Numbers are decimal text.
 class KESTRUNE_API CXMLContents : public CXMLFolder {
 public:
   CXMLContents();
@@ -10,14 +10,15 @@ public:
   ~CXMLContents() override;
   CXMLContents &operator=(const CXMLContents &rhs);
 
-  /// Gives the members their defaults: the numbers "0", the creation date the present time.
+  /// Sets all members to their defaults: the numbers to "0", the creation date to the current time.
   void Init() override;
   void pushMembers() override;
 
-  /// "UpgradeStatus" as a number, by the rules of C for its base; an empty text is 0. Throws CKRXException* (text 101)
-  /// when anything is left behind the number.
+  /// "UpgradeStatus" as a number: decimal, hexadecimal with 0x, or octal with a leading 0; an empty text is 0. Throws
+  /// CKRXException* (text 101) when anything is left after the number.
   unsigned int getUpgradeStatus();
-  /// Sets "UpgradeStatus". A value above 2147483647 is written as a negative number, which getUpgradeStatus turns back.
+  /// Sets "UpgradeStatus". A value above 2147483647 is stored as a negative number, which getUpgradeStatus converts
+  /// back.
   void setUpgradeStatus(unsigned int status);
 
   CXMLAttribute MajorVersion;
@@ -33,25 +34,25 @@ private:
   struct Members;
 };
 
-/// Base of every document: a root element with the header as its first child. A document class adds its sections as
-/// fields, lists them behind `Contents` in `pushMembers`, and offers a `LoadFromFile` of its own.
+/// Base of every document: a root element with the header as its first child. A document class has its sections as
+/// fields, lists them after `Contents` in `pushMembers`, and has its own `LoadFromFile`.
 class KESTRUNE_API CXMLTopLevelFolder : public CXMLFolder {
 public:
   CXMLTopLevelFolder();
   CXMLTopLevelFolder(const CXMLTopLevelFolder &rhs);
   ~CXMLTopLevelFolder() override;
 #pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Woverloaded-virtual" // hidden by each copying operator=, as is meant
+#pragma GCC diagnostic ignored "-Woverloaded-virtual" // every copying operator= hides it, as intended
   CXMLTopLevelFolder &operator=(const char *text) override;
 #pragma GCC diagnostic pop
 
   void pushMembers() override;
-  /// Writes the members straight into `parent`, the root element, and returns it. Throws _com_error.
+  /// Writes the members directly into `parent`, the root element, and returns it. Throws _com_error.
   IXMLDOMElementPtr Save(IXMLDOMElementPtr parent, int level) override;
   long Load(MSXML::IXMLDOMElement *parent) override;
-  /// Copies tag, text and header; the remembered file name stays.
+  /// Copies tag, text and header; keeps the remembered file name.
 #pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Woverloaded-virtual" // hidden by each copying operator=, as is meant
+#pragma GCC diagnostic ignored "-Woverloaded-virtual" // every copying operator= hides it, as intended
   virtual CXMLTopLevelFolder &operator=(const CXMLTopLevelFolder &rhs);
 #pragma GCC diagnostic pop
 

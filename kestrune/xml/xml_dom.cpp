@@ -11,7 +11,8 @@ namespace {
 
 std::string_view orEmpty(const char *text) { return text != nullptr ? std::string_view(text) : std::string_view(); }
 
-/// Tells the debug channel that `parent` lacks `name`. Missing members are common: without a listener it costs nothing.
+/// Reports to the debug channel that `parent` lacks `name`. Missing members are common, so this is free without a
+/// listener.
 void reportMissing(const char *message, const IXMLDOMElementPtr &parent, const char *separator, const char *name) {
   if (!kestrune::platform::DebugOutputWanted())
     return;
@@ -60,7 +61,7 @@ bool getAttributeValue(IXMLDOMElementPtr parent, const char *name, CString &valu
       return true;
     }
   } catch (const _com_error &) {
-    // Told like a missing attribute.
+    // Reported like a missing attribute.
   }
   reportMissing("getAttributeValue.  Failed to find ", parent, ".", name);
   return false;

@@ -6,7 +6,7 @@
 class KESTRUNE_API CXMLFileName : public CXMLFolder {
 public:
   CXMLFileName();
-  /// The same with another tag for the element and another for the attribute of the name.
+  /// Sets the tag of the element, and the tag that replaces "Name" for the attribute.
   CXMLFileName(const char *tag, const char *keyName);
   CXMLFileName(const CXMLFileName &rhs);
   ~CXMLFileName() override;
@@ -17,7 +17,7 @@ public:
   void pushMembers() override;
 
   CXMLAttribute Name;
-  /// Hexadecimal text, "0x0" at first.
+  /// Hexadecimal text, "0x0" by default.
   CXMLHexElement OptionFlags;
 
 private:
@@ -35,9 +35,10 @@ public:
   void Init() override;
   void pushMembers() override;
 
-  /// Adds a file name; the item stays the collection's. Null when `key` is empty or there already.
+  /// Adds a file name and returns it; the collection owns it. Returns null when `key` is null, empty or already
+  /// present.
   CXMLFileName *Add(const char *key);
-  /// The first item of that name, without regard to case, or null.
+  /// The first item with that name, case-insensitive, or null.
   CXMLFileName *Find(const char *key);
   /// The item at `index`; throws std::out_of_range outside the list.
   CXMLFileName *operator[](int index);
