@@ -228,7 +228,7 @@ std::vector<Scenario> Scenarios() {
   constexpr bool kWarm = true;
   constexpr bool kCold = false;
   return {
-      {"load chips with an add-on", kWarm, make<Load<CVorlanTyp4>>("Types/Vorlan.xml")},
+      {"load chips with an add-on", kWarm, make<Load<CVorlanTyp4>>("Types/Vorlan.xml"), true},
       {"load chips by macro, first", kCold, make<Load<CVorlanTyp4>>("$StdVorlanTyp$"), true},
       {"load transceivers and the user's", kWarm, make<Load<CStdXcvr3>>("Types/StdXcvr.xml"), true},
       {"load transceivers by macro, first", kCold, make<Load<CStdXcvr3>>("$StdXcvrTyp$"), true},
