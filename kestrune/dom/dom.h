@@ -176,7 +176,8 @@ public:
 
   /// Writes the document to the file, in UTF-8 and in place. The whole text is made and checked before the file is
   /// touched: a character that XML cannot carry, bytes that are not valid in the code page, or a bad name fail here.
-  /// After any failure the file is as it was. Returns S_OK.
+  /// The file is as it was then, and after any failure before its first byte is written; after a later one the old
+  /// bytes are written back, as far as the disk takes them. Returns S_OK.
   HRESULT save(const char *path) const;
 
   /// Fails when some text of this document could not be read because it was too large to join.

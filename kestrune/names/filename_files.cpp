@@ -65,21 +65,21 @@ int CFilename::CopyFileA(const char *dest) const {
   int result = 0;
   try {
     std::uint64_t rest = source.GetLength();
-    UINT count = 0;
     const auto readNext = [&] {
-      count = static_cast<UINT>(std::min<std::uint64_t>(rest, size));
+      const UINT count = static_cast<UINT>(std::min<std::uint64_t>(rest, size));
       if (source.Read(buffer.get(), count) < count)
         result = 4;
       rest -= count;
+      return count;
     };
     // The source has to show that it can be read before the target is emptied.
-    readNext();
+    UINT count = readNext();
     if (result != 0)
       return result;
     begun = copy.Open(target, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite);
     if (!begun)
       return 3;
-    for (; count > 0; readNext())
+    for (; count > 0; count = readNext())
       copy.Write(buffer.get(), count);
     copy.Close();
   } catch (CException *exception) {

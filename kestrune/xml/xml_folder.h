@@ -58,8 +58,10 @@ public:
   /// Writes the folder to a file. `name` may be relative and may hold macros; null or empty stands for the remembered
   /// name, and any other is remembered, also when the call fails. `base` is the folder in which a relative name is
   /// looked for, or null. Missing directories are made. Without `overwrite` an existing file is left alone. Returns
-  /// S_OK, or KRX_E_SAVE_NOT_NAMED, KRX_E_COM_CREATE, KRX_E_WRITE_PROTECTED or KRX_E_SAVE_FAILED: then the file is as
-  /// it was and the modified flags stay.
+  /// S_OK, or KRX_E_SAVE_NOT_NAMED, KRX_E_COM_CREATE, KRX_E_WRITE_PROTECTED or KRX_E_SAVE_FAILED: then the modified
+  /// flags stay, what the call made is gone, and an old file is as it was, unless the disk failed while it was written:
+  /// then the old bytes are written back, as far as the disk takes them. It is written in place;
+  /// kestrune::SaveReplacing also outlasts a power cut.
   virtual long SaveToFile(const char *name, const char *base, bool overwrite);
   /// Reads the folder from a file, named as for SaveToFile. Returns S_OK or a positive remark, or a failure:
   /// KRX_E_LOAD_NOT_NAMED or KRX_E_FILE_NOT_FOUND (nothing has changed but the remembered name), or what

@@ -11,6 +11,7 @@
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <thread>
 #include <unistd.h>
 
@@ -122,10 +123,12 @@ private:
   rlimit m_old{};
 };
 
-mode_t modeOf(const std::string &path) {
+struct stat statusOf(const std::string &path) {
   struct stat status {};
-  return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
+  ::stat(path.c_str(), &status);
+  return status;
 }
+mode_t modeOf(const std::string &path) { return statusOf(path).st_mode & 07777U; }
 
 TEST_F(FileTest, TheReadOnlyAttributeBindsEverybody) {
   support::write(file, "old");
@@ -406,18 +409,15 @@ protected:
     document.PutTag(CString("Root"));
     return kestrune::SaveReplacing(document, path.c_str(), nullptr, true);
   }
-  static ino_t numberOf(const std::string &path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
-  }
   static bool isSaved(const std::string &path) { return support::read(path).ends_with("</Root>\n"); }
   std::ptrdiff_t countFiles() const { return std::distance(fs::directory_iterator(folder.path()), {}); }
 };
 
 TEST_F(ReplacingSave, PutsANewFileInTheOldOnesPlace) {
   fs::create_symlink("f.xml", folder / "link");
-  const int held = ::open(file.c_str(), O_RDONLY);
-  const ino_t old = numberOf(file);
+  const int held = ::open(file.c_str(), O_RDONLY); // its number is not used again
+  EXPECT_EQ(::fchown(held, ::geteuid() == 0 ? 1234 : -1, -1), 0);
+  const struct stat old = statusOf(file);
   faults.call = "fsync";
   faults.number = -1;
   EXPECT_EQ(save(file, "in place"), 0);
@@ -425,7 +425,8 @@ TEST_F(ReplacingSave, PutsANewFileInTheOldOnesPlace) {
   EXPECT_EQ(saveReplacing(folder / "link"), 0);
   EXPECT_EQ(faults.count, 2) << "the file and its folder";
   EXPECT_TRUE(fs::is_symlink(folder / "link"));
-  EXPECT_NE(numberOf(file), old);
+  EXPECT_NE(statusOf(file).st_ino, old.st_ino);
+  EXPECT_EQ(statusOf(file).st_uid, old.st_uid);
   EXPECT_EQ(modeOf(file), 0640U);
   EXPECT_TRUE(isSaved(file));
   fs::create_symlink("made.xml", folder / "dangling");
@@ -449,14 +450,20 @@ TEST_F(ReplacingSave, FallsBackOnTheSaveInPlace) {
   } rows[] = {{"fchmod", EPERM}, {"rename", EACCES}, {"rename", EBUSY}};
   for (const auto &row : rows) {
     support::write(file, "old");
-    const ino_t old = numberOf(file);
+    const ino_t old = statusOf(file).st_ino;
     faults.call = row.call;
     faults.error = row.error;
     EXPECT_EQ(saveReplacing(file), 0) << row.call;
     faults = {};
-    EXPECT_EQ(numberOf(file), old) << row.call;
+    EXPECT_EQ(statusOf(file).st_ino, old) << row.call;
     EXPECT_TRUE(isSaved(file)) << row.call;
     EXPECT_EQ(countFiles(), 1) << row.call;
+  }
+  if (::setxattr(file.c_str(), "user.kestrune", "", 0, 0) == 0) { // where the host has such attributes
+    const ino_t old = statusOf(file).st_ino;
+    EXPECT_EQ(saveReplacing(file), 0);
+    EXPECT_EQ(statusOf(file).st_ino, old);
+    ::removexattr(file.c_str(), "user.kestrune");
   }
   fs::create_hard_link(file, folder / "hard");
   support::write(file, "old");
