@@ -3,7 +3,8 @@
 namespace kestrune::dom {
 
 void Builder::start(std::uint32_t name) {
-  addTextNode();
+  if (!m_text.empty())
+    addTextNode();
   Element *const element = m_tree.newElement(name);
   element->order = ++m_elementCount;
   m_tree.names[name].elements.push_back(element);
@@ -28,7 +29,7 @@ void Builder::text(std::string_view piece) {
 }
 
 void Builder::end() {
-  if (m_open->first != nullptr) {
+  if (!m_text.empty() && m_open->first != nullptr) {
     addTextNode();
   } else if (!m_text.empty()) {
     m_open->setOwnText(m_tree.keep(m_text));

@@ -1,10 +1,8 @@
 #include "kestrune/dom/tree.h"
 
 #include "kestrune/dom/layout.h"
-#include "kestrune/platform/code_page.h"
 
 #include <cstring>
-#include <new>
 
 namespace kestrune::dom {
 
@@ -27,33 +25,14 @@ std::uint32_t Tree::find(std::string_view name) const {
   return found != m_numbers.end() ? found->second : kNoName;
 }
 
-template <class Type, class... Arguments>
-Type *Tree::make(Arguments... arguments) {
-  return new (allocate(sizeof(Type), alignof(Type))) Type(arguments...);
-}
-
-Element *Tree::newElement(std::uint32_t name) { return make<Element>(m_document, name); }
-
-Node *Tree::newNode(Node::Kind kind, std::uint32_t name, std::string_view kept) {
-  Node *const node = make<Node>(m_document, kind, name);
-  node->setOwnText(kept);
-  return node;
-}
-
-Attribute *Tree::newAttribute(std::uint32_t name) { return make<Attribute>(name); }
-
-void *Tree::allocate(std::size_t size, std::size_t alignment) {
-  if (std::align(alignment, size, m_free, m_freeSize) == nullptr) {
-    const bool large = size > kBlockSize / 4;
-    m_blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(large ? size : kBlockSize));
-    if (large)
-      return m_blocks.back().get(); // the block before goes on
-    m_free = m_blocks.back().get();
-    m_freeSize = kBlockSize;
+void *Tree::allocateBlock(std::size_t size) {
+  const bool large = size > kBlockSize / 4;
+  m_blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(large ? size : kBlockSize));
+  std::byte *const room = m_blocks.back().get();
+  if (!large) { // else the block before goes on
+    m_free = room + size;
+    m_freeSize = kBlockSize - size;
   }
-  void *const room = m_free;
-  m_free = static_cast<std::byte *>(m_free) + size;
-  m_freeSize -= size;
   return room;
 }
 
@@ -62,16 +41,16 @@ std::string_view Tree::keep(std::string_view text) {
     Fail(E_INVALIDARG, kTextTooLong);
   if (text.empty())
     return std::string_view("");
-  if (const std::string_view shared = SharedLayout(text); !shared.empty())
-    return shared;
+  if (text.front() == '\n') {
+    if (const std::string_view shared = SharedLayout(text); !shared.empty())
+      return shared;
+  }
   char *const copy = static_cast<char *>(allocate(text.size(), 1));
   std::memcpy(copy, text.data(), text.size());
   return {copy, text.size()};
 }
 
-std::string_view Tree::fromCodePage(std::string_view text, std::string &buffer) {
-  if (platform::GetCodePage() == platform::kUtf8)
-    return text;
+std::string_view Tree::convert(std::string_view text, std::string &buffer) {
   unsavable |= !platform::TextToUtf8(text, buffer);
   return buffer;
 }

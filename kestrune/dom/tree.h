@@ -1,12 +1,14 @@
 #pragma once
 
 #include "kestrune/dom/nodes.h"
+#include "kestrune/platform/code_page.h"
 #include "kestrune/platform/keyed_hash.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <limits>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -42,17 +44,23 @@ public:
   std::uint32_t find(std::string_view name) const;
   std::string_view name(std::uint32_t number) const { return names[number].text; }
 
-  Element *newElement(std::uint32_t name);
+  Element *newElement(std::uint32_t name) { return make<Element>(m_document, name); }
   /// A text, or an instruction whose target is `name`. `kept` is its text.
-  Node *newNode(Node::Kind kind, std::uint32_t name, std::string_view kept);
-  Attribute *newAttribute(std::uint32_t name);
+  Node *newNode(Node::Kind kind, std::uint32_t name, std::string_view kept) {
+    Node *const node = make<Node>(m_document, kind, name);
+    node->setOwnText(kept);
+    return node;
+  }
+  Attribute *newAttribute(std::uint32_t name) { return make<Attribute>(name); }
 
   /// The tree's own copy of a UTF-8 text. Throws where it is too long for a CString.
   std::string_view keep(std::string_view text);
 
   /// A text of the code page in UTF-8: itself, or converted in `buffer`. One that is not valid makes the document
   /// unsavable.
-  std::string_view fromCodePage(std::string_view text, std::string &buffer);
+  std::string_view fromCodePage(std::string_view text, std::string &buffer) {
+    return platform::GetCodePage() == platform::kUtf8 ? text : convert(text, buffer);
+  }
 
   /// Offset of the first element of that name after `order` in document order, in the name's list.
   std::size_t firstAfter(std::uint32_t name, std::uint32_t order);
@@ -75,9 +83,22 @@ public:
 
 private:
   /// Room for `size` bytes that lives as long as the tree.
-  void *allocate(std::size_t size, std::size_t alignment);
+  void *allocate(std::size_t size, std::size_t alignment) {
+    if (std::align(alignment, size, m_free, m_freeSize) == nullptr)
+      return allocateBlock(size);
+    void *const room = m_free;
+    m_free = static_cast<std::byte *>(m_free) + size;
+    m_freeSize -= size;
+    return room;
+  }
+  void *allocateBlock(std::size_t size);
+
   template <class Type, class... Arguments>
-  Type *make(Arguments... arguments);
+  Type *make(Arguments... arguments) {
+    return new (allocate(sizeof(Type), alignof(Type))) Type(arguments...);
+  }
+
+  std::string_view convert(std::string_view text, std::string &buffer);
 
   // Blocks below the size from which malloc asks the system for each anew: a later document finds them in the heap.
   static constexpr std::size_t kBlockSize = std::size_t{64} << 10;

@@ -158,16 +158,17 @@ private:
   void writeElements(const Element *root) {
     const Node *node = root;
     while (true) {
-      const Element *const element = node->element();
-      if (element != nullptr)
+      if (const Element *const element = node->element(); element != nullptr) {
         writeStart(*element);
-      writeText(node->ownText(), kTextNeeds);
-      if (element != nullptr && element->first != nullptr) {
-        node = element->first;
-        continue;
-      }
-      if (element != nullptr)
+        writeText(element->ownText(), kTextNeeds);
+        if (element->first != nullptr) {
+          node = element->first;
+          continue;
+        }
         writeEnd(*element);
+      } else {
+        writeText(node->ownText(), kTextNeeds);
+      }
       while (node != root && node->next == nullptr) {
         node = node->parent;
         writeEnd(*node);
