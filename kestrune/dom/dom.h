@@ -5,17 +5,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string_view>
 
 // The XML document tree. A document owns its nodes, and a node pointer keeps the document alive. Names and texts come
 // in and go out in the code page. A failing operation throws _com_error. One document belongs to one thread at a time.
-
-namespace kestrune::dom {
-class Tree;
-class Reader;
-class Writer;
-} // namespace kestrune::dom
 
 namespace MSXML {
 
@@ -34,8 +27,9 @@ public:
   /// The document that made the node.
   _com_ptr_t<IXMLDOMDocument> GetownerDocument() const;
 
-  /// Adds `child`, a node of the same document that stands nowhere yet, as the last child, and returns it. Anything
-  /// else is E_INVALIDARG, and so is any child of a node that is no element.
+  /// Adds `child` as the last child of this element and returns it. Throws E_INVALIDARG where this node is not an
+  /// element, where `child` is of another document, has a parent, is the root, or is a processing instruction, and
+  /// where this element is below `child`.
   _com_ptr_t<IXMLDOMNode> appendChild(IXMLDOMNode *child);
 
   /// The text of a text node; of an element all text below it. An element without child elements gives its text to the
@@ -43,32 +37,14 @@ public:
   /// of the file; beyond the bound the call fails, and so does IXMLDOMDocument::CheckReadable.
   CString Gettext() const;
 
-  /// Replaces what the node holds by `text`.
+  /// Replaces what the node holds by `text`. Child nodes have no parent after that, and can be added again.
   void Puttext(std::string_view text);
 
 protected:
-  enum class Kind : std::uint32_t { Element, Text, Instruction };
-
-  IXMLDOMNode(IXMLDOMDocument *document, Kind kind, std::uint32_t name)
-      : m_document(document), m_kind(static_cast<std::uint32_t>(kind) & 3U), m_name(name & ((1U << 30U) - 1)) {}
+  explicit IXMLDOMNode(IXMLDOMDocument *document) : m_document(document) {}
   ~IXMLDOMNode() = default;
 
-  friend class IXMLDOMDocument;
-  friend class IXMLDOMNodeList;
-  friend class kestrune::dom::Tree;
-  friend class kestrune::dom::Reader;
-  friend class kestrune::dom::Writer;
-
-  bool is(Kind kind) const { return m_kind == static_cast<std::uint32_t>(kind); }
-  std::string_view ownText() const { return {m_text, m_length}; }
-
-  IXMLDOMDocument *m_document;
-  IXMLDOMElement *m_parent = nullptr;
-  IXMLDOMNode *m_next = nullptr;
-  const char *m_text = nullptr; // of an element only while it has no children
-  std::uint32_t m_length = 0;
-  std::uint32_t m_kind : 2;
-  std::uint32_t m_name : 30; // tag or target, by its number in the document
+  IXMLDOMDocument *const m_document;
 };
 
 /// The descendants of an element that have one name, in document order. Nothing is collected beforehand. It is to be
@@ -84,51 +60,29 @@ private:
   friend class IXMLDOMElement;
   IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view name);
 
-  IXMLDOMElement *next(IXMLDOMElement *after) const;
-
   const IXMLDOMElement *m_root;
   std::uint32_t m_name;
-  // In a parsed document that nobody has changed: where the descendants begin in the name's list of elements.
-  bool m_indexed = false;
+  bool m_indexed; // answers come from the index of the document, from m_begin on
   std::size_t m_begin = 0;
-  // Elsewhere: the last answer, from which the walk goes on.
+  // Without an index: the last answer, from which the next search goes on.
   mutable long m_lastIndex = -1;
-  mutable IXMLDOMElement *m_last = nullptr;
+  mutable const IXMLDOMElement *m_last;
 };
 
-/// An element with its attributes, which stand in the order of their first setting.
+/// An element with its attributes, in the order of their first setting.
 class KESTRUNE_API IXMLDOMElement : public IXMLDOMNode {
 public:
   CString GettagName() const;
   /// The null variant where the element has no attribute of that name.
   _variant_t getAttribute(std::string_view name) const;
-  /// Creates the attribute, behind those that are there, or replaces its text. Takes any text: a save checks it.
+  /// Creates the attribute as the last one, or replaces its text. Takes any text: a save checks it.
   void setAttribute(std::string_view name, std::string_view text);
   /// All descendant elements of that name, at any depth.
   IXMLDOMNodeList getElementsByTagName(std::string_view name) const { return {this, name}; }
 
-private:
-  friend class kestrune::dom::Tree;
-  friend class kestrune::dom::Reader;
-  friend class kestrune::dom::Writer;
-  friend class IXMLDOMNode;
-  friend class IXMLDOMNodeList;
-
-  struct Attribute {
-    Attribute *next;
-    const char *text;
-    std::uint32_t length;
-    std::uint32_t name;
-  };
-
-  IXMLDOMElement(IXMLDOMDocument *document, std::uint32_t name) : IXMLDOMNode(document, Kind::Element, name) {}
-
-  IXMLDOMNode *m_first = nullptr;
-  IXMLDOMNode *m_last = nullptr;
-  Attribute *m_attributes = nullptr;
-  // Of a parsed element: its number in document order, and that of its last descendant.
-  std::uint32_t m_order = 0;
-  std::uint32_t m_lastOrder = 0;
+protected:
+  using IXMLDOMNode::IXMLDOMNode;
+  ~IXMLDOMElement() = default;
 };
 
 /// Where and why a file is not well-formed. `line` and `column` count from 1, and are 0 where the file could not be
@@ -149,29 +103,33 @@ public:
   IXMLDOMDocument &operator=(const IXMLDOMDocument &) = delete;
 
   void AddRef() const noexcept { ++m_references; }
-  void Release() const noexcept;
+  void Release() const noexcept {
+    if (--m_references == 0)
+      destroy();
+  }
 
-  /// Documents are only parsed, never validated, and a load returns when parsing is over: nothing else is to be had.
+  /// Have no effect: documents are only parsed, never validated, and a load returns after parsing.
   void PutvalidateOnParse(bool) {}
   void Putasync(bool) {}
 
   /// Parses the file into this document, which must be empty. Nothing outside the file is ever opened. Returns false
   /// when it is unreadable or not well-formed, also where a reference to an undeclared entity would lose a text; the
-  /// document is empty then, and GetparseError tells why.
+  /// document is empty then, and GetparseError gives the reason.
   bool load(const char *path);
-  const ParseError &GetparseError() const noexcept { return m_parseError; }
+  /// The failure of the last load; valid as long as the document.
+  const ParseError &GetparseError() const noexcept;
 
   /// The root element, or null.
-  _com_ptr_t<IXMLDOMElement> GetdocumentElement() const noexcept { return m_root; }
-  /// Makes `root`, a new element of this document, the root.
+  _com_ptr_t<IXMLDOMElement> GetdocumentElement() const noexcept;
+  /// Makes `root`, an element of this document that has no parent, the root.
   void PutdocumentElement(IXMLDOMElement *root);
 
-  /// New nodes that stand nowhere yet. Any name and any text is taken: a save checks them.
+  /// New nodes that have no parent yet. Any name and any text is taken: a save checks them.
   _com_ptr_t<IXMLDOMElement> createElement(std::string_view name);
   _com_ptr_t<IXMLDOMNode> createTextNode(std::string_view text);
   _com_ptr_t<IXMLDOMNode> createProcessingInstruction(std::string_view target, std::string_view data);
 
-  /// Adds a processing instruction in front of the root.
+  /// Adds a processing instruction before the root, after those added earlier.
   _com_ptr_t<IXMLDOMNode> appendChild(IXMLDOMNode *instruction);
 
   /// Writes the document to the file, in UTF-8 and in place. The whole text is made and checked before the file is
@@ -183,20 +141,13 @@ public:
   /// Fails when some text of this document could not be read because it was too large to join.
   void CheckReadable() const;
 
+protected:
+  IXMLDOMDocument() = default;
+  ~IXMLDOMDocument() = default;
+
 private:
-  friend class kestrune::dom::Tree;
-  friend class kestrune::dom::Reader;
-  friend class kestrune::dom::Writer;
-  friend class IXMLDOMNode;
-  friend class IXMLDOMElement;
-  friend class IXMLDOMNodeList;
+  void destroy() const noexcept;
 
-  IXMLDOMDocument();
-  ~IXMLDOMDocument();
-
-  std::unique_ptr<kestrune::dom::Tree> m_tree;
-  IXMLDOMElement *m_root = nullptr;
-  ParseError m_parseError;
   mutable unsigned long m_references = 0;
 };
 
@@ -215,10 +166,3 @@ using MSXML::IXMLDOMElement;
 using MSXML::IXMLDOMElementPtr;
 using MSXML::IXMLDOMNode;
 using MSXML::IXMLDOMNodePtr;
-
-namespace kestrune::dom {
-
-/// A line feed and `count` tabs, the layout between elements. `buffer` takes a text of unusual length.
-std::string_view LayoutText(std::size_t count, std::string &buffer);
-
-} // namespace kestrune::dom

@@ -1,3 +1,4 @@
+#include "kestrune/dom/builder.h"
 #include "kestrune/dom/dom.h"
 #include "kestrune/dom/tree.h"
 #include "kestrune/platform/code_page.h"
@@ -20,12 +21,10 @@ namespace {
 
 constexpr std::size_t kReadSize = std::size_t{64} << 10;
 
-constexpr const char *kTooLong = "a text is too long";
-
-// Entities that stand in each other are expanded one inside the other, so that their number bounds the nesting.
+// Nested entities recurse inside Expat; limit their number.
 constexpr int kMostNestingEntities = 1000;
 
-/// The name that iconv has for an encoding that a file declares. Windows takes four names for its own code pages, which
+/// The name that iconv has for an encoding that a file declares. On Windows four names mean its own code pages, which
 /// differ from the standards in a few characters such as `\` and `~`.
 std::string iconvName(const std::string &declared) {
   static constexpr const char *kWindowsNames[][2] = {
@@ -37,41 +36,21 @@ std::string iconvName(const std::string &declared) {
   return declared;
 }
 
-} // namespace
+/// Why a file has to be read once more, converted to UTF-8.
+struct Restart {
+  std::string encoding;
+  bool standalone;
+};
 
-/// Fills a document from one file.
+/// Reads a file once into an empty tree, by Expat.
 class Reader {
 public:
-  Reader(MSXML::IXMLDOMDocument &document, const std::string &path) : m_document(document), m_path(path) {}
+  Reader(Tree &tree, const std::string &path, MSXML::ParseError &failure)
+      : m_tree(tree), m_builder(tree), m_path(path), m_failure(failure) {}
 
-  bool read() {
-    bool wellFormed = parse(nullptr);
-    while (m_restart) {
-      // What the parser cannot take as it stands is turned into UTF-8 and read from the start.
-      const Restart restart = *std::exchange(m_restart, std::nullopt);
-      wellFormed = parse(&restart);
-    }
-    if (!wellFormed)
-      clear();
-    return wellFormed;
-  }
-
-private:
-  using Element = MSXML::IXMLDOMElement;
-
-  /// Why a file has to be read once more, in another form.
-  struct Restart {
-    std::string encoding;
-    bool standalone;
-  };
-
-  struct ParserEnd {
-    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
-  };
-
-  bool parse(const Restart *restart) {
-    clear();
-    const std::unique_ptr<XML_ParserStruct, ParserEnd> owner(XML_ParserCreate(restart != nullptr ? "UTF-8" : nullptr));
+  /// Reads the file as it is, or as `again` says. Returns false with either the failure or restart() set.
+  bool read(const std::optional<Restart> &again) {
+    const std::unique_ptr<XML_ParserStruct, ParserEnd> owner(XML_ParserCreate(again ? "UTF-8" : nullptr));
     if (!owner)
       throw std::bad_alloc();
     m_parser = owner.get();
@@ -85,17 +64,24 @@ private:
     XML_SetExternalEntityRefHandlerArg(m_parser, this);
     XML_SetUnknownEncodingHandler(m_parser, onUnknownEncoding, this);
 
-    const bool done = restart != nullptr ? feedConverted(*restart) : feedFile();
+    const bool done = again ? feedConverted(*again) : feedFile();
     if (m_error)
       std::rethrow_exception(m_error);
     if (!done && XML_GetErrorCode(m_parser) == XML_ERROR_NO_MEMORY)
       failForRoom();
-    if (!done && !m_restart && m_document.m_parseError.reason.IsEmpty())
-      setError(XML_ErrorString(XML_GetErrorCode(m_parser)));
-    m_document.m_tree->m_bound = AmplificationBound(m_inputSize);
-    m_document.m_tree->m_indexed = true;
+    if (!done && !m_restart && m_failure.reason.IsEmpty())
+      setFailure(XML_ErrorString(XML_GetErrorCode(m_parser)));
+    m_builder.finish(m_inputSize);
     return done;
   }
+
+  /// How the file has to be read instead.
+  const std::optional<Restart> &restart() const { return m_restart; }
+
+private:
+  struct ParserEnd {
+    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+  };
 
   bool feedFile() {
     platform::InputFile file(m_path);
@@ -121,7 +107,7 @@ private:
     std::string text;
     const std::string encoding = encodingOf(bytes, restart.encoding);
     if (!platform::ConvertEncoding(bytes, encoding.c_str(), "UTF-8", text))
-      return setError(("the text is not in a known encoding: " + restart.encoding).c_str(), false);
+      return setFailure(("the text is not in a known encoding: " + restart.encoding).c_str(), false);
     m_inputSize = text.size();
     if (restart.standalone)
       declareStandalone(text);
@@ -133,7 +119,7 @@ private:
     return XML_Parse(m_parser, "", 0, 1) == XML_STATUS_OK;
   }
 
-  /// The encoding of a file by iconv's name: its first bytes tell UTF-16, whatever it declares.
+  /// The name of a file's encoding in iconv. Where the first bytes are UTF-16, what the file declares does not count.
   static std::string encodingOf(std::string_view bytes, const std::string &declared) {
     const std::string_view start = bytes.substr(0, 2);
     if (start == "\xFF\xFE" || start == std::string_view("<\0", 2))
@@ -143,7 +129,7 @@ private:
     return declared.empty() ? "UTF-8" : iconvName(declared);
   }
 
-  /// Puts a declaration in place of the file's own that keeps the lines as they are.
+  /// Replaces the file's declaration, and keeps the number of its lines, so that failures have the right place.
   static void declareStandalone(std::string &text) {
     const std::size_t start = text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
     const std::size_t end = text.compare(start, 5, "<?xml") == 0 ? text.find("?>", start) : std::string::npos;
@@ -155,42 +141,31 @@ private:
     text.replace(0, end != std::string::npos ? end + 2 : start, declaration + "?>");
   }
 
-  bool setError(const char *reason, bool inText = true) {
-    MSXML::ParseError &error = m_document.m_parseError;
-    error.reason = reason;
-    error.line = inText ? static_cast<long>(XML_GetCurrentLineNumber(m_parser)) : 0;
-    error.column = inText ? static_cast<long>(XML_GetCurrentColumnNumber(m_parser)) + 1 : 0;
+  bool setFailure(const char *reason, bool inText = true) {
+    m_failure.reason = reason;
+    m_failure.line = inText ? static_cast<long>(XML_GetCurrentLineNumber(m_parser)) : 0;
+    m_failure.column = inText ? static_cast<long>(XML_GetCurrentColumnNumber(m_parser)) + 1 : 0;
     return false;
   }
 
-  /// The parser keeps a tag, with its attributes, in one piece of its buffer, and calls it a lack of memory where that
-  /// would be 1 GiB or more.
+  /// Expat keeps a tag, with its attributes, in one piece of its buffer, and reports a lack of memory where that would
+  /// be 1 GiB or more.
   [[noreturn]] void failForRoom() const {
     const auto pending =
         m_inputSize - static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(m_parser), 0));
     if (pending >= (std::size_t{1} << 30) - kReadSize)
-      throw _com_error(E_FAIL, kTooLong);
+      Fail(E_FAIL, kTextTooLong);
     throw std::bad_alloc();
   }
 
-  bool setUnreadable(int error) { return setError(std::generic_category().message(error).c_str(), false); }
-
-  void clear() {
-    m_document.m_tree = std::make_unique<Tree>(&m_document);
-    m_document.m_root = nullptr;
-    m_current = nullptr;
-    m_pending.clear();
-    m_inputSize = 0;
-    m_defaulted = 0;
-    m_nestingEntities = 0;
-  }
+  bool setUnreadable(int error) { return setFailure(std::generic_category().message(error).c_str(), false); }
 
   void stop(const char *reason) {
-    setError(reason);
+    setFailure(reason);
     XML_StopParser(m_parser, XML_FALSE);
   }
 
-  /// Runs a handler: no exception may pass through the parser.
+  /// Runs a handler: no exception may pass through Expat, which is written in C.
   template <class Handler>
   static void guarded(void *self, Handler handler) {
     auto *const reader = static_cast<Reader *>(self);
@@ -207,15 +182,11 @@ private:
   }
 
   static void onEnd(void *self, const char * /*name*/) {
-    guarded(self, [](Reader &reader) { reader.end(); });
+    guarded(self, [](Reader &reader) { reader.m_builder.end(); });
   }
 
   static void onText(void *self, const char *text, int length) {
-    guarded(self, [&](Reader &reader) {
-      if (reader.m_pending.size() > Tree::kLongestText)
-        throw _com_error(E_FAIL, kTooLong);
-      reader.m_pending.append(text, static_cast<std::size_t>(length));
-    });
+    guarded(self, [&](Reader &reader) { reader.m_builder.text({text, static_cast<std::size_t>(length)}); });
   }
 
   static void onDeclaration(void *self, const char * /*version*/, const char *encoding, int standalone) {
@@ -225,9 +196,9 @@ private:
     });
   }
 
-  /// Nothing outside the file is opened. A text that stands there is not passed over in silence; declarations are, but
-  /// then, in a document that does not say that it stands alone, the parser would drop a reference to an entity that
-  /// nobody declared: such a document is read as one that stands alone, where each is a fault.
+  /// Nothing outside the file is opened. A reference to an external text is a fault; external declarations are
+  /// skipped. After that Expat would drop references to undeclared entities in silence, unless the document is declared
+  /// as standalone, where each is a fault. So the file is read again as a standalone one.
   static int onExternalEntity(XML_Parser self, const char *context, const char *, const char *, const char *) {
     auto *const reader = static_cast<Reader *>(static_cast<void *>(self));
     if (context != nullptr)
@@ -254,61 +225,25 @@ private:
   }
 
   void start(const char *name, const char **attributes) {
-    Tree &tree = *m_document.m_tree;
-    flush(false);
-    const std::uint32_t number = tree.intern(name);
-    Element *const element = tree.newElement(number);
-    element->m_order = ++tree.m_elementCount;
-    tree.m_names[number].elements.push_back(element);
-    if (m_current != nullptr)
-      Tree::link(m_current, element);
-    else
-      m_document.m_root = element;
-    m_current = element;
-
+    m_builder.start(m_tree.intern(name));
     const int specified = XML_GetSpecifiedAttributeCount(m_parser);
-    Element::Attribute **place = &element->m_attributes;
     for (int i = 0; attributes[i] != nullptr; i += 2) {
       const std::string_view text = attributes[i + 1];
       if (i >= specified) {
-        // A default of the document type costs the file nothing, but each element that takes it has it.
-        m_defaulted += sizeof(Element::Attribute) + text.size();
+        // A default of the document type is in the file once, but each element that takes it has a copy.
+        m_defaulted += sizeof(Attribute) + text.size();
         if (m_defaulted > AmplificationBound(m_inputSize))
           return stop("the default attributes are too large");
       }
-      *place = tree.newAttribute(tree.intern(attributes[i]));
-      Tree::setText(**place, tree.keep(text));
-      place = &(*place)->next;
+      m_builder.attribute(m_tree.intern(attributes[i]), text);
     }
   }
 
-  void end() {
-    flush(true);
-    m_current->m_lastOrder = m_document.m_tree->m_elementCount;
-    m_current = m_current->m_parent;
-  }
-
-  /// Puts the text that was met since the last tag where it belongs: into the element, when it ends and has no
-  /// children, or between its children, unless it is only layout there.
-  void flush(bool atEnd) {
-    if (m_pending.empty() || m_current == nullptr)
-      return;
-    Tree &tree = *m_document.m_tree;
-    if (atEnd && m_current->m_first == nullptr) {
-      Tree::setText(*m_current, tree.keep(m_pending));
-    } else if (m_pending.find_first_not_of(" \t\r\n") != std::string::npos) {
-      MSXML::IXMLDOMNode *const text = tree.newNode(MSXML::IXMLDOMNode::Kind::Text, 0);
-      Tree::setText(*text, tree.keep(m_pending));
-      Tree::link(m_current, text);
-    }
-    m_pending.clear();
-  }
-
-  MSXML::IXMLDOMDocument &m_document;
+  Tree &m_tree;
+  Builder m_builder;
   const std::string &m_path;
+  MSXML::ParseError &m_failure;
   XML_Parser m_parser = nullptr;
-  Element *m_current = nullptr;
-  std::string m_pending;
   std::string m_encoding;
   bool m_standalone = false;
   std::size_t m_inputSize = 0;
@@ -318,16 +253,30 @@ private:
   std::exception_ptr m_error;
 };
 
+} // namespace
+
 } // namespace kestrune::dom
 
 bool MSXML::IXMLDOMDocument::load(const char *path) {
-  if (m_root != nullptr || m_tree->nameCount() != 0)
-    throw _com_error(E_FAIL, "the document is not empty");
-  m_parseError = {};
+  using namespace kestrune::dom;
+  Document &self = *Document::of(this);
+  if (self.tree.root != nullptr || !self.tree.names.empty())
+    Fail(E_FAIL, "the document is not empty");
+  self.parseError = {};
   std::string hostPath;
   if (!kestrune::platform::ToHostPath(path, hostPath)) {
-    m_parseError.reason = "no such file";
+    self.parseError.reason = "no such file";
     return false;
   }
-  return kestrune::dom::Reader(*this, hostPath).read();
+  std::optional<Restart> again;
+  do {
+    Tree tree(this);
+    Reader reader(tree, hostPath, self.parseError);
+    if (reader.read(again)) {
+      self.tree = std::move(tree);
+      return true;
+    }
+    again = reader.restart();
+  } while (again);
+  return false;
 }

@@ -14,7 +14,7 @@ namespace kestrune::dom {
 
 namespace {
 
-/// A text that only grows, in blocks: nothing is moved, and no more room is taken than it needs.
+/// A text that only grows. It consists of blocks, so that growing moves nothing and wastes no memory.
 class Output {
 public:
   void append(std::string_view text) {
@@ -44,7 +44,7 @@ private:
   std::size_t m_used = kBlockSize; // of the last block
 };
 
-/// What a byte of a text needs on its way into a file.
+/// What has to be done with a byte of a text when it is written.
 enum class Need : unsigned char { Nothing, Escape, Check, Refuse };
 
 using Needs = std::array<Need, 256>;
@@ -83,9 +83,9 @@ std::string_view escapeOf(char character) {
   }
 }
 
-[[noreturn]] void fail(const std::string &description) { throw _com_error(E_INVALIDARG, description.c_str()); }
+[[noreturn]] void refuse(const std::string &description) { Fail(E_INVALIDARG, description); }
 
-/// The character sequence at the front of `text`, which is not ASCII: its length, or 0 where XML cannot carry it.
+/// The length of the character at the front of `text`, which is not ASCII, or 0 where XML cannot carry it.
 std::size_t checkedLength(std::string_view text) {
   const auto lead = static_cast<unsigned char>(text[0]);
   const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
@@ -101,11 +101,11 @@ bool isAsciiName(std::string_view name) {
          std::all_of(name.begin(), name.end(), [&](char c) { return isLetter(c) || isFurther(c); });
 }
 
-/// Whether the parser would take `name` for the name of an element.
+/// Whether Expat accepts `name` as the name of an element.
 bool isName(std::string_view name) {
   if (std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
     return isAsciiName(name);
-  // Which other letters a name may have, nobody knows better than the parser that has to read the file again.
+  // Expat has to read the file again, so it also decides which other letters a name may have.
   const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(XML_ParserCreate("UTF-8"), XML_ParserFree);
   if (!parser)
     throw std::bad_alloc();
@@ -122,38 +122,32 @@ bool isName(std::string_view name) {
   return XML_Parse(parser.get(), text.data(), static_cast<int>(text.size()), 1) == XML_STATUS_OK && found.same;
 }
 
-} // namespace
-
 /// Makes the text of one document.
 class Writer {
 public:
-  explicit Writer(const MSXML::IXMLDOMDocument &document)
-      : m_document(document), m_tree(*document.m_tree), m_nameChecked(m_tree.nameCount()) {}
+  explicit Writer(const Tree &tree) : m_tree(tree), m_nameChecked(tree.names.size()) {}
 
   std::vector<std::string_view> write() {
-    if (m_tree.m_unsavable)
-      fail("a text is not valid in the code page");
-    if (m_document.m_root == nullptr)
-      fail("the document has no root element");
-    for (const MSXML::IXMLDOMNode *instruction : m_tree.m_instructions)
+    if (m_tree.unsavable)
+      refuse("a text is not valid in the code page");
+    if (m_tree.root == nullptr)
+      refuse("the document has no root element");
+    for (const Node *instruction : m_tree.instructions)
       writeInstruction(*instruction);
-    writeElements(m_document.m_root);
+    writeElements(m_tree.root);
     m_output.append("\n");
     return m_output.blocks();
   }
 
 private:
-  using Node = MSXML::IXMLDOMNode;
-  using Element = MSXML::IXMLDOMElement;
-
   void writeInstruction(const Node &instruction) {
-    const std::string_view target = name(instruction.m_name);
+    const std::string_view target = name(instruction.name());
     if (target == "xml") {
       m_output.append("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
       return;
     }
     if (instruction.ownText().find("?>") != std::string_view::npos)
-      fail("a processing instruction ends too early");
+      refuse("a processing instruction ends too early");
     m_output.append("<?");
     m_output.append(target);
     m_output.append(" ");
@@ -164,35 +158,35 @@ private:
   void writeElements(const Element *root) {
     const Node *node = root;
     while (true) {
-      const Element *const element = node->is(Node::Kind::Element) ? static_cast<const Element *>(node) : nullptr;
-      if (element != nullptr)
+      if (const Element *const element = node->element(); element != nullptr) {
         writeStart(*element);
-      writeText(node->ownText(), kTextNeeds);
-      if (element != nullptr && element->m_first != nullptr) {
-        node = element->m_first;
-        continue;
-      }
-      if (element != nullptr)
+        writeText(element->ownText(), kTextNeeds);
+        if (element->first != nullptr) {
+          node = element->first;
+          continue;
+        }
         writeEnd(*element);
-      while (node != root && node->m_next == nullptr) {
-        node = node->m_parent;
+      } else {
+        writeText(node->ownText(), kTextNeeds);
+      }
+      while (node != root && node->next == nullptr) {
+        node = node->parent;
         writeEnd(*node);
       }
       if (node == root)
         return;
-      node = node->m_next;
+      node = node->next;
     }
   }
 
   void writeStart(const Element &element) {
     m_output.append("<");
-    m_output.append(name(element.m_name));
-    for (const Element::Attribute *attribute = element.m_attributes; attribute != nullptr;
-         attribute = attribute->next) {
+    m_output.append(name(element.name()));
+    for (const Attribute *attribute = element.attributes; attribute != nullptr; attribute = attribute->next) {
       m_output.append(" ");
       m_output.append(name(attribute->name));
       m_output.append("=\"");
-      writeText({attribute->text, attribute->length}, kAttributeNeeds);
+      writeText(attribute->value(), kAttributeNeeds);
       m_output.append("\"");
     }
     m_output.append(">");
@@ -200,7 +194,7 @@ private:
 
   void writeEnd(const Node &element) {
     m_output.append("</");
-    m_output.append(name(element.m_name));
+    m_output.append(name(element.name()));
     m_output.append(">");
   }
 
@@ -214,7 +208,7 @@ private:
       case Need::Check: {
         const std::size_t length = checkedLength(text.substr(at));
         if (length == 0)
-          fail("a text holds bytes that are no character of XML");
+          refuse("a text holds bytes that are not a character of XML");
         at += length;
         break;
       }
@@ -224,7 +218,7 @@ private:
         written = ++at;
         break;
       case Need::Refuse:
-        fail("a text holds a control character that XML cannot carry");
+        refuse("a text holds a control character that XML cannot carry");
       }
     }
     m_output.append(text.substr(written));
@@ -233,23 +227,24 @@ private:
   std::string_view name(std::uint32_t number) {
     const std::string_view name = m_tree.name(number);
     if (!m_nameChecked[number] && !isName(name))
-      fail("no XML name: '" + std::string(name) + "'");
+      refuse("not an XML name: '" + std::string(name) + "'");
     m_nameChecked[number] = true;
     return name;
   }
 
-  const MSXML::IXMLDOMDocument &m_document;
   const Tree &m_tree;
   std::vector<bool> m_nameChecked;
   Output m_output;
 };
 
+} // namespace
+
 } // namespace kestrune::dom
 
 HRESULT MSXML::IXMLDOMDocument::save(const char *path) const {
-  kestrune::dom::Writer writer(*this);
+  kestrune::dom::Writer writer(kestrune::dom::Document::of(this)->tree);
   const int error = kestrune::platform::SaveFile(path, writer.write());
   if (error != 0)
-    throw _com_error(E_FAIL, std::generic_category().message(error).c_str());
+    kestrune::dom::Fail(E_FAIL, std::generic_category().message(error));
   return S_OK;
 }

@@ -1,5 +1,6 @@
 #include "kestrune/xml/xml_dom.h"
 
+#include "kestrune/dom/layout.h"
 #include "kestrune/platform/c_runtime.h"
 #include "kestrune/platform/debug_output.h"
 
