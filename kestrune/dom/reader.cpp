@@ -368,7 +368,7 @@ bool MSXML::IXMLDOMDocument::load(const char *path) {
   m_parseError = {};
   std::string hostPath;
   if (!kestrune::platform::ToHostPath(path, hostPath)) {
-    m_parseError.reason = "no such file";
+    m_parseError.reason = std::generic_category().message(ENOENT).c_str();
     return false;
   }
   return kestrune::dom::Reader(*this, hostPath).read();
