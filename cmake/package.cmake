@@ -1,4 +1,4 @@
-# What `cmake --install` and `cpack` hand over: the library with its headers, a CMake package, a pkg-config file, and the
+# What `cmake --install` and `cpack` install: the library with its headers, a CMake package, a pkg-config file, and the
 # command-line program.
 
 include(CMakePackageConfigHelpers)
@@ -16,7 +16,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/KestruneXMLConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/KestruneXMLConfigVersion.cmake
         DESTINATION ${package_folder})
 
-# The file finds the prefix from where it lies, so that an installed tree can be moved.
+# The file gives the prefix relative to its own folder, so that an installed tree can be moved.
 set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH prefix_from_pkgconfig /prefix/${pkgconfig_folder} /prefix)
 string(REGEX REPLACE "/$" "" prefix_from_pkgconfig "${prefix_from_pkgconfig}")
@@ -29,6 +29,7 @@ if(KESTRUNE_TOOLS)
 endif()
 
 set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/package) # and not the folder that cpack is called in
 set(CPACK_PACKAGE_NAME kestrune-xml)
 set(CPACK_PACKAGE_CONTACT "The Kestrune XML developers <developers@kestrune.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")

@@ -1,104 +1,152 @@
 #include "tools/document.h"
 
-#include <cstdio>
+#include "tools/table.h"
+
+#include <algorithm>
 #include <cstring>
+#include <iostream>
+#include <iterator>
 #include <memory>
+#include <sstream>
 
 namespace {
 
 struct Kind {
   const char *root;
+  const char *macro;
   const char *name;
   OpenedDocument (*load)(const char *file);
 };
 
-/// A name that is a macro means what programs get: with a replacement, add-on files and the user's own file. A path
-/// means that file and nothing else.
 bool isMacro(const char *file) { return *file == '$' && std::strchr(file + 1, '$') == file + std::strlen(file) - 1; }
 
 template <class Document>
 OpenedDocument loadAs(const char *file) {
   OpenedDocument opened;
   auto document = std::make_unique<Document>();
+  // Only the documents' own operation looks for a replacement and companions.
   opened.result = isMacro(file) ? document->LoadFromFile(file) : document->LoadFromFile(file, nullptr);
   opened.document = std::move(document);
   return opened;
 }
 
 constexpr Kind kKinds[] = {
-    {"VorlanTyp", "chip data", loadAs<CVorlanTyp4>},
-    {"StdXcvr", "transceivers", loadAs<CStdXcvr3>},
-    {"SPIDData", "identity data", loadAs<CSpidData2>},
-    {"KestruneUI", "user-interface data", loadAs<CKestruneUI>},
+    {"VorlanTyp", "$StdVorlanTyp$", "chip data", loadAs<CVorlanTyp4>},
+    {"StdXcvr", "$StdXcvrTyp$", "transceivers", loadAs<CStdXcvr3>},
+    {"SPIDData", "$StdSpidData$", "identity data", loadAs<CSpidData2>},
+    {"KestruneUI", "$StdKestruneUI$", "user-interface data", loadAs<CKestruneUI>},
 };
+
+const Kind *findKind(const CString &text, const char *Kind::*column) {
+  const auto *const found = std::find_if(std::begin(kKinds), std::end(kKinds),
+                                         [&](const Kind &kind) { return text.CompareNoCase(kind.*column) == 0; });
+  return found != std::end(kKinds) ? found : nullptr;
+}
 
 struct Reason {
   long code;
+  const char *name;
   const char *text;
 };
 
 constexpr Reason kReasons[] = {
-    {KRX_E_COM_CREATE, "no XML document can be made"},
-    {KRX_E_FILE_NOT_FOUND, "no such file"},
-    {KRX_E_UNEXPECTED_DATA, "a file that belongs to it is unreadable or not well-formed"},
-    {KRX_E_LOAD_NOT_NAMED, "no file named"},
-    {KRX_E_DUPLICATE_KEY, "a key is empty or stands twice; the later items of that key are left out"},
-    {KRX_E_LOAD_EXCEPTION, "the texts of nested elements are too large"},
-    {KRX_E_WRONG_ROOT_TAG, "a file that belongs to it is of another kind"},
+    {KRX_E_COM_CREATE, "KRX_E_COM_CREATE", "no XML document can be made"},
+    {KRX_E_FILE_NOT_FOUND, "KRX_E_FILE_NOT_FOUND", "No such file or directory"},
+    {KRX_E_UNEXPECTED_DATA, "KRX_E_UNEXPECTED_DATA", "a file that belongs to it cannot be read or is not well-formed"},
+    {KRX_E_LOAD_NOT_NAMED, "KRX_E_LOAD_NOT_NAMED", "the name is empty"},
+    {KRX_E_DUPLICATE_KEY, "KRX_E_DUPLICATE_KEY",
+     "a key is empty or used twice; the later items with that key are left out"},
+    {KRX_E_LOAD_EXCEPTION, "KRX_E_LOAD_EXCEPTION", "the texts of nested elements are too large"},
+    {KRX_E_WRONG_ROOT_TAG, "KRX_E_WRONG_ROOT_TAG", "a file that belongs to it is of another kind"},
 };
+
+const Reason *findReason(long code) {
+  const auto *const found =
+      std::find_if(std::begin(kReasons), std::end(kReasons), [&](const Reason &reason) { return reason.code == code; });
+  return found != std::end(kReasons) ? found : nullptr;
+}
+
+std::string codeName(long code) {
+  if (const Reason *const reason = findReason(code))
+    return reason->name;
+  std::ostringstream text;
+  text << "0x" << std::hex << std::uppercase << kestrune::platform::ResultBits(code);
+  return text.str();
+}
+
+/// Reads the file that `file` leads to, whatever its kind. Null when it cannot be read, with the reason in `opened`.
+IXMLDOMDocumentPtr parse(const char *file, OpenedDocument &opened) {
+  CFilename path;
+  CFilename(file).GetAbsolute(path, nullptr);
+  IXMLDOMDocumentPtr tree;
+  if (path.IsEmpty())
+    opened.result = KRX_E_LOAD_NOT_NAMED;
+  else
+    opened.result = IXMLDOMDocument::CreateInstance(tree) < 0 ? KRX_E_COM_CREATE : S_OK;
+  if (opened.failed()) {
+    opened.reason = findReason(opened.result)->text;
+    opened.unreadable = true;
+    return nullptr;
+  }
+  if (tree->load(path))
+    return tree;
+  const MSXML::ParseError &error = tree->GetparseError();
+  const bool isFile = path.FileExists() != 0 && path.IsDirectory() == 0;
+  opened.result = isFile ? KRX_E_UNEXPECTED_DATA : KRX_E_FILE_NOT_FOUND;
+  opened.reason = error.reason;
+  opened.unreadable = error.line == 0;
+  if (error.line > 0)
+    opened.place = std::to_string(error.line) + ":" + std::to_string(error.column) + ":";
+  return nullptr;
+}
 
 } // namespace
 
-std::string reasonOf(long code) {
-  for (const Reason &reason : kReasons) {
-    if (reason.code == code)
-      return reason.text;
+void explain(OpenedDocument &opened, const char *file) {
+  if (!opened.failed())
+    return;
+  // The words of the parser and of the system, where it is the file itself that failed.
+  OpenedDocument parsed;
+  parse(file, parsed);
+  if (parsed.result == opened.result) {
+    opened.reason = parsed.reason;
+    opened.place = parsed.place;
+  } else {
+    const Reason *const reason = findReason(opened.result);
+    opened.reason = reason != nullptr ? reason->text : "the file cannot be loaded";
   }
-  return "failed";
+  opened.unreadable = parsed.unreadable;
 }
 
 OpenedDocument openDocument(const std::string &file) {
+  // Behind the macro of a standard file there may be a replacement alone.
+  const Kind *kind = findKind(file.c_str(), &Kind::macro);
   OpenedDocument opened;
-  CFilename path;
-  CFilename(file.c_str()).GetAbsolute(path, nullptr);
-  if (path.FileExists() == 0 || path.IsDirectory() != 0) {
-    opened.result = path.IsEmpty() ? KRX_E_LOAD_NOT_NAMED : KRX_E_FILE_NOT_FOUND;
-    opened.reason = reasonOf(opened.result);
-    return opened;
-  }
-
-  IXMLDOMDocumentPtr tree;
-  opened.result = IXMLDOMDocument::CreateInstance(tree);
-  if (opened.failed())
-    return opened;
-  if (!tree->load(path)) {
-    const MSXML::ParseError &error = tree->GetparseError();
-    opened.result = KRX_E_UNEXPECTED_DATA;
-    opened.reason = error.reason;
-    if (error.line > 0)
-      opened.place = std::to_string(error.line) + ":" + std::to_string(error.column) + ": ";
-    return opened;
-  }
-  const CString root = tree->GetdocumentElement()->GettagName();
-  tree = nullptr;
-  for (const Kind &kind : kKinds) {
-    if (root.CompareNoCase(kind.root) == 0) {
-      opened = kind.load(file.c_str());
-      opened.kind = kind.name;
-      if (opened.failed())
-        opened.reason = reasonOf(opened.result);
+  if (kind == nullptr) {
+    const IXMLDOMDocumentPtr tree = parse(file.c_str(), opened);
+    if (tree == nullptr)
+      return opened;
+    const CString root = tree->GetdocumentElement()->GettagName();
+    kind = findKind(root, &Kind::root);
+    if (kind == nullptr) {
+      opened.result = KRX_E_WRONG_ROOT_TAG;
+      opened.reason = "no kind of file has the root element '" + std::string(root) + "'";
       return opened;
     }
   }
-  opened.result = KRX_E_WRONG_ROOT_TAG;
-  opened.reason = "no kind of document has the root element '" + std::string(root) + "'";
+  opened = kind->load(file.c_str());
+  opened.kind = kind->name;
+  explain(opened, file.c_str());
   return opened;
 }
 
 std::string failureText(const std::string &file, const OpenedDocument &opened) {
-  char code[16];
-  std::snprintf(code, sizeof code, "0x%08X", kestrune::platform::ResultBits(opened.result));
-  return file + ":" + (opened.place.empty() ? " " : opened.place) + opened.reason + " (" + code + ")";
+  return file + ":" + opened.place + " " + opened.reason + " (" + codeName(opened.result) + ")";
+}
+
+int couldNotWork(const std::string &message) {
+  std::cerr << "kestrune-data: " << shown(message) << '\n';
+  return 2;
 }
 
 std::string memberText(CXMLFolder &folder, const char *tag) {

@@ -9,11 +9,12 @@
 
 /// A document of the class that fits a file's root element.
 struct OpenedDocument {
-  std::unique_ptr<CXMLTopLevelFolder> document; // null when the file could not be told
+  std::unique_ptr<CXMLTopLevelFolder> document; // null when the file was not read, or is of no kind
   const char *kind = "";
   long result = S_OK;
-  std::string place; // "LINE:COLUMN: " of a file that is not well-formed
+  std::string place; // "LINE:COLUMN:" in a file that is not well-formed
   std::string reason;
+  bool unreadable = false; // there is no file, or the system does not let it be read
 
   bool failed() const { return result < 0; }
 };
@@ -23,11 +24,14 @@ struct OpenedDocument {
 /// replacement take part.
 OpenedDocument openDocument(const std::string &file);
 
-/// A result of a load in words.
-std::string reasonOf(long code);
+/// Puts the reason of a failed load of `file` into words.
+void explain(OpenedDocument &opened, const char *file);
 
-/// "FILE:LINE:COLUMN: reason (0x80040005)": why a document could not be loaded whole.
+/// "FILE:LINE:COLUMN: reason (KRX_E_UNEXPECTED_DATA)": why a document could not be loaded whole.
 std::string failureText(const std::string &file, const OpenedDocument &opened);
+
+/// Prints the message to the standard error stream, and returns the status for it, 2.
+int couldNotWork(const std::string &message);
 
 /// The text of the member with that tag; empty when there is none. A collection gives the number of its items.
 std::string memberText(CXMLFolder &folder, const char *tag);

@@ -2,12 +2,14 @@
 #include "tools/document.h"
 #include "tools/table.h"
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 
 namespace {
 
-/// What a table shows of the items of a collection: tags of members, those of a list being the number of its items.
+/// What a table shows of the items of a collection: the members with these tags. A list is shown as its number of
+/// items.
 struct Columns {
   const char *itemTag;
   std::vector<const char *> tags;
@@ -34,7 +36,7 @@ void printItems(CXMLCollectionFolder &list) {
   if (list.Count() == 0)
     return;
   for (const Columns &columns : allColumns()) {
-    if (list[0]->GetTag().Compare(columns.itemTag) != 0)
+    if (kestrune::ItemClassOf(list).tag.Compare(columns.itemTag) != 0)
       continue;
     Table table({columns.tags.begin(), columns.tags.end()});
     for (int i = 0; i < list.Count(); ++i) {
@@ -71,17 +73,16 @@ Files addFiles(CLI::App &command) {
 
 int list(const std::vector<std::string> &files) {
   int status = 0;
-  for (std::size_t i = 0; i < files.size(); ++i) {
-    const OpenedDocument opened = openDocument(files[i]);
+  bool first = true;
+  for (const std::string &file : files) {
+    const OpenedDocument opened = openDocument(file);
     if (opened.failed()) {
-      std::cerr << "kestrune-data: " << shown(failureText(files[i], opened)) << '\n';
-      status = 2;
+      status = couldNotWork(failureText(file, opened));
+      continue;
     }
-    // A file that was read in part is shown in part.
-    if (opened.document) {
-      std::cout << (i > 0 ? "\n" : "");
-      printDocument(files[i], opened);
-    }
+    std::cout << (first ? "" : "\n");
+    printDocument(file, opened);
+    first = false;
   }
   return status;
 }
@@ -90,10 +91,12 @@ int check(const std::vector<std::string> &files) {
   int status = 0;
   for (const std::string &file : files) {
     const OpenedDocument opened = openDocument(file);
-    if (!opened.failed())
-      continue;
-    std::cout << shown(failureText(file, opened)) << '\n';
-    status = 1;
+    if (opened.unreadable) {
+      status = couldNotWork(failureText(file, opened));
+    } else if (opened.failed()) {
+      std::cout << shown(failureText(file, opened)) << '\n';
+      status = std::max(status, 1);
+    }
   }
   return status;
 }
@@ -101,7 +104,7 @@ int check(const std::vector<std::string> &files) {
 } // namespace
 
 void addListCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("list", "Tell what kind of document each file is and what it holds");
+  CLI::App *const command = app.add_subcommand("list", "Print what kind of file each is and what it holds");
   const Files files = addFiles(*command);
   command->callback([&run, files] { run = [files] { return list(*files); }; });
 }

@@ -4,6 +4,7 @@
 
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 namespace {
 
@@ -16,29 +17,39 @@ struct ClockOptions {
 
 int findClock(const ClockOptions &options) {
   const OpenedDocument opened = openDocument(options.file);
+  if (opened.failed())
+    return couldNotWork(failureText(options.file, opened));
   auto *const document = dynamic_cast<CVorlanTyp4 *>(opened.document.get());
-  if (opened.failed() || document == nullptr) {
-    const std::string reason =
-        opened.failed() ? failureText(options.file, opened) : options.file + " is no chip data file";
-    std::cerr << "kestrune-data: " << shown(reason) << '\n';
-    return 2;
-  }
+  if (document == nullptr)
+    return couldNotWork(options.file + ": is not a chip data file");
   CClock *clock = nullptr;
   CMultiplier *multiplier = nullptr;
-  const bool found = document->ClockingSchemes.FindByDisplay(options.scheme, options.clock.c_str(),
-                                                             options.multiplier.c_str(), &clock, &multiplier);
-  if (clock != nullptr) {
-    std::cout << "clock       " << shown(clock->Display()) << ", " << clock->Value() << " kHz, encoding "
-              << shown(clock->Encoding()) << '\n';
+  if (!document->ClockingSchemes.FindByDisplay(options.scheme, options.clock.c_str(), options.multiplier.c_str(),
+                                               &clock, &multiplier)) {
+    const std::string missing =
+        clock != nullptr ? " has no multiplier '" + options.multiplier + "' for this clock" : " has no such clock";
+    std::cerr << "kestrune-data: " << shown(options.file + ": scheme " + std::to_string(options.scheme) + missing)
+              << '\n';
+    return 1;
   }
-  if (found) {
-    std::cout << "multiplier  " << shown(multiplier->Display()) << ", " << multiplier->Value() << ", encoding "
-              << shown(multiplier->Encoding()) << '\n';
-    return 0;
+  // A value that is not a number throws, and then nothing of the answer is printed.
+  std::ostringstream answer;
+  answer << "clock       " << shown(clock->Display()) << ", " << clock->Value() << " kHz, encoding "
+         << shown(clock->Encoding()) << '\n'
+         << "multiplier  " << shown(multiplier->Display()) << ", " << multiplier->Value() << ", encoding "
+         << shown(multiplier->Encoding()) << '\n';
+  std::cout << answer.str();
+  return 0;
+}
+
+int clock(const ClockOptions &options) {
+  try {
+    return findClock(options);
+  } catch (CKRXException *exception) {
+    const std::string message = static_cast<const char *>(exception->GetFormattedMessage());
+    exception->Delete();
+    return couldNotWork(options.file + ": " + message);
   }
-  std::cerr << "kestrune-data: scheme " << options.scheme << " has no such "
-            << (clock != nullptr ? "multiplier for this clock" : "clock") << '\n';
-  return 1;
 }
 
 struct LinkedOptions {
@@ -51,11 +62,9 @@ int linked(const LinkedOptions &options) {
   constexpr const char *kFile = "$StdVorlanTyp$";
   OpenedDocument opened;
   opened.result = CVorlanTyp3().LoadFromFile(kFile);
-  if (opened.failed()) {
-    opened.reason = reasonOf(opened.result);
-    std::cerr << "kestrune-data: " << shown(failureText(kFile, opened)) << '\n';
-    return 2;
-  }
+  explain(opened, kFile);
+  if (opened.failed())
+    return couldNotWork(failureText(kFile, opened));
   const bool compatible = isLinkCompatible(options.model, options.other);
   std::cout << "model " << options.model << (compatible ? " is" : " is not") << " link compatible with model "
             << options.other << '\n';
@@ -71,12 +80,12 @@ void addClockCommand(CLI::App &app, Run &run) {
   command->add_option("SCHEME", options->scheme, "Number of the scheme")->required();
   command->add_option("CLOCK", options->clock, "The clock as it is displayed, such as '10 MHz'")->required();
   command->add_option("MULTIPLIER", options->multiplier, "The multiplier as it is displayed, such as 1/2")->required();
-  command->callback([&run, options] { run = [options] { return findClock(*options); }; });
+  command->callback([&run, options] { run = [options] { return clock(*options); }; });
 }
 
 void addLinkedCommand(CLI::App &app, Run &run) {
   CLI::App *const command =
-      app.add_subcommand("linked", "Tell whether two models of the standard chip data file are link compatible");
+      app.add_subcommand("linked", "Print whether two models of the standard chip data file are link compatible");
   const auto options = std::make_shared<LinkedOptions>();
   command->add_option("MODEL", options->model, "Model number")->required();
   command->add_option("OTHER", options->other, "The other model's number")->required();

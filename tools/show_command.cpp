@@ -43,10 +43,8 @@ bool isNamed(CXMLFolder &item, const CString &name) {
 
 int show(const Options &options) {
   const OpenedDocument opened = openDocument(options.file);
-  if (opened.failed()) {
-    std::cerr << "kestrune-data: " << shown(failureText(options.file, opened)) << '\n';
-    return 2;
-  }
+  if (opened.failed())
+    return couldNotWork(failureText(options.file, opened));
   const CString name(options.name.c_str());
   bool found = false;
   for (const kestrune::MemberView &member : kestrune::MembersOf(*opened.document)) {
@@ -60,14 +58,14 @@ int show(const Options &options) {
     }
   }
   if (!found)
-    std::cerr << "kestrune-data: " << shown(options.file + " has no '" + options.name + "'") << '\n';
+    std::cerr << "kestrune-data: " << shown(options.file + ": no record is called '" + options.name + "'") << '\n';
   return found ? 0 : 1;
 }
 
 } // namespace
 
 void addShowCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("show", "Show all members of the records of one name or key");
+  CLI::App *const command = app.add_subcommand("show", "Print all members of the records with a name or key");
   const auto options = std::make_shared<Options>();
   command->add_option("FILE", options->file, "File to read")->required();
   command->add_option("NAME", options->name, "Name or key, in any case")->required();

@@ -6,6 +6,7 @@
 #include "kestrune/platform/input_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <exception>
 #include <expat.h>
@@ -265,7 +266,7 @@ bool MSXML::IXMLDOMDocument::load(const char *path) {
   self.parseError = {};
   std::string hostPath;
   if (!kestrune::platform::ToHostPath(path, hostPath)) {
-    self.parseError.reason = "no such file";
+    self.parseError.reason = std::generic_category().message(ENOENT).c_str();
     return false;
   }
   std::optional<Restart> again;

@@ -3,7 +3,9 @@
 #include <kestrune/kestrune_xml.h>
 
 // A program as a user of the installed library writes it: it reads the chip data file that its argument names, and
-// meets the exceptions that leave the library under each of their types.
+// catches the exceptions of the library under each of their types.
+
+bool storesTruthValues();
 
 namespace {
 
@@ -31,8 +33,10 @@ int main(int argc, char **argv) {
   CVorlanModel4 model;
   const bool caught = subCodeOf<CKRXException>(model) == 101 && subCodeOf<CKesException>(model) == 101 &&
                       subCodeOf<CException>(model) == 101;
-  std::printf("%ld %d models, exceptions %s, %s\n", result, document.VorlanModels4.Count(), caught ? "caught" : "lost",
+  const bool stored = storesTruthValues();
+  std::printf("%ld %d models, exceptions %s, truth values %s, %s\n", result, document.VorlanModels4.Count(),
+              caught ? "caught" : "lost", stored ? "stored" : "lost",
               isLinkCompatible(7, 7) ? "compatible" : "not compatible");
   CoUninitialize();
-  return result >= 0 && document.VorlanModels4.Count() > 0 && caught ? EXIT_SUCCESS : EXIT_FAILURE;
+  return result >= 0 && document.VorlanModels4.Count() > 0 && caught && stored ? EXIT_SUCCESS : EXIT_FAILURE;
 }
