@@ -125,12 +125,13 @@ void checkAgainstPlainForms(const Name &name) {
             both(out.View(), expanded));
 }
 
-/// A full path without anything that resolving would change.
+/// A full path without anything that resolving would change. Normalising leaves every doubled separator that follows
+/// one behind the drive, but not in the part of the path that is stored, so a path with one is passed over.
 bool isSettled(const CFilename &path) {
   const std::string_view text = path.View();
   return path.GetLength() > 3 && text.substr(1, 2) == ":\\" && text[0] != '.' && text[0] != '\\' && text[0] != ':' &&
          text.find_first_of(":/$", 2) == std::string_view::npos && text.find("..") == std::string_view::npos &&
-         text.back() != '\\';
+         text.find("\\\\") == std::string_view::npos && text.back() != '\\';
 }
 
 void checkResolution(const Name &name, const char *base) {
