@@ -48,6 +48,20 @@ CString keyOf(Item *item) {
   return item != nullptr ? item->Key() : CString("none");
 }
 
+/// A copy of a record, made in each way, saves what the record saves, and `Init` makes it a new one. No list in it may
+/// hold an item.
+template <class Record>
+void expectCopiesAndInit(Record &record) {
+  SCOPED_TRACE(record.GetTag());
+  Record copy(record), assigned, fresh;
+  assigned = record;
+  EXPECT_EQ(save(copy), save(record));
+  EXPECT_EQ(save(assigned), save(record));
+  EXPECT_NE(save(copy), save(fresh)) << "a record of defaults shows nothing";
+  copy.Init();
+  EXPECT_EQ(save(copy), save(fresh));
+}
+
 /// Holds what `result` makes of each row's cells against the last of them. Cells stand between blanks and line ends;
 /// `-` is the empty text, `null` none at all, and `~` a blank.
 using Cells = std::vector<const char *>;

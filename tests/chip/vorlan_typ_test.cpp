@@ -29,6 +29,58 @@ TEST(VorlanTyp, MissingMembersKeepTheirDefaults) {
   expectSaves<CVorlanTyp4>("version-1-saved-by-4.xml", "version-1.xml");
 }
 
+TEST(VorlanTyp, ItemsAreCopiedAndInitialised) {
+  CVorlanTyp first;
+  CVorlanTyp2 second;
+  CVorlanTyp3 third;
+  CVorlanTyp4 file;
+  support::load(first, chipData("version-1.xml"));
+  support::load(second, chipData("version-2.xml"));
+  support::load(third, chipData("version-3.xml"));
+  support::load(file, chipData("version-4.xml"));
+  support::expectCopiesAndInit(*first.VorlanModels[0]);
+  support::expectCopiesAndInit(*second.VorlanModels2[0]);
+  support::expectCopiesAndInit(*third.VorlanModels3[0]);
+  support::expectCopiesAndInit(*file.LinkCompatibleModels4[0]);
+  CVorlanModel4 &model = *file.VorlanModels4[0];
+  support::expectCopiesAndInit(*model.NVMemoryTypes()[0]);
+  model.NVMemoryTypes().Clear();
+  support::expectCopiesAndInit(model);
+  CClockingScheme &scheme = *file.ClockingSchemes[0];
+  CClock &clock = *(*scheme.Clocks())[0];
+  support::expectCopiesAndInit(*(*clock.Multipliers())[0]);
+  support::expectCopiesAndInit(*(*clock.Oscillators())[0]);
+  clock.Multipliers()->Clear();
+  clock.Oscillators()->Clear();
+  support::expectCopiesAndInit(clock);
+  scheme.Clocks()->Clear();
+  support::expectCopiesAndInit(scheme);
+}
+
+template <class Document>
+void expectInitKeepsItems(const std::string &name) {
+  SCOPED_TRACE(name);
+  Document document, fresh;
+  support::load(document, chipData(name));
+  document.Init();
+  document.Contents.CreationDate = fresh.Contents.CreationDate = 4;
+  EXPECT_EQ(support::save(document.Contents), support::save(fresh.Contents));
+  const std::string saved = support::save(document), file = chipData(name);
+  EXPECT_EQ(saved.substr(saved.find("<VorlanModels>")), file.substr(file.find("<VorlanModels>")));
+}
+
+TEST(VorlanTyp, InitOfALoadedDocumentRenewsTheHeaderAlone) {
+  expectInitKeepsItems<CVorlanTyp>("version-1.xml");
+  expectInitKeepsItems<CVorlanTyp2>("version-2.xml");
+  expectInitKeepsItems<CVorlanTyp3>("version-3.xml");
+  expectInitKeepsItems<CVorlanTyp4>("version-4.xml");
+  const CVorlanTyp4 fresh;
+  EXPECT_STREQ(fresh.Contents.MajorVersion, "1");
+  EXPECT_STREQ(fresh.Contents.MinorVersion, "1");
+  EXPECT_STREQ(fresh.Contents.Format, "1");
+  EXPECT_STREQ(fresh.Contents.Content, "1");
+}
+
 TEST(VorlanTyp, AccessorsGiveTheTextOfTheirMember) {
   CVorlanTyp4 file;
   ASSERT_EQ(support::load(file, chipData("version-4.xml")), S_OK);
@@ -146,9 +198,8 @@ protected:
 
 TEST_F(VorlanTypFiles, AddOnsBringModels) {
   const std::string m = with({{"M"}}), a = with({{"A"}}), b = with({{"B"}}), c = with({{"C"}});
-  const std::string a1 = with({{"A", "1"}}), mk = with({{"M", "K"}}), kb = with({{"k"}, {"B"}}),
-                    m1 = with({{"M", "1"}});
-  const std::string m2n1 = with({{"M", "2"}, {"N", "1"}}), mmn = with({{"M"}, {"m"}, {"N"}}), lower = with({{"m"}});
+  const std::string a1 = with({{"A", "1"}}), m1 = with({{"M", "1"}}), mk = with({{"M", "K"}});
+  const std::string kb = with({{"k"}, {"B"}}), mn = with({{"M", "2"}, {"N", "1"}}), twice = with({{"M"}, {"m"}, {"N"}});
   const struct {
     const char *what;
     std::vector<std::pair<const char *, std::string>> files; // without their .xml
@@ -162,13 +213,15 @@ TEST_F(VorlanTypFiles, AddOnsBringModels) {
       {"a broken one at the end", {{"x", m}, {"x-1", a}, {"x-2", kBroken}}, "80040005: M A, modified"},
       {"of add-ons", {{"x", m}, {"x-1", a}, {"x-1-1", b}, {"x-2", c}}, "M A B C, modified", "M A C, modified"},
       {"a broken one of one", {{"x", m}, {"x-1", a}, {"x-1-1", kBroken}}, "80040005: M", "M A, modified"},
-      {"one without models", {{"x", m}, {"x-1", a}, {"x-2", kNoCollection}}, "M A, modified"},
-      {"then the one before", {{"x", m}, {"x-1", a1}, {"x-2", kNoCollection}}, "M A, modified", "M A A, modified"},
+      {"one without models, after one",
+       {{"x", m}, {"x-1", a1}, {"x-2", kNoCollection}},
+       "M A, modified",
+       "M A A, modified"}, // version 4 has one document for all add-ons
       {"a name that is a key, in another case", {{"x", mk}, {"x-1", kb}}, "M B, modified"},
-      {"a name that is a name, a key that is a key", {{"x", m1}, {"x-1", m2n1}}, "M M N, modified"},
-      {"nothing to add", {{"x", m}, {"x-1", lower}}, "M"},
+      {"a name that is a name, a key that is a key", {{"x", m1}, {"x-1", mn}}, "M M N, modified"},
+      {"nothing to add", {{"x", m}, {"x-1", with({{"m"}})}}, "M"},
       {"an empty collection", {{"x", m}, {"x-1", with({})}}, "41003: M"},
-      {"a key twice in the file itself", {{"x", mmn}, {"x-1", a}}, "80040008: M N"},
+      {"a key twice in the file itself", {{"x", twice}, {"x-1", a}}, "80040008: M N"},
       {"the file itself broken", {{"x", kBroken}, {"x-1", a}}, "80040005: "},
       {"the file itself missing", {{"x-1", a}}, "80040004: "},
   };
@@ -192,10 +245,10 @@ TEST_F(VorlanTypFiles, AddOnNames) {
     const char *name;
     const char *expected = "M A, modified";
   } rows[] = {
-      {"X.XML", "X-1.xml", "X.XML"}, // the extension in lower case
-      {"x", "x-1", "x"},
+      {"X.XML", "X-1.xml", "X.XML"},
+      // The extension is in lower case, and begins at the first dot of the last segment.
       {"x.d/x", "x.d/x-1", "x.d\\x"},
-      {"x.2.xml", "x-1.2.xml", "x.2.xml"}, // from the first dot on
+      {"x.2.xml", "x-1.2.xml", "x.2.xml"},
       {"y.xml", "y-1.xml", "", "80040007: "},
       {"y.xml", "y-1.xml", nullptr, "80040007: "},
   };
@@ -217,10 +270,14 @@ TEST_F(VorlanTypFiles, NamesInAllForms) {
   write("t.d/x-1.xml", with({{"A"}}));
   macros.AddMacro("$KTEST_W$", (folder / "d/w").c_str());
   const std::string names[] = {
-      "D:\\w\\t.d\\x.xml",     "D:/w/t.d/x.xml",      "d:t.d\\x.xml",
-      "\\w\\t.d\\x.xml",       "t.d\\x.xml",          "t.d/x.xml",
-      "./t.d/x.xml",           "../w/t.d/x.xml",      "./../w/t.d/x.xml",
-      "$KTEST_W$\\t.d\\x.xml", "$ktest_w$/t.d/x.xml", folder / "d/w/t.d/x.xml",
+      R"(D:\w\t.d\x.xml)",
+      // The companions of a name with `/` are those of the same name with `\`.
+      "D:/w/t.d/x.xml",
+      R"(d:t.d\x.xml)",
+      "./../w/t.d/x.xml",
+      R"($KTEST_W$\t.d\x.xml)",
+      "$ktest_w$/t.d/x.xml",
+      folder / "d/w/t.d/x.xml",
   };
   for (const std::string &name : names) {
     SCOPED_TRACE(name);
@@ -247,14 +304,20 @@ TEST_F(VorlanTypFiles, AReplacementTakesThePlaceOfAnyFile) {
     const char *macro;    // $PFDT$ in the table
     bool isReplaced;
   } rows[] = {
-      {nullptr, nullptr, false},          {"", nullptr, false},          {"D:\\w\\none", nullptr, false},
-      {"D:\\w\\p", nullptr, true},        {"D:\\w\\p\\", nullptr, true}, {"p", nullptr, true},
-      {host.c_str(), nullptr, true},      {nullptr, host.c_str(), true}, {nullptr, "$StdTypes$", false},
-      {"D:\\w\\p", "$KTEST_NOPE$", true}, {"none", "$KTEST_P$", true},
+      {nullptr, nullptr, false},
+      // A folder that has no such file replaces nothing.
+      {"", nullptr, false},
+      {"D:\\w\\none", nullptr, false},
+      {"D:\\w\\p\\", nullptr, true},
+      {"p", nullptr, true},
+      {host.c_str(), nullptr, true},
+      // The table comes before the environment.
+      {nullptr, host.c_str(), true},
+      {nullptr, "$StdTypes$", false},
+      {"none", "$KTEST_P$", true},
   };
   for (const auto &row : rows) {
-    SCOPED_TRACE(std::string("PFDT ") + (row.variable != nullptr ? row.variable : "unset") + ", $PFDT$ " +
-                 (row.macro != nullptr ? row.macro : "unset"));
+    SCOPED_TRACE(testing::PrintToString(row.variable) + ", $PFDT$ " + testing::PrintToString(row.macro));
     SetUp();
     macros.AddMacro("$KTEST_P$", "..\\w\\p");
     const support::Environment variable("PFDT", row.variable);

@@ -2,115 +2,265 @@
 
 namespace {
 
-using support::check, support::digits, support::NameProbe;
+using support::NameProbe;
 using FilenameResolutionTest = support::NameTest;
 
+constexpr const char *kNone = nullptr;
+
+struct Resolution {
+  std::string name;
+  const char *base; // the default folder, or the folder that the result is relative to
+  const char *result;
+};
+
 /// Resolves with one name for the result and again in place, which must give the same.
-template <class Operation>
-CFilename inBothWays(CFilename name, Operation operation, const char *argument) {
-  CFilename out("before");
-  EXPECT_TRUE((name.*operation)(out, argument) && (name.*operation)(name, argument));
-  EXPECT_EQ(name, out);
-  return out;
+void expectResolved(const Resolution &row, bool (CFilename::*resolve)(CFilename &, const char *) const) {
+  SCOPED_TRACE(testing::Message() << row.name << " with " << testing::PrintToString(row.base));
+  CFilename name(row.name.c_str()), out("before");
+  EXPECT_TRUE((name.*resolve)(out, row.base));
+  EXPECT_STREQ(out, row.result);
+  EXPECT_TRUE((name.*resolve)(name, row.base));
+  EXPECT_STREQ(name, row.result);
 }
 
 // Another drive than the current one is at its root, and a value from the environment does not count as one.
 TEST_F(FilenameResolutionTest, GetAbsolute) {
-  const support::Environment missing("kNone", nullptr), variable("kDir", "E:\\y");
+  const support::Environment missing("kNone", nullptr), variable("kDir", R"(E:\y)");
   const std::string host = folder / "e/y";
-  EXPECT_TRUE(macros.AddMacro("$host$", host.c_str()) && macros.AddMacro("$rel$", "sub"));
-  check(3,
-        R"($StdTypes$\x null C:\Kestrune\Types\x   x $StdTypes$ C:\Kestrune\Types\x   x.xml null D:\w\x.xml   x - D:\w\x
-      .\x E:\y E:\y\x   .\x null D:\w\x   x .\E:\y E:\y\x   ..\x null D:\x   x \sub\ D:\sub\x   \x null D:\x
-      \x E:\y D:\x   \ E:\y D:\w\   \\srv\s\x E:\y \\srv\s\x   C:x E:\y C:\x   d:x E:\y D:\w\x   Q:x null Q:\x
-      1:x E:\y D:\w\1:x   C:\a\..\b null C:\b   C: null D:\w\C:   - $StdTypes$ $StdTypes$   .\ E:/y E:\y
-      x .\sub D:\w\sub\x   - null -   - - -   $kNone$\x null D:\x   $kNone$x E:\y E:\y\x   $kNone$ E:\y E:\y
-      $kDir$\x null D:\w\E:\y\x   x $kDir$ D:\w\E:\y\x   $rel$\x E:\ E:\sub\x   x $rel$ D:\w\sub\x   a/b null D:\w\a\b
-      $host$/x null E:\y\x   x $host$ E:\y\x   /none/x E:\y Z:\none\x   //srv/s/x null \\srv\s\x   )" +
-            host + "/x null E:\\y\\x  x " + host + " E:\\y\\x  - " + host + " E:\\y",
-        [](const CFilename &n, const char *dir) { return inBothWays(n, &CFilename::GetAbsolute, dir); });
+  macros.AddMacro("$host$", host.c_str());
+  macros.AddMacro("$rel$", "sub");
+  const Resolution rows[] = {
+      {R"($StdTypes$\x)", kNone, R"(C:\Kestrune\Types\x)"},
+      // A name without a folder of its own lies below the default folder.
+      {R"(x)", "$StdTypes$", R"(C:\Kestrune\Types\x)"},
+      {R"(x.xml)", kNone, R"(D:\w\x.xml)"},
+      {R"(x)", "", R"(D:\w\x)"},
+      {R"(.\x)", R"(E:\y)", R"(E:\y\x)"},
+      {R"(x)", R"(.\E:\y)", R"(E:\y\x)"},
+      {R"(x)", R"(\sub\)", R"(D:\sub\x)"},
+      {R"(x)", R"(.\sub)", R"(D:\w\sub\x)"},
+      {R"(..\x)", kNone, R"(D:\x)"},
+      {R"(a/b)", kNone, R"(D:\w\a\b)"},
+      {R"(C:\a\..\b)", kNone, R"(C:\b)"},
+      // A root, a drive and a network name leave the default folder out.
+      {R"(\x)", R"(E:\y)", R"(D:\x)"},
+      {R"(\\srv\s\x)", R"(E:\y)", R"(\\srv\s\x)"},
+      {R"(C:x)", R"(E:\y)", R"(C:\x)"},
+      {R"(d:x)", R"(E:\y)", R"(D:\w\x)"},
+      {R"(Q:x)", kNone, R"(Q:\x)"},
+      {R"(1:x)", R"(E:\y)", R"(D:\w\1:x)"},
+      // An empty name is the folder itself.
+      {R"()", "$StdTypes$", "$StdTypes$"},
+      {R"(.\)", "E:/y", R"(E:\y)"},
+      {R"()", kNone, ""},
+      // A macro without a value counts as missing.
+      {R"($kNone$\x)", kNone, R"(D:\x)"},
+      {R"($kNone$x)", R"(E:\y)", R"(E:\y\x)"},
+      {R"($kNone$)", R"(E:\y)", R"(E:\y)"},
+      {R"($kDir$\x)", kNone, R"(D:\w\E:\y\x)"},
+      {R"(x)", "$kDir$", R"(D:\w\E:\y\x)"},
+      {R"($rel$\x)", R"(E:\)", R"(E:\sub\x)"},
+      // A host path counts as its drive form.
+      {R"($host$/x)", kNone, R"(E:\y\x)"},
+      {R"(x)", "$host$", R"(E:\y\x)"},
+      {R"(/none/x)", R"(E:\y)", R"(Z:\none\x)"},
+      {R"(//srv/s/x)", kNone, R"(\\srv\s\x)"},
+      {host + "/x", kNone, R"(E:\y\x)"},
+      {R"(x)", host.c_str(), R"(E:\y\x)"},
+      {R"()", host.c_str(), R"(E:\y)"},
+  };
+  for (const Resolution &row : rows)
+    expectResolved(row, &CFilename::GetAbsolute);
   const support::CurrentDirectory deep(make("d/" + std::string(200, 'a') + "/" + std::string(60, 'b')));
   CFilename out("before");
-  EXPECT_TRUE(!CFilename("x").GetAbsolute(out, nullptr) && out == "before"); // a directory of more than 254 bytes
-  check(3, R"(- a/b a\b   x/y a/b a/b\x/y   \x a\ a\x   \x a a\x   x a\ a\x   x - \x   \x - \x)",
-        [](const auto &n, const char *x) { return n.Prefix(x); });
-  const support::CodePage page(932);
-  EXPECT_EQ(NameProbe("x").Prefix("C:\\\x95\\"), "C:\\\x95\\\\x"); // 95 5C is a character
+  EXPECT_FALSE(CFilename("x").GetAbsolute(out, nullptr)) << "a directory of more than 254 bytes";
+  EXPECT_STREQ(out, "before");
 }
 
-TEST_F(FilenameResolutionTest, ARelativeFormOfAHostPathLeadsBackToItsFile) {
-  const std::string host = folder / "e/x/a.xml", base = folder / "e/x"; // the current drive is D
-  CFilename stored, back;
-  CFilename(host.c_str()).GetRelative(stored, nullptr);
-  EXPECT_STREQ(stored, "E:\\x\\a.xml");
-  stored.GetAbsolute(back, nullptr);
-  EXPECT_STREQ(back, "E:\\x\\a.xml");
-  CFilename(host.c_str()).GetRelative(stored, base.c_str());
-  EXPECT_STREQ(stored, "a.xml");
-  CFilename(host.c_str()).GetRelative(stored, "E:\\x\\sub");
-  EXPECT_STREQ(stored, "..\\a.xml");
+TEST_F(FilenameResolutionTest, PrefixGoesBeforeTheName) {
+  const struct {
+    const char *name, *prefix, *result;
+  } rows[] = {
+      {R"()", R"(a/b)", R"(a\b)"},
+      // One separator stands between them.
+      {R"(x/y)", R"(a/b)", R"(a/b\x/y)"},
+      {R"(\x)", R"(a\)", R"(a\x)"},
+      {R"(x)", R"(a\)", R"(a\x)"},
+      {R"(x)", R"()", R"(\x)"},
+  };
+  for (const auto &row : rows)
+    EXPECT_STREQ(NameProbe(row.name).Prefix(row.prefix), row.result) << row.prefix << " before " << row.name;
 }
 
 TEST_F(FilenameResolutionTest, GetRelative) {
-  EXPECT_TRUE(macros.AddMacro("$empty$", "") && macros.AddMacro("$bad$", "$ktestNone$"));
-  check(3,
-        R"(C:\Kestrune\Types\Vorlan.xml null $STDVORLANTYP$   C:\KESTRUNE\types\o.xml - $STDTYPES$\o.xml   D:\p\ D:\p -
-      C:\Kestrune\Images\a.bmp null $STDIMAGES$\a.bmp   x\c:\kestrune\A null x\$KESTRUNE$\A   E:\x.xml null E:\x.xml
-      $StdTypes$\a/b.xml D:\proj $StdTypes$\a\b.xml   D:\proj\a\B.xml d:\PROJ a\B.xml   D:\p\\a\..\b D:\p a\..\b
-      D:\proj\x.xml D:\proj\sub ..\x.xml   D:\proj\other\x D:\proj/sub ..\other\x   D:\p\s D:\p\s D:\p\s   - D:\proj -
-      D:\x.xml D:\proj D:\x.xml   D:\other\x D:\proj\sub D:\other\x   D:\project\x D:\proj D:\project\x   \a\b \c \a\b
-      C:\Kestrune\Types\a $StdTypes$ a   C:\Kestrune\Images\a $StdXcvrTyp$ $STDIMAGES$\a   C:\Kestrune\a $StdTypes$ ..\a
-      x\$StdTypes$ null x\$STDTYPES$)",
-        [](const CFilename &n, const char *base) { return inBothWays(n, &CFilename::GetRelative, base); });
-  check(3, R"($kestrune$ -1 $kestrune$\Types\x,11   $Kestrune$ 11 before,11   $StdTypes$ 11 $StdTypes$\x,17
-      $empty$ -1 before,-1   $none$ -1 before,-1   - -1 before,-1)",
-        [&](const CFilename &macro, const char *x) {
-          CFilename source("C:\\KESTRUNE\\Types\\x"), out("before");
-          int best = std::atoi(x);
-          macros.TryToFit(source, macro.IsEmpty() ? nullptr : static_cast<const char *>(macro), out, best);
-          return CString(out) + "," + digits(best);
-        });
+  macros.AddMacro("$empty$", "");
+  macros.AddMacro("$bad$", "$ktestNone$");
+  const std::string host = folder / "e/x"; // the current drive is D
+  const Resolution rows[] = {
+      {R"(C:\Kestrune\Types\Vorlan.xml)", kNone, "$STDVORLANTYP$"},
+      // Without a folder near it the longest macro fits.
+      {R"(C:\KESTRUNE\types\o.xml)", "", R"($STDTYPES$\o.xml)"},
+      {R"(C:\Kestrune\Images\a.bmp)", kNone, R"($STDIMAGES$\a.bmp)"},
+      {R"(x\c:\kestrune\A)", kNone, R"(x\$KESTRUNE$\A)"},
+      {R"(C:\Kestrune\Images\a)", "$StdXcvrTyp$", R"($STDIMAGES$\a)"},
+      {R"(E:\x.xml)", kNone, R"(E:\x.xml)"},
+      {R"(x\$StdTypes$)", kNone, R"(x\$STDTYPES$)"},
+      {R"($StdTypes$\a/b.xml)", R"(D:\proj)", R"($StdTypes$\a\b.xml)"},
+      // Below the base, and beside it.
+      {R"(D:\proj\a\B.xml)", R"(d:\PROJ)", R"(a\B.xml)"},
+      {R"(D:\p\\a\..\b)", R"(D:\p)", R"(a\..\b)"},
+      {R"(D:\p\)", R"(D:\p)", ""},
+      {R"(D:\p\s)", R"(D:\p\s)", R"(D:\p\s)"},
+      {R"(D:\proj\other\x)", "D:\\proj/sub", R"(..\other\x)"},
+      {R"(D:\x.xml)", R"(D:\proj)", R"(D:\x.xml)"},
+      {R"(D:\other\x)", R"(D:\proj\sub)", R"(D:\other\x)"},
+      {R"(D:\project\x)", R"(D:\proj)", R"(D:\project\x)"},
+      {R"(\a\b)", R"(\c)", R"(\a\b)"},
+      {R"(C:\Kestrune\Types\a)", "$StdTypes$", "a"},
+      {R"(C:\Kestrune\a)", "$StdTypes$", R"(..\a)"},
+      {R"()", R"(D:\proj)", ""},
+      // A relative form of a host path leads back to its file.
+      {host + "/a.xml", kNone, R"(E:\x\a.xml)"},
+      {host + "/a.xml", host.c_str(), "a.xml"},
+      {host + "/a.xml", R"(E:\x\sub)", R"(..\a.xml)"},
+  };
+  for (const Resolution &row : rows)
+    expectResolved(row, &CFilename::GetRelative);
 }
 
-TEST_F(FilenameResolutionTest, SearchPath) {
+TEST_F(FilenameResolutionTest, TryToFitTakesALongerValueOnly) {
+  macros.AddMacro("$empty$", "");
+  macros.AddMacro("$bad$", "$ktestNone$");
+  const struct {
+    const char *macro;
+    int best;
+    const char *out;
+    int newBest;
+  } rows[] = {
+      {"$kestrune$", -1, R"($kestrune$\Types\x)", 11},
+      // Equally long is not longer.
+      {"$Kestrune$", 11, "before", 11},
+      {"$StdTypes$", 11, R"($StdTypes$\x)", 17},
+      {"$empty$", -1, "before", -1},
+      {"$bad$", -1, "before", -1},
+      {"$none$", -1, "before", -1},
+      {nullptr, -1, "before", -1},
+  };
+  for (const auto &row : rows) {
+    CFilename source(R"(C:\KESTRUNE\Types\x)"), out("before");
+    int best = row.best;
+    macros.TryToFit(source, row.macro, out, best);
+    EXPECT_STREQ(out, row.out) << testing::PrintToString(row.macro);
+    EXPECT_EQ(best, row.newBest) << testing::PrintToString(row.macro);
+  }
+}
+
+TEST_F(FilenameResolutionTest, FilesAreFoundAlongASearchPath) {
   for (const char *file : {"d/w/a.xml", "d/w/sub/x.xml", "d/w/sub/.cfg/a.xml", "e/y/x.xml", "e/y/only", "e/a./b"})
     support::write(folder / file, "");
   const std::string host = folder / "e/y/x.xml";
-  // A path of null: FileExists without a folder.
-  check(
-      3,
-      R"(a.xml null D:\w\a.xml,1   ..\w\.\a.xml null D:\w\a.xml,1   D:\.\w\sub\..\a.xml null D:\w\a.xml,1   none null ,0
-      D:\..\w null D:\w,1   sub\.cfg\..\x.xml null D:\w\sub\x.xml,1   D:\w\.. null D:,1   e:\y\X.xml null e:\y\X.xml,1
-      sub\.cfg\a.xml null D:\w\sub\.cfg\a.xml,1   E:y\x.xml null E:\y\x.xml,1   \w\a.xml null D:\w\a.xml,1
-      - null D:\w\,1   Q:x null ,0   \\w\a.xml null ,0   $StdTypes$ null ,0   a.xml E:\y D:\w\a.xml,1
-      x.xml sub;E:\y D:\w\sub\x.xml,1
-      x.xml E:/y;sub E:\y\x.xml,1   x.xml $StdTypes$;E:y E:\y\x.xml,1   y\x.xml C:\;E:\ E:\y\x.xml,1
-      only C:\;;E:\y ,0   only - ,0   .\only E:\y\ ,0   \only E:\y ,0   E:only E:\y ,0   none C:\;E:\y;sub ,0
-      )" + host +
-          " null E:\\y\\x.xml,1   " + host + " sub E:\\y\\x.xml,1",
-      [](const CFilename &n, const char *x) {
-        CFilename found;
-        const int result = x == nullptr ? n.FileExists(found, nullptr) : n.FindFile(found, x);
-        return CString(found) + "," + digits(result);
-      });
+  const struct {
+    std::string name;
+    const char *path; // null: FileExists without a folder
+    const char *found;
+  } rows[] = {
+      {R"(a.xml)", kNone, R"(D:\w\a.xml)"},
+      // Segments that are `.` and `..` are cleaned, those that begin with a dot are not.
+      {R"(..\w\.\a.xml)", kNone, R"(D:\w\a.xml)"},
+      {R"(D:\..\w)", kNone, R"(D:\w)"},
+      {R"(sub\.cfg\..\x.xml)", kNone, R"(D:\w\sub\x.xml)"},
+      {R"(sub\.cfg\a.xml)", kNone, R"(D:\w\sub\.cfg\a.xml)"},
+      {R"(D:\w\..)", kNone, R"(D:)"},
+      {R"()", kNone, R"(D:\w\)"},
+      {R"(e:\y\X.xml)", kNone, R"(e:\y\X.xml)"},
+      {R"(E:y\x.xml)", kNone, R"(E:\y\x.xml)"},
+      {R"(\w\a.xml)", kNone, R"(D:\w\a.xml)"},
+      {host, kNone, R"(E:\y\x.xml)"},
+      {R"(none)", kNone, kNone},
+      {R"(Q:x)", kNone, kNone},
+      {R"(\\w\a.xml)", kNone, kNone},
+      {R"($StdTypes$)", kNone, kNone},
+      // The current directory comes first, and an empty folder ends the path.
+      {R"(a.xml)", R"(E:\y)", R"(D:\w\a.xml)"},
+      {R"(x.xml)", R"(sub;E:\y)", R"(D:\w\sub\x.xml)"},
+      {R"(x.xml)", R"(E:/y;sub)", R"(E:\y\x.xml)"},
+      {R"(x.xml)", R"($StdTypes$;E:y)", R"(E:\y\x.xml)"},
+      {R"(y\x.xml)", R"(C:\;E:\)", R"(E:\y\x.xml)"},
+      {R"(only)", R"(C:\;;E:\y)", kNone},
+      {R"(none)", R"(C:\;E:\y;sub)", kNone},
+      // What says itself where it lies is not searched for.
+      {R"(.\only)", R"(E:\y\)", kNone},
+      {R"(\only)", R"(E:\y)", kNone},
+      {R"(E:only)", R"(E:\y)", kNone},
+      {host, R"(sub)", R"(E:\y\x.xml)"},
+  };
+  for (const auto &row : rows) {
+    SCOPED_TRACE(testing::Message() << row.name << " along " << testing::PrintToString(row.path));
+    const CFilename name(row.name.c_str());
+    CFilename found("before");
+    EXPECT_EQ(row.path == kNone ? name.FileExists(found, nullptr) : name.FindFile(found, row.path), row.found != kNone);
+    EXPECT_STREQ(found, row.found != kNone ? row.found : "before");
+  }
   const support::CurrentDirectory dotted(folder / "e/a.");
-  CFilename found("before");
-  EXPECT_TRUE(CFilename("none").FileExists(found, "") == 0 && found == "before");
-  EXPECT_TRUE(CFilename("b").FileExists(found, "") == 1 && found == "E:\\a.\\b");
-  check(3, R"(a;b;c 0 a   a;b;c 1 b   a;b;c 2 c   a;b;c 3 -   a;;c 1 -   a;;c 2 c   ~a~; 0 ~a~   a -1 -)",
-        [](const CString &path, const char *x) { return GetSearchPathItem(path, std::atoi(x)); });
-  check(3, R"(C:\a\b\c.xml C:\a;C:\A\B;C:\a c.xml   C:\a\b\c.xml C:\a;;C:\a\b b\c.xml   C:\a/b - C:\a/b
-      C:\a\b C:\a\b;C:\a\ C:\a\b   C:\ab\c/d C:\a;C: ab\c\d)",
-        [](const CFilename &n, const char *path) { return n.GetRelativePathName(path); });
+  CFilename found;
+  EXPECT_EQ(CFilename("b").FileExists(found, ""), 1);
+  EXPECT_STREQ(found, R"(E:\a.\b)");
 }
 
-TEST_F(FilenameResolutionTest, Smoosh) {
-  check(3, R"(C:\aaaa\bbbb\cccc\file.txt 26 C:\aaaa\bbbb\cccc\file.txt   C:\aaaa\bbbb\cccc\file.txt 14 file.txt
-      C:\aaaa\bbbb\cccc\file.txt 25 C:\...\bbbb\cccc\file.txt   C:\aaaa\bbbb\cccc\file.txt 24 C:\...\cccc\file.txt
-      C:\aaaa\bbbb\cccc\file.txt 20 C:\...\cccc\file.txt   C:\aaaa\bbbb\cccc\file.txt 19 C:\...\file.txt
-      C:\aaaa\bbbb\cccc\file.txt 15 C:\...\file.txt   C:\aaaa\bbbb\cccc\file.txt -1 file.txt
-      C:\a\b.txt 9 b.txt   C:\...\b\c 9 C:\...\c   name.txt 3 name.txt   éé\bbbbbbbb\c 11 éé...\c)",
-        [](const CFilename &n, const char *x) { return n.Smoosh(std::atoi(x)); });
+TEST_F(FilenameResolutionTest, ItemsOfASearchPath) {
+  const struct {
+    const char *path;
+    int index;
+    const char *item;
+  } rows[] = {
+      {"a;b;c", 0, "a"},
+      // Outside there is none.
+      {"a;b;c", 2, "c"},
+      {"a;b;c", 3, ""},
+      {"a;;c", 1, ""},
+      {"a;;c", 2, "c"},
+      {" a ;", 0, " a "},
+      {"a", -1, ""},
+  };
+  for (const auto &row : rows)
+    EXPECT_STREQ(GetSearchPathItem(row.path, row.index), row.item) << row.path << " " << row.index;
+}
+
+TEST_F(FilenameResolutionTest, NamesRelativeToASearchPath) {
+  const struct {
+    const char *name;
+    const char *path;
+    const char *result;
+  } rows[] = {
+      {R"(C:\a\b\c.xml)", R"(C:\a;C:\A\B;C:\a)", "c.xml"},
+      // The longest folder counts, up to the first empty one.
+      {R"(C:\a\b\c.xml)", R"(C:\a;;C:\a\b)", R"(b\c.xml)"},
+      {R"(C:\a\b)", R"(C:\a\b;C:\a\)", R"(C:\a\b)"},
+      {R"(C:\ab\c/d)", R"(C:\a;C:)", R"(ab\c\d)"},
+      {R"(C:\a/b)", "", R"(C:\a/b)"},
+  };
+  for (const auto &row : rows)
+    EXPECT_STREQ(CFilename(row.name).GetRelativePathName(row.path), row.result) << row.name << " in " << row.path;
+}
+
+TEST_F(FilenameResolutionTest, SmooshShortensForDisplay) {
+  const struct {
+    const char *name;
+    int room;
+    const char *result;
+  } rows[] = {
+      {R"(C:\aaaa\bbbb\cccc\file.txt)", 26, R"(C:\aaaa\bbbb\cccc\file.txt)"},
+      // Folders go from the left.
+      {R"(C:\aaaa\bbbb\cccc\file.txt)", 25, R"(C:\...\bbbb\cccc\file.txt)"},
+      {R"(C:\aaaa\bbbb\cccc\file.txt)", 24, R"(C:\...\cccc\file.txt)"},
+      {R"(C:\aaaa\bbbb\cccc\file.txt)", 15, R"(C:\...\file.txt)"},
+      {R"(C:\aaaa\bbbb\cccc\file.txt)", 14, "file.txt"},
+      {R"(C:\aaaa\bbbb\cccc\file.txt)", -1, "file.txt"},
+      {R"(C:\...\b\c)", 9, R"(C:\...\c)"},
+      {R"(éé\bbbbbbbb\c)", 11, R"(éé...\c)"},
+  };
+  for (const auto &row : rows)
+    EXPECT_STREQ(CFilename(row.name).Smoosh(row.room), row.result) << row.name << " in " << row.room;
 }
 
 } // namespace

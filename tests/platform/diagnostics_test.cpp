@@ -25,38 +25,55 @@ private:
 };
 
 TEST(MessageBoxTest, WithoutATerminalTheDefaultButtonAnswers) {
-  const std::pair<UINT, int> rows[] = {
-      {MB_OK, IDOK},     {MB_OKCANCEL, IDOK}, {0x101, IDCANCEL},       {MB_ABORTRETRYIGNORE, IDABORT},
-      {0x102, IDRETRY},  {0x202, IDIGNORE},   {MB_YESNOCANCEL, IDYES}, {0x103, IDNO},
-      {0x203, IDCANCEL}, {MB_YESNO, IDYES},   {0x104, IDNO},           {MB_RETRYCANCEL, IDRETRY},
-      {0x105, IDCANCEL}, {0x304, IDYES},      {0x134, IDNO},           {0x100, IDOK},
+  constexpr UINT kSecond = 0x100, kThird = 0x200, kFourth = 0x300, kIcon = 0x30;
+  const struct {
+    UINT type;
+    int answer;
+  } rows[] = {
+      {MB_OK, IDOK},
+      // The buttons of each kind, in their order.
+      {MB_OKCANCEL, IDOK},
+      {MB_OKCANCEL | kSecond, IDCANCEL},
+      {MB_ABORTRETRYIGNORE, IDABORT},
+      {MB_ABORTRETRYIGNORE | kSecond, IDRETRY},
+      {MB_ABORTRETRYIGNORE | kThird, IDIGNORE},
+      {MB_YESNOCANCEL | kSecond, IDNO},
+      {MB_YESNOCANCEL | kThird, IDCANCEL},
+      {MB_YESNO | kSecond | kIcon, IDNO},
+      {MB_RETRYCANCEL, IDRETRY},
+      // A default button that is not there is the first.
+      {MB_OK | kSecond, IDOK},
+      {MB_YESNO | kFourth, IDYES},
   };
   const int nothing = ::open("/dev/null", O_RDONLY);
-  testing::internal::CaptureStderr();
-  {
-    const Streams streams(nothing, 2);
-    for (const auto &[type, answer] : rows)
-      EXPECT_EQ(AfxMessageBox("text", type), answer) << type;
+  for (const auto &row : rows) {
+    testing::internal::CaptureStderr();
+    {
+      const Streams streams(nothing, 2);
+      EXPECT_EQ(AfxMessageBox("text", row.type), row.answer) << row.type;
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "text\n");
   }
   ::close(nothing);
-  std::string expected;
-  for (std::size_t i = 0; i < std::size(rows); ++i)
-    expected += "text\n";
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
 }
 
 TEST(MessageBoxTest, ATerminalIsAsked) {
   const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
-  ASSERT_TRUE(master >= 0 && ::grantpt(master) == 0 && ::unlockpt(master) == 0);
+  ASSERT_EQ(::grantpt(master), 0);
+  ASSERT_EQ(::unlockpt(master), 0);
   const int slave = ::open(::ptsname(master), O_RDWR | O_NOCTTY);
   ASSERT_GE(slave, 0);
-  const std::tuple<UINT, std::string, int> rows[] = {
+  const struct {
+    UINT type;
+    std::string typed;
+    int answer;
+  } rows[] = {
       {MB_YESNO, "n\n", IDNO},
-      {MB_YESNOCANCEL, "\n", IDYES},
-      {0x103, "\n", IDNO},
+      // An empty line and the end of the input give the default; only a choice is asked for.
+      {MB_YESNOCANCEL | 0x100, "\n", IDNO},
+      {MB_YESNO | 0x100, "\x04", IDNO},
       {MB_YESNO, "maybe\nYes\n", IDYES},
       {MB_ABORTRETRYIGNORE, "IGN\n", IDIGNORE},
-      {0x104, "\x04", IDNO},
       {MB_OK, "", IDOK},
   };
   for (const auto &[type, typed, answer] : rows) {

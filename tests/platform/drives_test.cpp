@@ -1,5 +1,6 @@
-#include "tests/document_support.h"
+#include "tests/test_support.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -33,32 +34,55 @@ std::string absolute(const std::string &name) {
 }
 
 TEST_F(DrivesTest, AHostPathTakesTheDriveWithTheLongestFolder) {
-  // The map, a host path, and its Windows form.
-  support::checkRows(3, R"(
-    -     /home/me C:\home\me   -   /a//./b/../c/ C:\a\c\   -   /../a C:\a   D=T/d T/d/x D:\x   D=T/d T/d D:\
-    D=T/d T/D C:T\D   D=T/d T/dd/x C:T\dd\x   D=T/d T/d/../x C:T\x   D=T/d;E=T/d/e T/d/e/x E:\x   Z=T/d T/d/x C:T\d\x
-    D=T/q/../d/. T/d/x D:\x   A=T/d;C=T/d;D=T/d T/d/x C:\x   C=T/d /home/me Z:\home\me   D=T/d;D=T/e T/e/x D:\x
-    d=T/d T/d/x D:\x   D=home /home/me C:\home\me   ;;D;D=;=T/d;D:=T/d;DD=T/d;D=d;1=T/d;D=\d T/d/x C:T\d\x)",
-                     [this](const support::Cells &row) {
-                       drives.reset();
-                       drives.emplace("KESTRUNE_DRIVES", expanded(row[0]).c_str());
-                       const std::string form = absolute(expanded(row[1]));
-                       return CString(form == driveForm(row[2]) ? row[2] : form.c_str());
-                     });
+  const struct {
+    const char *map;
+    const char *path;
+    const char *windowsForm;
+  } rows[] = {
+      {"", "/a//./b/../c/", R"(C:\a\c\)"},
+      // Nothing is above the root.
+      {"", "/../a", R"(C:\a)"},
+      {"D=T/d", "T/d", R"(D:\)"},
+      {"D=T/d", "T/d/x", R"(D:\x)"},
+      {"D=T/d", "T/D", R"(C:T\D)"},
+      {"D=T/d", "T/dd/x", R"(C:T\dd\x)"},
+      {"D=T/d", "T/d/../x", R"(C:T\x)"},
+      {"D=T/d;E=T/d/e", "T/d/e/x", R"(E:\x)"},
+      {"D=T/q/../d/.", "T/d/x", R"(D:\x)"},
+      {"D=T/d;D=T/e", "T/e/x", R"(D:\x)"},
+      {"d=T/d", "T/d/x", R"(D:\x)"},
+      // C wins a tie, and Z is always the root.
+      {"A=T/d;C=T/d;D=T/d", "T/d/x", R"(C:\x)"},
+      {"C=T/d", "/home/me", R"(Z:\home\me)"},
+      {"Z=T/d", "T/d/x", R"(C:T\d\x)"},
+      // Entries that are no drives count for nothing.
+      {R"(;;D;D=;=T/d;D:=T/d;DD=T/d;D=d;1=T/d;D=\d)", "T/d/x", R"(C:T\d\x)"},
+  };
+  for (const auto &row : rows) {
+    drives.reset();
+    drives.emplace("KESTRUNE_DRIVES", expanded(row.map).c_str());
+    EXPECT_EQ(absolute(expanded(row.path)), driveForm(row.windowsForm)) << row.map << " " << row.path;
+  }
 }
 
 TEST_F(DrivesTest, TheCurrentDirectoryIsOnTheDriveWithTheLongestFolder) {
   fs::create_directories(root + "/d/e/f");
   fs::create_directory_symlink(root + "/d", root + "/link");
   const struct {
-    const char *map, *current;
+    const char *map;
+    const char *current;
     char drive;
-    const char *plain, *onD;
+    const char *relative; // the absolute form of x
+    const char *relativeOnD;
   } rows[] = {
-      {"", "T/d", 'C', "C:T\\d\\x", "D:\\x"},          {"D=T/d", "T", 'C', "C:T\\x", "D:\\x"},
-      {"D=T/d", "T/d/e", 'D', "D:\\e\\x", "D:\\e\\x"}, {"D=T/d;E=T/d/e", "T/d/e", 'E', "E:\\x", "D:\\x"},
-      {"D=T/d;C=T/d", "T/d", 'C', "C:\\x", "D:\\x"},   {"D=T/link", "T/d/e", 'D', "D:\\e\\x", "D:\\e\\x"},
-      {"D=T/link", "T/link", 'D', "D:\\x", "D:\\x"},   {"C=T/nothing", "T", 'Z', "Z:T\\x", "D:\\x"},
+      {"", "T/d", 'C', R"(C:T\d\x)", R"(D:\x)"},
+      // Of another drive than the current one the root is current.
+      {"D=T/d", "T", 'C', R"(C:T\x)", R"(D:\x)"},
+      {"D=T/d", "T/d/e", 'D', R"(D:\e\x)", R"(D:\e\x)"},
+      {"D=T/d;E=T/d/e", "T/d/e", 'E', R"(E:\x)", R"(D:\x)"},
+      {"D=T/d;C=T/d", "T/d", 'C', R"(C:\x)", R"(D:\x)"},
+      {"D=T/link", "T/d/e", 'D', R"(D:\e\x)", R"(D:\e\x)"},
+      {"C=T/nothing", "T", 'Z', R"(Z:T\x)", R"(D:\x)"},
   };
   for (const auto &row : rows) {
     SCOPED_TRACE(testing::Message() << row.map << " " << row.current);
@@ -66,8 +90,8 @@ TEST_F(DrivesTest, TheCurrentDirectoryIsOnTheDriveWithTheLongestFolder) {
     drives.emplace("KESTRUNE_DRIVES", expanded(row.map).c_str());
     const support::CurrentDirectory current(expanded(row.current));
     EXPECT_EQ(CFilename("x").GetDrive(), row.drive);
-    EXPECT_EQ(absolute("x"), driveForm(row.plain));
-    EXPECT_EQ(absolute("D:x"), driveForm(row.onD));
+    EXPECT_EQ(absolute("x"), driveForm(row.relative));
+    EXPECT_EQ(absolute("D:x"), driveForm(row.relativeOnD));
     EXPECT_EQ(absolute("\\x"), row.drive + std::string(":\\x"));
     EXPECT_EQ(absolute("Q:x"), "Q:\\x");
   }
@@ -79,26 +103,46 @@ TEST_F(DrivesTest, TheCurrentDirectoryIsOnTheDriveWithTheLongestFolder) {
   EXPECT_FALSE(CFilename("x").GetAbsolute(full, nullptr));
 }
 
-// Each file has a size of its own, which tells what a name led to; 0 is nothing.
 TEST_F(DrivesTest, NamesLeadToFiles) {
-  long size = 0;
   for (const char *file : {"d/a.xml", "a.xml", "d/Sub/File.XML", "d/sub2/x", "d/SUB2X", "d/e/B.xml", "d/e/b.XML",
                            "d/.hidden/x", "d/iné/x", "d/x:y", "d/sub/nothing/y"})
-    support::write(root + "/" + file, std::string(++size, 'x'));
+    support::write(root + "/" + file, file);
   fs::create_symlink("nowhere", root + "/d/dangling.xml");
   drives.emplace("KESTRUNE_DRIVES", expanded("D=T/d;E=T").c_str());
   const support::CurrentDirectory current(root + "/d/e");
-  // A drive has nothing above its folder; `sub` is there as it stands, so `Sub` is not looked at; of two names in
-  // another case the first by its bytes is taken; another drive than the current one is at its root; case is ASCII
-  // case.
-  support::checkRows(2, R"(
-    D:\a.xml 1   d:/A.XML 1   D:\..\a.xml 1   ..\..\..\a.xml 1   \a.xml 1   T/a.xml 2   T/d/../A.xml 2
-    D:\sub\file.xml 0   D:\SUB\FILE.xml 3   D:\SUB2\X 4   D:\sub2x 5   D:\e\b.xml 6   b.XML 7   B.xml 6   D:b.xml 6
-    E:a.xml 2   ..\.hidden\.\x 8   D:\INé\x 9   D:\inÉ\x 0   D:\x:y 10   D:\a.xml\ 0   D:\a.xml\x 0
-    D:\dangling.xml 0   \\d\a.xml 0   //T/a.xml 0   Q:\a.xml 0   - 0)",
-                     [this](const support::Cells &row) {
-                       return IntToCString(static_cast<int>(CFilename(expanded(row[0]).c_str()).FileSize()));
-                     });
+  const struct {
+    const char *name;
+    const char *file; // empty for none
+  } rows[] = {
+      {"d:/A.XML", "d/a.xml"},
+      // A drive has nothing above its folder.
+      {R"(..\..\..\a.xml)", "d/a.xml"},
+      {R"(\a.xml)", "d/a.xml"},
+      {"T/d/../A.xml", "a.xml"},
+      {"E:a.xml", "a.xml"},
+      // `sub` is there as it stands, so `Sub` is not looked at.
+      {R"(D:\sub\file.xml)", ""},
+      {R"(D:\SUB\FILE.xml)", "d/Sub/File.XML"},
+      {R"(D:\SUB2\X)", "d/sub2/x"},
+      {R"(D:\sub2x)", "d/SUB2X"},
+      // Of two names in another case the first by its bytes is taken.
+      {R"(D:\e\b.xml)", "d/e/B.xml"},
+      {"b.XML", "d/e/b.XML"},
+      {R"(..\.hidden\.\x)", "d/.hidden/x"},
+      // Case is that of ASCII letters.
+      {R"(D:\INé\x)", "d/iné/x"},
+      {R"(D:\inÉ\x)", ""},
+      {R"(D:\x:y)", "d/x:y"},
+      {R"(D:\a.xml\)", ""},
+      {R"(D:\dangling.xml)", ""},
+      {R"(\\d\a.xml)", ""},
+      {"//T/a.xml", ""},
+      {"Q:a.xml", ""},
+  };
+  // What a file holds is its own path, so its size tells which it is.
+  for (const auto &row : rows)
+    EXPECT_EQ(CFilename(expanded(row.name).c_str()).FileSize(), static_cast<long>(std::string_view(row.file).size()))
+        << row.name;
 }
 
 TEST_F(DrivesTest, ANameInAnotherCaseIsTheSameFile) {

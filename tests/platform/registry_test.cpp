@@ -5,9 +5,7 @@ namespace {
 /// Shows what a derived class may use.
 struct Probe : CMacroString {
   Probe() : CMacroString(L"") {}
-  using CMacroString::FindMacro;
   using CMacroString::GetKestruneFolder;
-  using CMacroString::GetMacroValue;
 
   std::string hardwareFolder() {
     oMacros.RemoveAll();
@@ -25,13 +23,22 @@ std::string utf16(std::string_view ascii, bool bigEndian = false) {
   return text;
 }
 
+using namespace std::string_literals;
+
 const std::string kHead = "Windows Registry Editor Version 5.00\r\n\r\n";
 const std::string kOld = "REGEDIT4\r\n\r\n";
-const std::string kKey = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n";
+const std::string kRoot = "[HKEY_LOCAL_MACHINE\\SOFTWARE";
+const std::string kKey = kRoot + "\\Kestrune]\r\n";
+const std::string kWow = kRoot + "\\Wow6432Node\\Kestrune]\r\n";
 const std::string kName = "\"Kestrune Path\"=";
 const std::string kNet = kName + "\"D:\\\\Net\"\r\n";
-const std::string kWow = "[HKEY_LOCAL_MACHINE\\Software\\Wow6432Node\\Kestrune]\r\n";
 constexpr const char *kNone = "C:\\Kestrune";
+
+struct Row {
+  const char *what;
+  std::string bytes;
+  std::string folder = "D:\\Net";
+};
 
 class RegistryTest : public testing::Test {
 protected:
@@ -45,48 +52,80 @@ protected:
   const support::Environment variable{"KESTRUNE_REGISTRY", file.c_str()};
 };
 
-TEST_F(RegistryTest, OddFiles) {
-  using namespace std::string_literals;
-  const std::string max(249, 'x');
-  const auto lead = [this](const std::string &expected, const std::vector<std::string> &files) {
-    for (const std::string &bytes : files)
-      EXPECT_EQ(folderFrom(bytes), expected) << testing::PrintToString(bytes);
+TEST_F(RegistryTest, FilesInEachEncoding) {
+  const Row rows[] = {
+      {"the newer format", kHead + kKey + kNet},
+      {"the older format", kOld + kKey + kNet},
+      {"UTF-8 with a mark", "\xEF\xBB\xBF" + kKey + kNet},
+      {"UTF-16", utf16(kHead + kKey + kNet)},
+      {"UTF-16, the other way round", utf16(kHead + kKey + kNet, true)},
+      {"UTF-16 with half a character", utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x"},
+      {"UTF-16 with a pair", utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s), "\xF0\x9F\x98\x80"},
+      {"nothing", "", kNone},
+      {"a mark alone", "\xFF\xFE", kNone},
+      {"a byte that is no UTF-8", kKey + kName + "\"\xE9\"\n", kNone},
   };
-  lead("D:\\Net",
-       {kHead + kKey + kNet, "\xEF\xBB\xBF" + kKey + kNet, utf16(kHead + kKey + kNet), utf16(kHead + kKey + kNet, true),
-        utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x", kOld + kKey + kNet,
-        "x\n[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\"",
-        kKey + kNet + kName + "\"x\n" + kName + "hex:4g\n" + kName + "hex:445\n" + kName + "hex\n" + kName,
-        kKey + kName + "\"a\"\n[HKEY_LOCAL_MACHINE]\n" + kName + "\"c\"\n" + kKey + kNet,
-        kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kes]\n[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]", kWow + kNet,
-        kWow + kName + "\"x\"\n" + kKey + kNet, "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune] ; ]\n" + kNet,
-        kKey + kName + "\"x\"\n" + kWow + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]"});
-  lead(kNone,
-       {kKey + kName + "\"D:\\\\Net\r\n", kKey + kName + "\"D:\\\\Net\"x\r\n", kKey + kNet + kName + "-\r\n",
-        kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n",
-        kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]\n" + kName + "\"x\"",
-        kKey + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]\n" + kNet,
-        "[HKEY_CURRENT_USER\\SOFTWARE\\Kestrune]\n" + kNet, "[]\n[-]\n[\n" + kNet,
-        kKey + "@=\"d\"\n\"Kestrune\"=\"x\"\n\"Kestrune Path2\"=\"x\"\n", kWow + kNet + kKey,
-        kWow + kNet + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]",
-        "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]x]\n" + kNet, kKey + kName + "\"x\"\n" + kName + "dword:00000041\n",
-        kKey + kName + "\"x\"\n" + kName + "hex(b):41,00,00,00,00,00,00,00\n", kKey + kName + "\"" + max + "x\"",
-        kKey + kName + "\"\xE9\"\n", "", "\xFF\xFE"});
-  lead("\xF0\x9F\x98\x80", {utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s)});
-  lead("a", {"; c\n" + kKey + ";" + kNet + "  \"Kestrune Path\"=\"a\" ; b \"\n; " + kNet});
-  lead("\"D:\\new\\\"", {kKey + kName + "\"\\\"D:\\new\\\\\\\"\""});
-  lead("D:\\\xC3\xA9", {kHead + kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00 , e9,00,0,0,41,00\r\n"});
-  lead("D", {kKey + kName + "hex(1):41,00,42\n" + kName + "hex(7):44,00,00,00,45,00\n"});
-  lead("D:\\N", {kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n"});
-  lead("", {kKey + kName + "hex:\n"});
-  lead("D:\\N", {kOld + kKey + kName + "hex(2):44,3a,5c,4e,00,4f\n"});
-  lead("ab", {kKey + kName + "\"ab\0cd\"\n"s});
-  lead(max, {kKey + kName + "\"" + max + "\""});
+  for (const Row &row : rows)
+    EXPECT_EQ(folderFrom(row.bytes), row.folder) << row.what;
+}
+
+TEST_F(RegistryTest, KeysAndTheirRemoval) {
+  const Row rows[] = {
+      {"names in another case", "[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\""},
+      {"a comment behind the key", kRoot + "\\Kestrune] ; ]\n" + kNet},
+      {"removal of another key", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kes]"},
+      {"removal of a key below", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]"},
+      {"removal", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n", kNone},
+      {"removal of a key above", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]\n" + kName + "\"x\"", kNone},
+      {"a key below", kKey + kRoot + "\\Kestrune\\x]\n" + kNet, kNone},
+      {"a key above", kKey + "[HKEY_LOCAL_MACHINE]\n" + kNet, kNone},
+      {"the other root", "[HKEY_CURRENT_USER\\SOFTWARE\\Kestrune]\n" + kNet, kNone},
+      {"a longer name", kRoot + "\\Kestrune]x]\n" + kNet, kNone},
+      {"no names", "[]\n[-]\n[\n" + kNet, kNone},
+      // The 32-bit view counts where the key itself is not there.
+      {"the 32-bit view", kWow + kNet},
+      {"both views", kWow + kName + "\"x\"\n" + kKey + kNet},
+      {"both views, one removed", kKey + kName + "\"x\"\n" + kWow + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]"},
+      {"the 32-bit view and an empty key", kWow + kNet + kKey, kNone},
+      {"the 32-bit view and a key below", kWow + kNet + kRoot + "\\Kestrune\\x]", kNone},
+  };
+  for (const Row &row : rows)
+    EXPECT_EQ(folderFrom(row.bytes), row.folder) << row.what;
+}
+
+TEST_F(RegistryTest, ValuesInEachForm) {
+  const std::string longest(249, 'x');
+  const Row rows[] = {
+      {"damaged lines after it", kKey + kNet + kName + "\"x\n" + kName + "hex\n" + kName},
+      {"an odd digit after it", kKey + kNet + kName + "hex:44,4g\n"},
+      {"three digits after it", kKey + kNet + kName + "hex:445\n"},
+      {"no digit after it", kKey + kNet + kName + "hex:44,,45\n"},
+      {"the last of two", kKey + kName + "\"x\"\n" + kNet},
+      {"no closing quote", kKey + kName + "\"D:\\\\Net\r\n", kNone},
+      {"more behind it", kKey + kName + "\"D:\\\\Net\"x\r\n", kNone},
+      {"removal", kKey + kNet + kName + "-\r\n", kNone},
+      {"other names", kKey + "@=\"d\"\n\"Kestrune\"=\"x\"\n\"Kestrune Path2\"=\"x\"\n", kNone},
+      {"a number", kKey + kNet + kName + "dword:00000041\n", kNone},
+      {"a longer number", kKey + kNet + kName + "hex(b):41,00,00,00,00,00,00,00\n", kNone},
+      {"comments", "; c\n" + kKey + ";" + kNet + "  \"Kestrune Path\"=\"a\" ; b \"\n; " + kNet, "a"},
+      {"escapes, and `\\` that are none", kKey + kName + R"("\"D:\new\\\"")", R"("D:\new\")"},
+      {"a text up to a zero", kKey + kName + "\"ab\0cd\"\n"s, "ab"},
+      {"the longest text", kKey + kName + "\"" + longest + "\"", longest},
+      {"a longer text", kKey + kName + "\"" + longest + "x\"", kNone},
+      {"wide bytes", kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00 , e9,00,0,0,41,00\r\n", "D:\\\xC3\xA9"},
+      {"wide bytes, the last one half", kKey + kName + "hex(1):41,00,42\n", "A"},
+      {"wide bytes of a list", kKey + kName + "hex(7):44,00,00,00,45,00\n", "D"},
+      {"bytes", kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n", "D:\\N"},
+      {"no bytes", kKey + kName + "hex:\n", ""},
+      {"bytes of the older format", kOld + kKey + kName + "hex(2):44,3a,5c,4e,00,4f\n", "D:\\N"},
+  };
+  for (const Row &row : rows)
+    EXPECT_EQ(folderFrom(row.bytes), row.folder) << row.what;
 }
 
 TEST_F(RegistryTest, TextsComeInTheCodePage) {
   const support::CodePage page(932);
-  const std::tuple<const char *, std::string, std::string> rows[] = {
+  const Row rows[] = {
       {"UTF-8", kKey + kName + "\"\xE8\xA1\xA8\\\\x\"", "\x95\\\\x"},
       {"UTF-8 that the page lacks", kKey + kName + "\"\xC3\xA9\"", "?"},
       {"bytes of the page", kKey + kName + "\"\x95\\\\\\x\"", "\x95\\\\x"},
@@ -96,8 +135,8 @@ TEST_F(RegistryTest, TextsComeInTheCodePage) {
       {"hex(2)", kHead + kKey + kName + "hex(2):68,88", "\x95\\"},
       {"hex(2) in the older format", kOld + kKey + kName + "hex(2):95,5c", "\x95\\"},
   };
-  for (const auto &[what, bytes, expected] : rows)
-    EXPECT_EQ(folderFrom(bytes), expected) << what;
+  for (const Row &row : rows)
+    EXPECT_EQ(folderFrom(row.bytes), row.folder) << row.what;
 }
 
 // A file that is cut off has the values whose lines are whole, and one with any byte changed does no harm.
@@ -129,23 +168,23 @@ TEST_F(RegistryTest, WhereTheFilesLie) {
   support::write(folder / "home/.config/kestrune/registry.reg", user + "\"X:\\\\home\"");
   const std::string fallBack = "C:\\tk\\Source\\Templates\\Hardware", xdg = folder / "xdg", home = folder / "home";
   const struct {
-    const char *replacement, *xdg, *home;
-    std::string expected;
+    const char *replacement; // KESTRUNE_REGISTRY
+    const char *xdg;         // XDG_CONFIG_HOME
+    const char *home;        // HOME
+    std::string folder;
   } rows[] = {
       {nullptr, xdg.c_str(), home.c_str(), "X:\\xdg"},
       {nullptr, nullptr, home.c_str(), "X:\\home"},
-      {nullptr, "", home.c_str(), "X:\\home"},
-      {nullptr, "xdg", home.c_str(), "X:\\home"},
-      {nullptr, home.c_str(), home.c_str(), fallBack},
+      {nullptr, "xdg", home.c_str(), "X:\\home"}, // no absolute path
       {nullptr, nullptr, nullptr, fallBack},
       {file.c_str(), xdg.c_str(), home.c_str(), fallBack},
       {"/dev/zero", xdg.c_str(), home.c_str(), fallBack},
-      {xdg.c_str(), xdg.c_str(), home.c_str(), fallBack},
   };
   for (const auto &row : rows) {
-    const support::Environment replacement("KESTRUNE_REGISTRY", row.replacement), config("XDG_CONFIG_HOME", row.xdg),
-        homeFolder("HOME", row.home);
-    EXPECT_EQ(Probe().hardwareFolder(), row.expected) << testing::PrintToString(row.xdg);
+    const support::Environment replacement("KESTRUNE_REGISTRY", row.replacement);
+    const support::Environment configFolder("XDG_CONFIG_HOME", row.xdg), homeFolder("HOME", row.home);
+    EXPECT_EQ(Probe().hardwareFolder(), row.folder)
+        << testing::PrintToString(row.replacement) << " " << testing::PrintToString(row.xdg);
   }
 }
 

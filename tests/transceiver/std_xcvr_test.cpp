@@ -26,55 +26,74 @@ std::string fileOf(const std::vector<Item> &items) {
 /// Files in folders on several drives; the current directory is D:\w.
 struct StdXcvr3 : support::NameTest {
   void put(const char *name, const std::vector<Item> &items) const { write(folder / name, fileOf(items)); }
+  /// The two files, of which an empty one is not there.
+  void putBoth(const std::string &standard, const std::string &user) const {
+    std::filesystem::remove_all(folder / "d/x");
+    if (!standard.empty())
+      write(folder / "d/x/StdXcvr.xml", standard);
+    if (!user.empty())
+      write(folder / "d/x/UserXcvr.xml", user);
+  }
   const support::Com com;
 };
 
-TEST_F(StdXcvr3, Merge) {
-  const std::string none = "", broken = "<StdXcvr>", empty = fileOf({});
+TEST_F(StdXcvr3, MergeAddsWhatTheListDoesNotHave) {
+  const std::string none, broken = "<StdXcvr>";
   const std::string a = fileOf({{"A", "1"}}), ab = fileOf({{"A", "1"}, {"B", "2"}}), b = fileOf({{"B", "2"}});
   const std::string bad = fileOf({{"A", "1"}, {"B", "!"}, {"C", "3"}});
   const struct {
     const char *what;
     std::string standard; // empty: the file is not there
     std::string user;
-    const char *result; // the code, or the text that is no number
+    long result;
     const char *items;
     bool isModified = false;
   } rows[] = {
-      {"added in their order", ab, fileOf({{"D", "4"}, {"C", "3"}}), "0", "A,B,D,C", true},
-      {"no user's file", ab, none, "0", "A,B"},
-      {"a known name", fileOf({{"Abc", "1"}}), fileOf({{"aBC", "9"}, {"D", "2"}}), "0", "Abc,D", true},
-      {"a known number", fileOf({{"A", "16"}}), fileOf({{"B", "0x10"}, {"C", "020"}, {"D", "16"}}), "0", "A"},
-      {"a number twice", a, fileOf({{"B", "2"}, {"C", "0x2"}, {"D", "3"}, {"E", "03"}}), "0", "A,B,D", true},
-      {"a name twice", a, fileOf({{"B", "2"}, {"b", "3"}}), "80040008", "A"},
-      {"a number of the user's that is none", a, fileOf({{"B", "2"}, {"C", "3x"}, {"D", "4"}}), "'3x'", "A,B", true},
-      {"no number", a, fileOf({{"B", "2"}, {"C", nullptr}, {"D", "4"}}), "'Unassigned'", "A,B", true},
-      {"none, of a known name", a, fileOf({{"a", "?"}, {"D", "4"}}), "'?'", "A"},
-      {"one in the list, reached", bad, fileOf({{"D", "1"}, {"E", "3"}}), "'!'", "A,B,C"},
-      {"one in the list, not reached", bad, fileOf({{"D", "1"}, {"b", "5"}, {"E", "0x1"}}), "0", "A,B,C"},
-      {"a known name before a number is looked for", fileOf({{"A", "!"}}), a, "0", "A"},
-      {"an empty user's file", a, empty, "41003", "A"},
-      {"no standard file", none, fileOf({{"B", "2"}, {"C", "3"}}), "0", "B,C", true},
-      {"a broken standard file", broken, b, "0", "B", true},
-      {"a broken user's file", a, broken, "80040005", "A"},
-      {"both broken", broken, broken, "80040005", ""},
-      {"none at all", none, none, "80040004", "", true},
+      {"added in their order", ab, fileOf({{"D", "4"}, {"C", "3"}}), S_OK, "A,B,D,C", true},
+      {"no user's file", ab, none, S_OK, "A,B"},
+      {"a known name", a, fileOf({{"a", "9"}, {"D", "2"}}), S_OK, "A,D", true},
+      {"a known number", fileOf({{"A", "16"}}), fileOf({{"B", "0x10"}, {"C", "020"}}), S_OK, "A"},
+      {"a number twice", a, fileOf({{"B", "2"}, {"C", "0x2"}, {"D", "3"}}), S_OK, "A,B,D", true},
+      {"a name twice", a, fileOf({{"B", "2"}, {"b", "3"}}), KRX_E_DUPLICATE_KEY, "A"},
+      {"a bad number in the list, not reached", bad, fileOf({{"D", "1"}, {"b", "5"}}), S_OK, "A,B,C"},
+      {"a known name before a number is looked for", fileOf({{"A", "!"}}), a, S_OK, "A"},
+      {"an empty user's file", a, fileOf({}), KRX_S_EMPTY_COLLECTION, "A"},
+      {"no standard file", none, fileOf({{"B", "2"}, {"C", "3"}}), S_OK, "B,C", true},
+      {"a broken standard file", broken, b, S_OK, "B", true},
+      {"a broken user's file", a, broken, KRX_E_UNEXPECTED_DATA, "A"},
+      {"none at all", none, none, KRX_E_FILE_NOT_FOUND, "", true},
   };
   for (const auto &row : rows) {
     SCOPED_TRACE(row.what);
-    std::filesystem::remove_all(folder / "d/x");
-    if (!row.standard.empty())
-      write(folder / "d/x/StdXcvr.xml", row.standard);
-    if (!row.user.empty())
-      write(folder / "d/x/UserXcvr.xml", row.user);
+    putBoth(row.standard, row.user);
     CStdXcvr3 document;
-    CString result;
-    const std::string message = support::thrownMessage(
-        [&] { result.Format("%X", kestrune::platform::ResultBits(document.LoadFromFile(kFile))); });
-    EXPECT_TRUE(message.empty() ? result == row.result : message.find(row.result) != std::string::npos)
-        << result << message;
+    EXPECT_EQ(document.LoadFromFile(kFile), row.result);
     EXPECT_EQ(keys(document.Transceivers3), row.items);
     EXPECT_EQ(document.GetModified() != 0, row.isModified);
+  }
+}
+
+TEST_F(StdXcvr3, AMergeEndsAtATextThatIsNoNumber) {
+  const std::string a = fileOf({{"A", "1"}}), bad = fileOf({{"A", "1"}, {"B", "!"}, {"C", "3"}});
+  const struct {
+    const char *what;
+    std::string standard;
+    std::string user;
+    const char *named; // in the exception
+    const char *items;
+  } rows[] = {
+      {"of the user's", a, fileOf({{"B", "2"}, {"C", "3x"}, {"D", "4"}}), "'3x'", "A,B"},
+      {"none", a, fileOf({{"B", "2"}, {"C", nullptr}, {"D", "4"}}), "'Unassigned'", "A,B"},
+      {"of the user's, with a known name", a, fileOf({{"a", "?"}, {"D", "4"}}), "'?'", "A"},
+      {"in the list, reached", bad, fileOf({{"D", "1"}, {"E", "3"}}), "'!'", "A,B,C"},
+  };
+  for (const auto &row : rows) {
+    SCOPED_TRACE(row.what);
+    putBoth(row.standard, row.user);
+    CStdXcvr3 document;
+    const std::string message = support::thrownMessage([&] { document.LoadFromFile(kFile); });
+    EXPECT_NE(message.find(row.named), std::string::npos) << message;
+    EXPECT_EQ(keys(document.Transceivers3), row.items);
   }
 }
 
@@ -117,23 +136,21 @@ TEST_F(StdXcvr3, WhereTheUserFileIsLookedFor) {
     std::string name;
     const char *items;
   } rows[] = {
-      {"D:\\x\\StdXcvr.xml", "A,X"},
-      {"..\\x\\StdXcvr.xml", "A,X"},
-      {"../x/StdXcvr.xml", "A,X"},
+      {R"(..\x\StdXcvr.xml)", "A,X"},
+      // A relative name with `/` is made absolute first.
       {"./../x/StdXcvr.xml", "A,X"},
       {"D:/x/StdXcvr.xml", "A,X"},
-      {"./StdXcvr.xml", "A,W"},
       {"StdXcvr.xml", "A,W"},
       {folder / "d/x/StdXcvr.xml", "A,X"},
-      {"D:\\x\\userxcvr.xml", "A,X"},
-      {"D:\\x\\old.UserXcvr.xml", "A,X"},
-      {"$FILE$", "A,W"}, // a name that is a macro has no folder of its own
-      {"$FOLDER$\\StdXcvr.xml", "A"},
+      {R"(D:\x\userxcvr.xml)", "A,X"},
+      {R"(D:\x\old.UserXcvr.xml)", "A,X"},
+      // A name that is a macro has no folder of its own.
+      {"$FILE$", "A,W"},
+      {R"($FOLDER$\StdXcvr.xml)", "A"},
       {"$FOLDER$/StdXcvr.xml", "A"},
-      {"D:\\x\\UserXcvr.xml", "X"}, // the user's own file merges nothing
-      {"..\\x\\UserXcvr", "X"},
-      {"D:\\x\\UserXcvr.old.xml", "X"},
-      {"../x/UserXcvr.xml", "X"},
+      // The user's own file merges nothing.
+      {R"(..\x\UserXcvr)", "X"},
+      {R"(D:\x\UserXcvr.old.xml)", "X"},
       {folder / "d/x/UserXcvr.old.xml", "X"},
       {"", "W"},
   };
@@ -171,6 +188,26 @@ TEST_F(StdXcvr3, ReplacementFile) {
   expectLoaded("./../t", "T", "D:\\t\\stdxcvr.xml");
   macros.AddMacro("$pfdt$", "E:\\types");
   expectLoaded("E:\\y", "R,U", "E:\\types\\stdxcvr.xml");
+}
+
+template <class Document>
+void expectInitRenewsTheHeader() {
+  Document document;
+  support::load(document, read(KESTRUNE_TEST_DATA "/transceiver/version-3.xml"));
+  const std::string saved = support::save(document);
+  document.Contents.FileDescription = "other";
+  document.Contents.Format = 9;
+  document.Contents.Content = 9;
+  document.Init();
+  document.Contents.CreationDate = 7;
+  EXPECT_EQ(support::save(document), saved);
+}
+
+TEST_F(StdXcvr3, InitOfALoadedDocumentRenewsTheHeaderAlone) {
+  expectInitRenewsTheHeader<CStdXcvr>();
+  expectInitRenewsTheHeader<CStdXcvr2>();
+  expectInitRenewsTheHeader<CStdXcvr3>();
+  EXPECT_STREQ(CStdXcvr3().Contents.FileDescription, "Standard Transceivers file");
 }
 
 TEST_F(StdXcvr3, CopiesHoldAllLists) {

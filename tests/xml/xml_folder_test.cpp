@@ -153,30 +153,39 @@ public:
   long Load(MSXML::IXMLDOMElement *parent) override {
     const IXMLDOMElementPtr element(parent);
     CString value("old");
-    EXPECT_TRUE(getElementValue(element, "T", value) && value == "1");
-    EXPECT_TRUE(!getElementValue(element, "none", value) && value == "");
-    EXPECT_TRUE(getAttributeValue(element, "A", value) && value == "");
+    EXPECT_FALSE(getElementValue(element, "none", value));
+    EXPECT_STREQ(value, "") << "emptied where there is none";
+    EXPECT_TRUE(getElementValue(element, "T", value));
+    EXPECT_STREQ(value, "1");
+    EXPECT_TRUE(getAttributeValue(element, "A", value));
+    EXPECT_STREQ(value, "");
     EXPECT_FALSE(getAttributeValue(element, "B", value));
-    EXPECT_TRUE(setAttributeValue(element, "B", "b") && getAttributeValue(element, "B", value) && value == "b");
-    EXPECT_TRUE(setElementValue(element, "T", "new <text>") && !setElementValue(element, "none", "x"));
-    EXPECT_TRUE(getElementValue(element, "T", value) && value == "new <text>");
-    EXPECT_FALSE(getElementValue(nullptr, "T", value) || setAttributeValue(nullptr, "T", "x"));
+    EXPECT_TRUE(setAttributeValue(element, "B", "b"));
+    EXPECT_TRUE(getAttributeValue(element, "B", value));
+    EXPECT_STREQ(value, "b");
+    EXPECT_FALSE(setElementValue(element, "none", "x"));
+    EXPECT_TRUE(setElementValue(element, "T", "new <text>"));
+    EXPECT_TRUE(getElementValue(element, "T", value));
+    EXPECT_STREQ(value, "new <text>");
+    EXPECT_EQ(getElementByName(element, "none"), nullptr);
+    EXPECT_FALSE(getElementValue(nullptr, "T", value));
+    EXPECT_FALSE(setAttributeValue(nullptr, "T", "x"));
     EXPECT_THROW(getElementByName(nullptr, "T"), _com_error);
-    EXPECT_TRUE(getElementByName(element, "none") == nullptr);
+    EXPECT_THROW(insertTabs(nullptr, 1), _com_error);
     // Nodes that are added later are found as well, in document order.
     const IXMLDOMElementPtr late = element->GetownerDocument()->createElement("U");
     element->appendChild(late);
     late->appendChild(element->GetownerDocument()->createElement("T"));
     const auto list = element->getElementsByTagName("T");
-    EXPECT_TRUE(list.Getlength() == 3 && list.Getitem(2) != nullptr && list.Getitem(3) == nullptr &&
-                list.Getitem(-1) == nullptr);
+    EXPECT_EQ(list.Getlength(), 3);
     EXPECT_STREQ(list.Getitem(1)->Gettext(), "2");
+    EXPECT_EQ(list.Getitem(3), nullptr);
+    EXPECT_EQ(list.Getitem(-1), nullptr);
     EXPECT_THROW(late->appendChild(late), _com_error);
     for (const int depth : {3, -1, 100})
       insertTabs(late, depth);
     appendNewline(late);
     EXPECT_EQ(static_cast<const char *>(late->Gettext()), "\n\t\t\t\n\n" + std::string(100, '\t') + "\n");
-    EXPECT_THROW(insertTabs(nullptr, 1), _com_error);
     return S_OK;
   }
 };

@@ -1,125 +1,155 @@
-#include "tests/document_support.h"
+#include "tests/test_support.h"
 #include "tests/xml/sample_records.h"
 
 namespace {
 
-/// Text, tag and flag in one line.
-template <class Value>
-std::string state(const Value &value) {
-  const CXMLPersistent &base = value;
-  return static_cast<const char *>(value) + std::string("|") + static_cast<const char *>(base.GetTag()) + "|" +
-         std::to_string(base.GetModified());
-}
+constexpr const char *kNull = nullptr;
+
+struct State {
+  explicit State(const CXMLPersistent &value) : text(value), tag(value.GetTag()), flag(value.GetModified()) {}
+  CString text;
+  CString tag;
+  int flag;
+};
 
 template <class Value, class... Arguments>
-std::string init(Arguments... arguments) {
+State init(Arguments... arguments) {
   Value value;
   value.Init(arguments...);
-  return state(value) + " ";
+  return State(value);
 }
 
 template <class Value>
-std::string assign(auto text) {
+State assign(auto text) {
   Value value;
   value = text;
-  return state(value) + " ";
+  return State(value);
 }
 
-TEST(XmlPersistent, InitAndAssignment) {
+TEST(XmlPersistent, InitAndAssignmentSetTextTagAndFlag) {
   using Attribute = CXMLAttribute;
   using Element = CXMLElement;
   using Bool = CXMLBoolAttribute;
   using Hex = CXMLHexElement;
-  constexpr const char *kNull = nullptr;
-  EXPECT_EQ(state(CXMLPersistent()) + " " + state(Hex()), "Unassigned|Undefined|0 0xFFFF|Undefined|0");
-  EXPECT_EQ(init<Attribute>("T", "x") + init<Attribute>("T", kNull), "x|T|0 Unassigned|T|0 ");
-  EXPECT_EQ(init<Element>(kNull, "x") + init<Element>("T", -7), "x|Unassigned|0 -7|T|1 ");
-  EXPECT_EQ(init<Attribute>("T", 0) + init<Attribute>("T", "0"), "Unassigned|T|0 0|T|0 ");
-  EXPECT_EQ(init<Bool>("T", true) + init<Bool>(kNull, false), "TRUE|T|1 FALSE|Unassigned|1 ");
-  EXPECT_EQ(init<Bool>("T", "maybe") + init<Hex>("T", kNull), "maybe|T|0 Unassigned|T|0 ");
-  EXPECT_EQ(init<Hex>("T", 0) + init<Hex>("T", 255) + init<Hex>("T", -1), "0x0|T|1 0xFF|T|1 0xFFFFFFFF|T|1 ");
-  EXPECT_EQ(init<Hex>("T", "0xFFFF") + assign<Attribute>("Unassigned"), "0xFFFF|T|0 Unassigned|Undefined|0 ");
-  EXPECT_EQ(assign<Attribute>("unassigned") + assign<Element>(kNull), "unassigned|Undefined|1 |Undefined|1 ");
-  EXPECT_EQ(assign<Attribute>(0) + assign<Hex>("0"), "0|Undefined|1 0x0|Undefined|1 ");
-  EXPECT_EQ(assign<Hex>("255") + assign<Hex>(4096), "255|Undefined|1 0x1000|Undefined|1 ");
-  EXPECT_EQ(assign<Bool>(false) + assign<Bool>("?"), "FALSE|Undefined|1 ?|Undefined|1 ");
-  Element own;
+  enum Flag { kUnmodified = 0, kModified = 1 };
+  const struct {
+    const char *call;
+    State made;
+    const char *text;
+    const char *tag;
+    Flag flag;
+  } rows[] = {
+      {"constructor", State(CXMLPersistent()), "Unassigned", "Undefined", kUnmodified},
+      {"constructor of a hexadecimal value", State(Hex()), "0xFFFF", "Undefined", kUnmodified},
+      // Init with a text leaves the flag alone, with a number or a truth value it sets it.
+      {"Init(text)", init<Attribute>("T", "x"), "x", "T", kUnmodified},
+      {"Init(null)", init<Attribute>("T", kNull), "Unassigned", "T", kUnmodified},
+      {"Init without a tag", init<Element>(kNull, "x"), "x", "Unassigned", kUnmodified},
+      {"Init(-7)", init<Element>("T", -7), "-7", "T", kModified},
+      {"Init(0), which is a null text", init<Attribute>("T", 0), "Unassigned", "T", kUnmodified},
+      {"Init(true)", init<Bool>("T", true), "TRUE", "T", kModified},
+      {"Init(false)", init<Bool>(kNull, false), "FALSE", "Unassigned", kModified},
+      {"Init(text) of a truth value", init<Bool>("T", "maybe"), "maybe", "T", kUnmodified},
+      {"Init(null) of a hexadecimal value", init<Hex>("T", kNull), "Unassigned", "T", kUnmodified},
+      {"Init(0) of a hexadecimal value", init<Hex>("T", 0), "0x0", "T", kModified},
+      {"Init(-1) of a hexadecimal value", init<Hex>("T", -1), "0xFFFFFFFF", "T", kModified},
+      // An assignment of the same text changes nothing.
+      {"= the same text", assign<Attribute>("Unassigned"), "Unassigned", "Undefined", kUnmodified},
+      {"= the text in another case", assign<Attribute>("unassigned"), "unassigned", "Undefined", kModified},
+      {"= null", assign<Element>(kNull), "", "Undefined", kModified},
+      {"= 0", assign<Attribute>(0), "0", "Undefined", kModified},
+      {"= \"0\" of a hexadecimal value", assign<Hex>("0"), "0x0", "Undefined", kModified},
+      {"= \"255\" of a hexadecimal value", assign<Hex>("255"), "255", "Undefined", kModified},
+      {"= 4096 of a hexadecimal value", assign<Hex>(4096), "0x1000", "Undefined", kModified},
+      {"= false", assign<Bool>(false), "FALSE", "Undefined", kModified},
+      {"= a text, of a truth value", assign<Bool>("?"), "?", "Undefined", kModified},
+  };
+  for (const auto &row : rows) {
+    SCOPED_TRACE(row.call);
+    EXPECT_STREQ(row.made.text, row.text);
+    EXPECT_STREQ(row.made.tag, row.tag);
+    EXPECT_EQ(row.made.flag, row.flag);
+  }
+  CXMLElement own;
   own = static_cast<const char *>(own) + 2;
-  EXPECT_EQ(state(own), "assigned|Undefined|1") << "a part of its own text";
+  EXPECT_STREQ(own, "assigned") << "a part of its own text";
 }
 
-TEST(XmlPersistent, Copies) {
-  CXMLAttribute source;
+TEST(XmlPersistent, ACopyTakesTextAndTagAndItsFlagWhereTheTextDiffers) {
+  CXMLAttribute source, target;
   source.Init("S", "text");
-  CXMLAttribute target;
   target.Init("T", "text");
   target = source;
-  EXPECT_EQ(state(target), "text|S|0") << "equal texts";
+  EXPECT_STREQ(target.GetTag(), "S");
+  EXPECT_EQ(std::as_const(target).GetModified(), 0) << "equal texts";
   source = "other";
-  target = source;
-  EXPECT_EQ(state(target), "other|S|1") << "different texts";
-  EXPECT_EQ(state(CXMLAttribute(source)), "other|S|1");
   source.PutTag(CString());
   target = source;
-  EXPECT_EQ(state(target), "other|S|1") << "an empty tag";
-  EXPECT_EQ(state(CXMLAttribute(source)), "other|Undefined|1");
+  EXPECT_STREQ(target, "other");
+  EXPECT_STREQ(target.GetTag(), "S") << "an empty tag is not taken";
+  EXPECT_EQ(std::as_const(target).GetModified(), 1) << "different texts";
+  const CXMLAttribute copy(source);
+  EXPECT_STREQ(copy, "other");
+  EXPECT_STREQ(copy.GetTag(), "Undefined");
   CString tag("tag");
-  EXPECT_EQ(state(CXMLPersistent(tag)), "Unassigned|tag|0");
+  EXPECT_STREQ(CXMLPersistent(tag).GetTag(), "tag");
   EXPECT_FALSE(source.isFolder());
 }
 
 TEST(XmlPersistent, ConversionToNumber) {
   CXMLElement value;
   value.PutTag(CString("T"));
-  support::checkRows(2, "0x1F 31 017 15 ~12 12 - 0 -5 -5 0xffff 65535 99999999999 2147483647 -99999999999 -2147483648",
-                     [&](const support::Cells &row) { return IntToCString(static_cast<int>(value = row[0])); });
-  for (const char *text : {"Unassigned", "12 ", "12kHz", "0x", "1.5", "089"}) {
+  const std::pair<const char *, int> rows[] = {
+      {"0x1F", 31},
+      // A number past the range gives its limit.
+      {"017", 15},
+      {" 12", 12},
+      {"", 0},
+      {"-5", -5},
+      {"99999999999", 2147483647},
+      {"-99999999999", -2147483647 - 1},
+  };
+  for (const auto &[text, number] : rows)
+    EXPECT_EQ(static_cast<int>(value = text), number) << text;
+  for (const char *text : {"Unassigned", "12 ", "0x", "1.5", "089"}) {
     value = text;
     EXPECT_EQ(support::thrownMessage([&] { static_cast<void>(static_cast<int>(value)); }),
               "Unexpected non-numeric value found in XML data (Error accessing XML tag: T Value: '" +
                   std::string(text) + "') [KRX#101]");
     EXPECT_STREQ(value, text);
   }
-  EXPECT_EQ(static_cast<int>(CXMLHexElement()), 65535);
 }
 
 TEST(XmlPersistent, ConversionToTruth) {
-  CXMLBoolAttribute value;
-  support::checkRows(2, "TRUE 11 true 11 False 0 FALSE 0", [&](const support::Cells &row) {
-    value = row[0];
-    return IntToCString(static_cast<int>(value) + (!value ? 10 : 0));
-  });
-  for (const char *text : {"Unassigned", "1", "YES", "", " TRUE"}) {
-    value = text;
-    EXPECT_NE(support::thrownMessage([&] { static_cast<void>(!value); }).find("Value: '" + std::string(text) + "'"),
-              std::string::npos)
-        << text;
-  }
-}
-
-TEST(XmlPersistent, ATruthValueOfAConstRecordIsRead) {
   sample::Item item;
   const sample::Item &constant = item;
-  item.Flag = TRUE;
-  EXPECT_STREQ(item.Flag, "TRUE");
-  EXPECT_TRUE(constant.Flag ? true : false);
-  item.Flag = FALSE;
-  EXPECT_STREQ(item.Flag, "FALSE");
-  const bool value = constant.Flag;
-  EXPECT_FALSE(value);
-  EXPECT_FALSE(constant.Flag ? true : false);
-  EXPECT_FALSE(!constant.Flag) << "as it is without const";
-  item.Flag = "maybe";
-  EXPECT_NE(support::thrownMessage([&] { static_cast<void>(constant.Flag ? 1 : 0); }), "");
-  EXPECT_TRUE(constant.Flag == "maybe");
+  for (const char *text : {"TRUE", "true"}) {
+    item.Flag = text;
+    EXPECT_TRUE(static_cast<int>(item.Flag)) << text;
+    EXPECT_TRUE(constant.Flag ? true : false) << text;
+  }
+  for (const char *text : {"FALSE", "False"}) {
+    item.Flag = text;
+    EXPECT_FALSE(static_cast<int>(item.Flag)) << text;
+    EXPECT_FALSE(constant.Flag ? true : false) << text;
+    EXPECT_FALSE(!constant.Flag) << text << ", as it is without const";
+  }
+  for (const std::string text : {"Unassigned", "1", "YES", "", " TRUE"}) {
+    item.Flag = text.c_str();
+    const std::string message = support::thrownMessage([&] { static_cast<void>(!item.Flag); });
+    EXPECT_NE(message.find("Value: '" + text + "'"), std::string::npos) << message;
+    EXPECT_EQ(support::thrownMessage([&] { static_cast<void>(constant.Flag ? 1 : 0); }), message);
+  }
 }
 
 template <class Value>
 concept LetsInitOut = requires(Value value) {
   value.Init();
 };
-static_assert(!LetsInitOut<CXMLAttribute> && !LetsInitOut<CXMLBoolAttribute>);
-static_assert(!LetsInitOut<CXMLElement> && !LetsInitOut<CXMLHexElement>);
+static_assert(!LetsInitOut<CXMLAttribute>);
+static_assert(!LetsInitOut<CXMLBoolAttribute>);
+static_assert(!LetsInitOut<CXMLElement>);
+static_assert(!LetsInitOut<CXMLHexElement>);
 static_assert(LetsInitOut<CXMLFolder>);
 
 TEST(XmlPersistent, HexWarningGoesToTheDebugChannel) {
@@ -134,14 +164,27 @@ TEST(XmlPersistent, HexWarningGoesToTheDebugChannel) {
 }
 
 TEST(XmlDom, TextConversions) {
-  const auto join = [](auto convert, auto... values) { return (CString() + ... + (convert(values) + " ")); };
-  EXPECT_STREQ(join(IntToCString, -12, 0), "-12 0 ");
-  EXPECT_STREQ(join(IntToHexStr, 0, -1), "0x0 0xFFFFFFFF ");
-  EXPECT_STREQ(join(IntToHexStrNoX, 0, 5, 256), "00 05 100 ");
-  EXPECT_STREQ(join(HexStrToIntStr, "FF", "0xFF", "  0x1g", "xyz", "FFFFFFFF"), "255 255 1 0 -1 ");
-  EXPECT_STREQ(join(IntStrToHexStr, "255", "-1x", "none", "99999999999"), "0xFF 0xFFFFFFFF 0x0 0x7FFFFFFF ");
-  EXPECT_STREQ(BSTRtoCString(CStringToBSTR("Größe €")), "Größe €");
-  EXPECT_EQ(std::wstring(CStringToBSTR("ß€")), L"ß€");
+  const struct {
+    const char *call;
+    CString result;
+    const char *expected;
+  } rows[] = {
+      {"IntToCString(-12)", IntToCString(-12), "-12"},
+      {"IntToHexStr(0)", IntToHexStr(0), "0x0"},
+      {"IntToHexStr(-1)", IntToHexStr(-1), "0xFFFFFFFF"},
+      {"IntToHexStrNoX(5)", IntToHexStrNoX(5), "05"},
+      {"IntToHexStrNoX(256)", IntToHexStrNoX(256), "100"},
+      {"HexStrToIntStr(0xFF)", HexStrToIntStr("0xFF"), "255"},
+      {"HexStrToIntStr(  1g)", HexStrToIntStr("  1g"), "1"},
+      {"HexStrToIntStr(xyz)", HexStrToIntStr("xyz"), "0"},
+      {"HexStrToIntStr(FFFFFFFF)", HexStrToIntStr("FFFFFFFF"), "-1"},
+      {"IntStrToHexStr(-1x)", IntStrToHexStr("-1x"), "0xFFFFFFFF"},
+      {"IntStrToHexStr(none)", IntStrToHexStr("none"), "0x0"},
+      {"IntStrToHexStr(99999999999)", IntStrToHexStr("99999999999"), "0x7FFFFFFF"},
+      {"both ways", BSTRtoCString(CStringToBSTR("Größe €")), "Größe €"},
+  };
+  for (const auto &row : rows)
+    EXPECT_STREQ(row.result, row.expected) << row.call;
 }
 
 } // namespace
