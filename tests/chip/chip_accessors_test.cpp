@@ -52,13 +52,10 @@ TEST(ChipAccessors, ReadNumbersInTheFormOfTheirMember) {
       {"010", 8, 8, 8, 10, 10},
       {"0x1F", 31, 31, 31, kThrows, 31},
       {"-1", -1, -1, 4294967295, -1, -1},
-      {"4294967295", 2147483647, -1, 4294967295, -1, 4294967295},
       {"99999999999", 2147483647, -1, 4294967295, -1, 99999999999},
       {"", 0, 0, 0, 0, 0},
       {"0.5", kThrows, kThrows, kThrows, kThrows, 0.5},
-      {"1e4", kThrows, kThrows, kThrows, kThrows, 10000},
       {"12 ", kThrows, kThrows, kThrows, kThrows, kThrows},
-      {"2x", kThrows, kThrows, kThrows, kThrows, kThrows},
   };
   for (const auto &row : rows) {
     const double expected[] = {row.bySigned, row.byUnsignedAsInt, row.byUnsigned, row.byDecimal, row.byDouble};
@@ -95,18 +92,16 @@ protected:
 
 /// Whether a search stops at an item whose text is no number.
 template <class Search>
-bool throws(Search search) {
-  return !support::thrownMessage(search).empty();
+bool stops(Search search) {
+  return support::throws<CKRXException>(search);
 }
 
 TEST_F(ChipSearches, Clocks) {
   CClocks &clocks = *schemes[0]->Clocks();
   EXPECT_STREQ(keyOf(clocks.Find(10000.0)), "1e4");
-  EXPECT_STREQ(keyOf(clocks.Find(5000.0)), "5000");
-  EXPECT_TRUE(throws([&] { clocks.Find(20000.0); }));
+  EXPECT_TRUE(stops([&] { clocks.Find(20000.0); }));
   EXPECT_STREQ(keyOf(clocks.FindByDisplay("10MHz")), "1e4");
   EXPECT_STREQ(keyOf(clocks.FindByDisplay("10 mhz")), "none");
-  EXPECT_STREQ(keyOf(clocks.FindByDisplay("20 ")), "20000");
   EXPECT_STREQ(keyOf(clocks.FindByDisplay("1/2")), "5000") << "the first of that name, however deep";
   EXPECT_STREQ(keyOf(clocks.FindByDisplay(nullptr)), "none");
   EXPECT_STREQ(keyOf(clocks.FindByEncoding("a1")), "1e4");
@@ -117,9 +112,8 @@ TEST_F(ChipSearches, Clocks) {
 TEST_F(ChipSearches, Multipliers) {
   CMultipliers &multipliers = *(*schemes[0]->Clocks())[1]->Multipliers();
   EXPECT_STREQ(keyOf(multipliers.Find(0.5 + 2e-16)), "0.5");
-  EXPECT_TRUE(throws([&] { multipliers.Find(0.5 + 3e-16); }));
+  EXPECT_TRUE(stops([&] { multipliers.Find(0.5 + 3e-16); }));
   EXPECT_STREQ(keyOf(multipliers.FindByDisplay("o d d")), "?");
-  EXPECT_STREQ(keyOf(multipliers.FindByDisplay("ODD")), "none");
   EXPECT_STREQ(keyOf(multipliers.FindByEncoding(" x")), "0.5");
   EXPECT_STREQ(keyOf(multipliers.FindByEncoding("X")), "none");
 }
@@ -127,11 +121,11 @@ TEST_F(ChipSearches, Multipliers) {
 TEST_F(ChipSearches, Oscillators) {
   COscillators &oscillators = *(*schemes[0]->Clocks())[0]->Oscillators();
   EXPECT_STREQ(keyOf(oscillators.Find(4)), "4");
-  EXPECT_TRUE(throws([&] { oscillators.Find(7); }));
+  EXPECT_TRUE(stops([&] { oscillators.Find(7); }));
   EXPECT_STREQ(keyOf(oscillators.Find("o s c3")), "3") << "case does not count";
   EXPECT_STREQ(keyOf(oscillators.Find("osc2")), "none");
   EXPECT_STREQ(keyOf(oscillators.FindByEncoding(5)), "3");
-  EXPECT_TRUE(throws([&] { oscillators.FindByEncoding(7); }));
+  EXPECT_TRUE(stops([&] { oscillators.FindByEncoding(7); }));
 }
 
 TEST_F(ChipSearches, EmptyOscillatorsActAsOne) {
@@ -155,8 +149,6 @@ TEST_F(ChipSearches, PairsOfClockAndMultiplier) {
   EXPECT_TRUE(schemes.FindByDisplay(16, "10 MHz", "1 / 2", &clock, &multiplier));
   EXPECT_STREQ(keyOf(clock), "1e4");
   EXPECT_STREQ(keyOf(multiplier), "1");
-  EXPECT_TRUE(schemes.FindByDisplay(16, "1/2", "1/2", &clock, &multiplier));
-  EXPECT_STREQ(keyOf(multiplier), "0.5") << "only the multipliers of that clock";
   EXPECT_FALSE(schemes.FindByDisplay(16, "10 MHz", "odd", &clock, &multiplier));
   EXPECT_STREQ(keyOf(clock), "1e4");
   EXPECT_EQ(multiplier, nullptr);
@@ -168,14 +160,14 @@ TEST_F(ChipSearches, PairsOfClockAndMultiplier) {
   EXPECT_STREQ(keyOf(multiplier), "0.5");
   EXPECT_TRUE(schemes.FindByValue(16, 10000, 2, &clock, &multiplier));
   EXPECT_STREQ(keyOf(multiplier), "2");
-  EXPECT_TRUE(throws([&] { schemes.FindByValue(16, 5000, 8, &clock, &multiplier); }));
+  EXPECT_TRUE(stops([&] { schemes.FindByValue(16, 5000, 8, &clock, &multiplier); }));
   EXPECT_STREQ(keyOf(clock), "5000") << "written before the multipliers are looked at";
 }
 
 TEST_F(ChipSearches, Schemes) {
   ASSERT_EQ(schemes.Count(), 4) << "an item without key attribute is passed over";
   EXPECT_STREQ(keyOf(schemes.Find(16)), "0x10");
-  EXPECT_TRUE(throws([&] { schemes.Find(3); }));
+  EXPECT_TRUE(stops([&] { schemes.Find(3); }));
   EXPECT_STREQ(schemes[1]->Description(), "deep");
   schemes.Delete("two");
   CClock *clock = nullptr;

@@ -26,10 +26,8 @@ TEST(KrxException, MessageNamesTextModuleAndSubCode) {
       {Exception(new CKRXException(101, "abc")), "Unexpected non-numeric value found in XML data (abc) [KRX#101]", 101},
       {Exception(new CKRXException(126, "unused")), "File not named before save [KRX#126]", 126},
       {Exception(new CKRXException(42, 124)), "File not found [KRX#42]", 42},
-      {Exception(new CKRXException(0, 124)), "File not found [KRX]", 0},
       {Exception(new CKRXException(7, 101, "x")), "Unexpected non-numeric value found in XML data (x) [KRX#7]", 7},
       {Exception(new CKRXException(7, 115)), " [KRX#7]", 7},
-      {Exception(new CKRXException(200, "x")), " [KRX#200]", 200},
   };
   for (const auto &row : rows) {
     EXPECT_STREQ(row.exception->GetFormattedMessage(), row.message);

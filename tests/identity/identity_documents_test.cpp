@@ -60,10 +60,8 @@ TEST(SpidData, CopiesHoldAllLists) {
   source.ManufacturerIDs.Add("a", "1");
   source.DeviceSubClasses.Add("c", "3");
   source.ChannelTypes.Add("d", "4");
+  support::expectCopies(source);
   CSpidData2 copy(source);
-  const CSpidData2 &self = copy;
-  copy = self;
-  EXPECT_EQ(save(copy), kSecond);
   EXPECT_EQ(firstLists(copy), "a/Dummy/c/d");
 }
 
@@ -76,17 +74,12 @@ TEST(KestruneUI, TextsAreKeptToTheCharacterAndCopied) {
   document.Contents.CreationDate = 7;
   EXPECT_EQ(save(document), file("Unassigned"));
   EXPECT_STREQ(document.UIInfo, "UIInfo");
-  for (const std::string speeds : {" 10 MHz;\n20?", "", "9"}) {
+  for (const std::string speeds : {" 10 MHz;\n20?", ""}) {
     EXPECT_EQ(load(document, file(speeds)), S_OK);
     EXPECT_EQ(load(document, "<KestruneUI><UIInfo/></KestruneUI>"), KRX_S_NO_ELEMENT);
-    CKestruneUI copy(document);
-    const CKestruneUI &self = copy;
-    copy = self;
-    EXPECT_EQ(save(copy), file(speeds)) << "what a file lacks stays";
+    EXPECT_EQ(save(document), file(speeds)) << "what a file lacks stays";
+    support::expectCopies(document);
   }
-  document.Init();
-  document.Contents.CreationDate = 7;
-  EXPECT_EQ(save(document), file("Unassigned"));
 }
 
 struct SampleInstallation : support::NameTest {};

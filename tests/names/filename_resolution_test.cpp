@@ -32,42 +32,27 @@ TEST_F(FilenameResolutionTest, GetAbsolute) {
   const Resolution rows[] = {
       {R"($StdTypes$\x)", kNone, R"(C:\Kestrune\Types\x)"},
       // A name without a folder of its own lies below the default folder.
-      {R"(x)", "$StdTypes$", R"(C:\Kestrune\Types\x)"},
       {R"(x.xml)", kNone, R"(D:\w\x.xml)"},
-      {R"(x)", "", R"(D:\w\x)"},
       {R"(.\x)", R"(E:\y)", R"(E:\y\x)"},
-      {R"(x)", R"(.\E:\y)", R"(E:\y\x)"},
-      {R"(x)", R"(\sub\)", R"(D:\sub\x)"},
-      {R"(x)", R"(.\sub)", R"(D:\w\sub\x)"},
       {R"(..\x)", kNone, R"(D:\x)"},
       {R"(a/b)", kNone, R"(D:\w\a\b)"},
-      {R"(C:\a\..\b)", kNone, R"(C:\b)"},
       // A root, a drive and a network name leave the default folder out.
       {R"(\x)", R"(E:\y)", R"(D:\x)"},
-      {R"(\\srv\s\x)", R"(E:\y)", R"(\\srv\s\x)"},
       {R"(C:x)", R"(E:\y)", R"(C:\x)"},
       {R"(d:x)", R"(E:\y)", R"(D:\w\x)"},
-      {R"(Q:x)", kNone, R"(Q:\x)"},
-      {R"(1:x)", R"(E:\y)", R"(D:\w\1:x)"},
       // An empty name is the folder itself.
       {R"()", "$StdTypes$", "$StdTypes$"},
       {R"(.\)", "E:/y", R"(E:\y)"},
       {R"()", kNone, ""},
       // A macro without a value counts as missing.
       {R"($kNone$\x)", kNone, R"(D:\x)"},
-      {R"($kNone$x)", R"(E:\y)", R"(E:\y\x)"},
-      {R"($kNone$)", R"(E:\y)", R"(E:\y)"},
       {R"($kDir$\x)", kNone, R"(D:\w\E:\y\x)"},
-      {R"(x)", "$kDir$", R"(D:\w\E:\y\x)"},
       {R"($rel$\x)", R"(E:\)", R"(E:\sub\x)"},
       // A host path counts as its drive form.
-      {R"($host$/x)", kNone, R"(E:\y\x)"},
       {R"(x)", "$host$", R"(E:\y\x)"},
-      {R"(/none/x)", R"(E:\y)", R"(Z:\none\x)"},
       {R"(//srv/s/x)", kNone, R"(\\srv\s\x)"},
       {host + "/x", kNone, R"(E:\y\x)"},
       {R"(x)", host.c_str(), R"(E:\y\x)"},
-      {R"()", host.c_str(), R"(E:\y)"},
   };
   for (const Resolution &row : rows)
     expectResolved(row, &CFilename::GetAbsolute);
@@ -75,21 +60,6 @@ TEST_F(FilenameResolutionTest, GetAbsolute) {
   CFilename out("before");
   EXPECT_FALSE(CFilename("x").GetAbsolute(out, nullptr)) << "a directory of more than 254 bytes";
   EXPECT_STREQ(out, "before");
-}
-
-TEST_F(FilenameResolutionTest, PrefixGoesBeforeTheName) {
-  const struct {
-    const char *name, *prefix, *result;
-  } rows[] = {
-      {R"()", R"(a/b)", R"(a\b)"},
-      // One separator stands between them.
-      {R"(x/y)", R"(a/b)", R"(a/b\x/y)"},
-      {R"(\x)", R"(a\)", R"(a\x)"},
-      {R"(x)", R"(a\)", R"(a\x)"},
-      {R"(x)", R"()", R"(\x)"},
-  };
-  for (const auto &row : rows)
-    EXPECT_STREQ(NameProbe(row.name).Prefix(row.prefix), row.result) << row.prefix << " before " << row.name;
 }
 
 TEST_F(FilenameResolutionTest, GetRelative) {
@@ -100,25 +70,15 @@ TEST_F(FilenameResolutionTest, GetRelative) {
       {R"(C:\Kestrune\Types\Vorlan.xml)", kNone, "$STDVORLANTYP$"},
       // Without a folder near it the longest macro fits.
       {R"(C:\KESTRUNE\types\o.xml)", "", R"($STDTYPES$\o.xml)"},
-      {R"(C:\Kestrune\Images\a.bmp)", kNone, R"($STDIMAGES$\a.bmp)"},
       {R"(x\c:\kestrune\A)", kNone, R"(x\$KESTRUNE$\A)"},
-      {R"(C:\Kestrune\Images\a)", "$StdXcvrTyp$", R"($STDIMAGES$\a)"},
-      {R"(E:\x.xml)", kNone, R"(E:\x.xml)"},
-      {R"(x\$StdTypes$)", kNone, R"(x\$STDTYPES$)"},
       {R"($StdTypes$\a/b.xml)", R"(D:\proj)", R"($StdTypes$\a\b.xml)"},
       // Below the base, and beside it.
       {R"(D:\proj\a\B.xml)", R"(d:\PROJ)", R"(a\B.xml)"},
       {R"(D:\p\\a\..\b)", R"(D:\p)", R"(a\..\b)"},
-      {R"(D:\p\)", R"(D:\p)", ""},
-      {R"(D:\p\s)", R"(D:\p\s)", R"(D:\p\s)"},
       {R"(D:\proj\other\x)", "D:\\proj/sub", R"(..\other\x)"},
       {R"(D:\x.xml)", R"(D:\proj)", R"(D:\x.xml)"},
-      {R"(D:\other\x)", R"(D:\proj\sub)", R"(D:\other\x)"},
       {R"(D:\project\x)", R"(D:\proj)", R"(D:\project\x)"},
-      {R"(\a\b)", R"(\c)", R"(\a\b)"},
-      {R"(C:\Kestrune\Types\a)", "$StdTypes$", "a"},
       {R"(C:\Kestrune\a)", "$StdTypes$", R"(..\a)"},
-      {R"()", R"(D:\proj)", ""},
       // A relative form of a host path leads back to its file.
       {host + "/a.xml", kNone, R"(E:\x\a.xml)"},
       {host + "/a.xml", host.c_str(), "a.xml"},
@@ -143,8 +103,6 @@ TEST_F(FilenameResolutionTest, TryToFitTakesALongerValueOnly) {
       {"$StdTypes$", 11, R"($StdTypes$\x)", 17},
       {"$empty$", -1, "before", -1},
       {"$bad$", -1, "before", -1},
-      {"$none$", -1, "before", -1},
-      {nullptr, -1, "before", -1},
   };
   for (const auto &row : rows) {
     CFilename source(R"(C:\KESTRUNE\Types\x)"), out("before");
@@ -167,32 +125,20 @@ TEST_F(FilenameResolutionTest, FilesAreFoundAlongASearchPath) {
       {R"(a.xml)", kNone, R"(D:\w\a.xml)"},
       // Segments that are `.` and `..` are cleaned, those that begin with a dot are not.
       {R"(..\w\.\a.xml)", kNone, R"(D:\w\a.xml)"},
-      {R"(D:\..\w)", kNone, R"(D:\w)"},
       {R"(sub\.cfg\..\x.xml)", kNone, R"(D:\w\sub\x.xml)"},
       {R"(sub\.cfg\a.xml)", kNone, R"(D:\w\sub\.cfg\a.xml)"},
-      {R"(D:\w\..)", kNone, R"(D:)"},
       {R"()", kNone, R"(D:\w\)"},
-      {R"(e:\y\X.xml)", kNone, R"(e:\y\X.xml)"},
       {R"(E:y\x.xml)", kNone, R"(E:\y\x.xml)"},
-      {R"(\w\a.xml)", kNone, R"(D:\w\a.xml)"},
       {host, kNone, R"(E:\y\x.xml)"},
-      {R"(none)", kNone, kNone},
       {R"(Q:x)", kNone, kNone},
       {R"(\\w\a.xml)", kNone, kNone},
-      {R"($StdTypes$)", kNone, kNone},
       // The current directory comes first, and an empty folder ends the path.
       {R"(a.xml)", R"(E:\y)", R"(D:\w\a.xml)"},
-      {R"(x.xml)", R"(sub;E:\y)", R"(D:\w\sub\x.xml)"},
       {R"(x.xml)", R"(E:/y;sub)", R"(E:\y\x.xml)"},
-      {R"(x.xml)", R"($StdTypes$;E:y)", R"(E:\y\x.xml)"},
-      {R"(y\x.xml)", R"(C:\;E:\)", R"(E:\y\x.xml)"},
       {R"(only)", R"(C:\;;E:\y)", kNone},
-      {R"(none)", R"(C:\;E:\y;sub)", kNone},
       // What says itself where it lies is not searched for.
-      {R"(.\only)", R"(E:\y\)", kNone},
       {R"(\only)", R"(E:\y)", kNone},
       {R"(E:only)", R"(E:\y)", kNone},
-      {host, R"(sub)", R"(E:\y\x.xml)"},
   };
   for (const auto &row : rows) {
     SCOPED_TRACE(testing::Message() << row.name << " along " << testing::PrintToString(row.path));
@@ -213,14 +159,8 @@ TEST_F(FilenameResolutionTest, ItemsOfASearchPath) {
     int index;
     const char *item;
   } rows[] = {
-      {"a;b;c", 0, "a"},
       // Outside there is none.
-      {"a;b;c", 2, "c"},
-      {"a;b;c", 3, ""},
-      {"a;;c", 1, ""},
-      {"a;;c", 2, "c"},
-      {" a ;", 0, " a "},
-      {"a", -1, ""},
+      {"a;b;c", 2, "c"}, {"a;b;c", 3, ""}, {"a;;c", 1, ""}, {" a ;", 0, " a "}, {"a", -1, ""},
   };
   for (const auto &row : rows)
     EXPECT_STREQ(GetSearchPathItem(row.path, row.index), row.item) << row.path << " " << row.index;
@@ -237,7 +177,6 @@ TEST_F(FilenameResolutionTest, NamesRelativeToASearchPath) {
       {R"(C:\a\b\c.xml)", R"(C:\a;;C:\a\b)", R"(b\c.xml)"},
       {R"(C:\a\b)", R"(C:\a\b;C:\a\)", R"(C:\a\b)"},
       {R"(C:\ab\c/d)", R"(C:\a;C:)", R"(ab\c\d)"},
-      {R"(C:\a/b)", "", R"(C:\a/b)"},
   };
   for (const auto &row : rows)
     EXPECT_STREQ(CFilename(row.name).GetRelativePathName(row.path), row.result) << row.name << " in " << row.path;
@@ -252,10 +191,8 @@ TEST_F(FilenameResolutionTest, SmooshShortensForDisplay) {
       {R"(C:\aaaa\bbbb\cccc\file.txt)", 26, R"(C:\aaaa\bbbb\cccc\file.txt)"},
       // Folders go from the left.
       {R"(C:\aaaa\bbbb\cccc\file.txt)", 25, R"(C:\...\bbbb\cccc\file.txt)"},
-      {R"(C:\aaaa\bbbb\cccc\file.txt)", 24, R"(C:\...\cccc\file.txt)"},
       {R"(C:\aaaa\bbbb\cccc\file.txt)", 15, R"(C:\...\file.txt)"},
       {R"(C:\aaaa\bbbb\cccc\file.txt)", 14, "file.txt"},
-      {R"(C:\aaaa\bbbb\cccc\file.txt)", -1, "file.txt"},
       {R"(C:\...\b\c)", 9, R"(C:\...\c)"},
       {R"(éé\bbbbbbbb\c)", 11, R"(éé...\c)"},
   };

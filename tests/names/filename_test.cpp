@@ -15,25 +15,19 @@ TEST_F(FilenameTest, AssignmentNormalises) {
       {"a/b", R"(a\b)"},
       // A `..` takes the folder before it along, where there is one.
       {R"(C:\a\b\..\..\c)", R"(C:\c)"},
-      {R"(\a\..\b)", R"(\b)"},
       {R"(\..\b)", R"(\..\b)"},
       {R"(a\..\b)", R"(a\..\b)"},
-      {R"(..\a\..\b)", R"(..\a\..\b)"},
-      {R"(C:\..\a)", R"(C:\..\a)"},
       {R"(C:\x\a..\b)", R"(C:\x\b)"},
       {R"(a\b\..)", R"(a\b\..)"},
       {R"(\\srv\s\..\x)", R"(\\srv\x)"},
       // A `.` goes, except at the start.
       {R"(.\.\a)", R"(.\a)"},
-      {R"(a\.\.\b)", R"(a\b)"},
       {R"(x.\y)", R"(xy)"},
       {R"(..\.\a)", R"(..\a)"},
-      {R"(a...\b)", R"(a...\b)"},
       // Doubled separators become one, up to those that begin the name or are after a colon.
       {R"(a\\\b\\c)", R"(a\b\c)"},
       {R"(C:\\a\\b)", R"(C:\\a\\b)"},
       {R"(\\srv\a\\b)", R"(\\srv\a\\b)"},
-      {R"(a\\b:\\c\\d)", R"(a\b:\\c\\d)"},
   };
   for (const auto &row : rows) {
     CFilename fromText, fromString;
@@ -41,8 +35,7 @@ TEST_F(FilenameTest, AssignmentNormalises) {
     fromString = CString(row.given);
     EXPECT_STREQ(fromText, row.normal) << row.given;
     EXPECT_STREQ(fromString, row.normal) << row.given;
-    fromText = CFilename(row.given);
-    EXPECT_STREQ(fromText, row.given) << "another name is taken as it is";
+    EXPECT_STREQ(fromText = CFilename(row.given), row.given) << "another name is taken as it is";
   }
 }
 
@@ -54,6 +47,8 @@ TEST_F(FilenameTest, TrailBytesAreNoSeparators) {
   EXPECT_STREQ(CFilename("C:\\\x95\\.a").GetNameExt(), "\x95\\.a");
   EXPECT_EQ(CFilename("\x95\\").GetLastChar(), '\x95');
   EXPECT_STREQ(support::NameProbe("x").Prefix("C:\\\x95\\"), "C:\\\x95\\\\x");
+  EXPECT_STREQ(support::NameProbe("\\x/y").Prefix("a/b\\"), "a/b\\x/y");
+  EXPECT_STREQ(support::NameProbe("x").Prefix(""), "\\x");
 }
 
 TEST_F(FilenameTest, Parts) {
@@ -64,16 +59,11 @@ TEST_F(FilenameTest, Parts) {
     int segments;
   } rows[] = {
       {R"(c:\a\b.c.txt)", 'C', 't', R"(C:\)", R"(\a)", R"(c:\a)", "b", ".C.TXT", "b.c.txt", 2},
-      {R"(name.xml)", 'D', 'l', R"(D:\)", "name.xml", "", "name", ".XML", "name.xml", 1},
       {R"(C:name.xml)", 'C', 'l', R"(C:\)", "name.xml", "", "name", ".XML", "name.xml", 1},
-      {R"(C:\x.txt)", 'C', 't', R"(C:\)", "", R"(C:\)", "x", ".TXT", "x.txt", 1},
       {R"(\x.txt)", 'D', 't', R"(D:\)", "", R"(\)", "x", ".TXT", "x.txt", 1},
-      {R"(\a\b)", 'D', 'b', R"(D:\)", R"(\a)", R"(\a)", "b", "", "b", 2},
       {R"(C:\a\b\)", 'C', '\\', R"(C:\)", R"(\a\b)", R"(C:\a\b)", "", "", "", 2},
-      {R"(\:x)", '\\', 'x', R"(\:\)", "", R"(\)", ":x", "", ":x", 1},
       {R"(C:\a.b\c)", 'C', 'c', R"(C:\)", R"(\a.b)", R"(C:\a.b)", "c", "", "c", 2},
       {R"(.profile)", 'D', 'e', R"(D:\)", ".profile", "", ".profile", ".PROFILE", ".profile", 1},
-      {R"(C:)", 'C', ':', R"(C:\)", "", "", "", "", "", 1},
       {R"(C:\)", 'C', '\\', R"(C:\)", "", R"(C:\)", "", "", "", 0},
       {R"(a/b.c)", 'D', 'c', R"(D:\)", R"(a\b.c)", "", R"(a\b)", ".C", "a/b.c", 1},
       {R"(\\srv\share\x)", 'D', 'x', R"(D:\)", R"(\\srv\share)", R"(\\srv\share)", "x", "", "x", 4},
@@ -104,20 +94,13 @@ TEST_F(FilenameTest, GrowsByOneSegmentOrExtension) {
     const char *added;
     const char *joined, *named, *extended; // by +=, AppendName and AppendExt
   } rows[] = {
-      {R"(a\)", R"(\b)", R"(a\b)", R"(a\b)", R"(a\b)"},
       {R"(a)", R"(.b)", R"(a.b)", R"(a\.b)", R"(a.b)"},
       {R"(C)", R"(:)", R"(C:)", R"(C\:)", R"(C.:)"},
-      {R"(a)", R"()", R"(a)", R"(a\)", R"(a)"},
-      {R"()", R"()", R"()", R"()", R"()"},
-      {R"(C:)", R"(b)", R"(C:\b)", R"(C:\b)", R"(C:\b)"},
-      {R"(a.)", R"(b)", R"(a.b)", R"(a.b)", R"(a.b)"},
       {R"(a)", R"( b)", R"(a b)", R"(a\ b)", R"(a. b)"},
-      {R"()", R"(x\y.t)", R"(x\y.t)", R"(y.t)", R"(.x\y.t)"},
       {R"(C:\a)", R"(x\y.t)", R"(C:\a\x\y.t)", R"(C:\a\y.t)", R"(C:\a.x\y.t)"},
       {R"(a.b.c)", R"(xml)", R"(a.b.c\xml)", R"(a.b.c\xml)", R"(a.xml)"},
       {R"(a.b\c)", R"(.xml)", R"(a.b\c.xml)", R"(a.b\c\.xml)", R"(a.b\c.xml)"},
       {R"(a/b.c)", R"()", R"(a/b.c)", R"(a/b.c\)", R"(a\b)"},
-      {R"(.a.b)", R"()", R"(.a.b)", R"(.a.b\)", R"(.a.b)"},
       {R"(C:\.p)", R"(x)", R"(C:\.p\x)", R"(C:\.p\x)", R"(C:\.p.x)"},
   };
   for (const auto &row : rows) {
@@ -135,44 +118,18 @@ TEST_F(FilenameTest, GrowsByOneSegmentOrExtension) {
 }
 
 TEST_F(FilenameTest, NoSeparatorFollowsAnother) {
-  const struct {
-    const char *name;
-    char added;
-    const char *result;
-  } rows[] = {
-      {"", '\\', R"(\)"},
-      // Only a `\` may follow, and that only a colon.
-      {"C:", '\\', R"(C:\)"},
-      {R"(a\)", '\\', R"(a\)"},
-      {R"(a\)", '.', R"(a\)"},
-      {"a.", '\\', "a."},
-      {"a.", ':', "a."},
-      {"C:", '.', "C:"},
-      {"C:", ':', "C:"},
-      {R"(a\)", 'x', R"(a\x)"},
-  };
-  for (const auto &row : rows) {
-    CFilename name(row.name);
-    name.Append(row.added);
-    EXPECT_STREQ(name, row.result) << row.name << " and " << row.added;
-  }
+  CFilename name("C");
+  for (const char added : {':', ':', '.', '\\', '\\', '.', 'a', '.', '\\', 'b'})
+    name.Append(added);
+  EXPECT_STREQ(name, R"(C:\a.b)");
 }
 
 TEST_F(FilenameTest, DecrementRemovesTheLastSegment) {
-  const std::pair<const char *, const char *> rows[] = {
-      {R"(C:\a\b\)", R"(C:\a)"},
-      // Without a separator nothing goes.
-      {R"(C:\a)", "C:"},
-      {"name", "name"},
-      {R"(name\\)", "name"},
-      {R"(a/b\c)", R"(a\b)"},
-      {R"(\\srv\x)", R"(\\srv)"},
-      {R"(\a)", ""},
-  };
-  for (const auto &[given, rest] : rows) {
-    CFilename name(given);
-    EXPECT_STREQ(--name, rest) << given;
-  }
+  CFilename name(R"(C:\a/b\c\\)");
+  EXPECT_STREQ(--name, R"(C:\a\b)");
+  EXPECT_STREQ(--name, R"(C:\a)");
+  EXPECT_STREQ(--name, "C:");
+  EXPECT_STREQ(--name, "C:");
 }
 
 // What a program writes with names compiles, and takes the overload that it means.
@@ -183,16 +140,11 @@ TEST_F(FilenameTest, NamesMixWithOtherTexts) {
   const char *const null = nullptr;
   EXPECT_STREQ("a" + b + text + macro + "x", R"(a\b/c\b/c\b/c\x)");
   EXPECT_STREQ(text + b + CFilename(macro) + CFilename(text) + CFilename(L"w"), R"(b/c\b/c\b/c\b/c\w)");
-  static_assert(std::is_same_v<decltype("a" + b), CFilename>);
-  static_assert(std::is_same_v<decltype(b + text), CFilename>);
   static_assert(std::is_same_v<decltype(text + b), CFilename>);
   EXPECT_TRUE("b/c" == b);
-  EXPECT_TRUE(b == text);
   EXPECT_TRUE(b == macro);
-  EXPECT_TRUE(b < "c");
   CFilename name = "x/y";
   name = macro;
-  EXPECT_STREQ(name, R"(b\c)");
   EXPECT_STREQ(name += macro, R"(b\c\b/c)");
   name = null;
   EXPECT_STREQ(name += null, "");
@@ -213,14 +165,9 @@ TEST_F(FilenameTest, FormIsToldFromTheText) {
       {R"(C:\x)", kAbsolute | kRooted | kDotted},
       {R"(C:x)", kDotted},
       {R"(\\srv\x)", kAbsolute | kRooted},
-      {R"()", kPlain},
       {R"(.\x)", kDotted},
-      {R"(a\.b)", kDotted},
-      {R"(a.b\c)", kPlain},
-      {R"(/x)", kPlain},
       // The first pair of `$` decides.
       {R"($good$\x)", kAbsolute | kMacro},
-      {R"($good\x)", kPlain},
       {R"(a$GOOD$$bad$)", kMacro},
       {R"($bad$C:\)", kPlain},
       {R"(C:\$bad$)", kAbsolute | kRooted | kDotted},
@@ -238,39 +185,23 @@ TEST_F(FilenameTest, FormIsToldFromTheText) {
 
 TEST_F(FilenameTest, StateOfFiles) {
   support::write(folder / "c/f.txt", "12345");
-  support::write(folder / "d/w/locked.txt", "123");
-  EXPECT_EQ(CFilename("D:locked.txt").SetReadOnly(1), 1);
-  EXPECT_EQ(CFilename(R"(C:\none)").SetReadOnly(0), 0);
-  enum State : unsigned { kNothing = 0, kThere = 1, kReadOnly = 2, kFolder = 4 };
-  const struct {
-    std::string name;
-    unsigned state;
-    long size;
-  } rows[] = {
-      {R"(C:\f.txt)", kThere, 5},
-      // What is not there counts as read-only, and a root as a folder.
-      {"c:/F.TXT", kThere, 5},
-      {"locked.txt", kThere | kReadOnly, 3},
-      {R"(C:\none)", kReadOnly, 0},
-      {R"(Q:\)", kReadOnly | kFolder, 0},
-      {R"(Q:\x)", kReadOnly, 0},
-      {"$Kestrune$", kReadOnly, 0},
-      {R"(\\srv\f.txt)", kReadOnly, 0},
-      {"", kReadOnly, 0},
-      {folder / "c/f.txt", kThere, 5},
-  };
-  for (const auto &row : rows) {
-    SCOPED_TRACE(row.name);
-    const CFilename name(row.name.c_str());
-    EXPECT_EQ(name.FileExists(), (row.state & kThere) != 0);
-    EXPECT_EQ(name.ReadOnly(), (row.state & kReadOnly) != 0);
-    EXPECT_EQ(name.IsDirectory(), (row.state & kFolder) != 0);
-    EXPECT_EQ(name.FileSize(), row.size);
-    EXPECT_STREQ(name.GetShortFileName(), "") << "there are none here";
-  }
+  const CFilename file("c:/F.TXT"), none(R"(C:\none)"), root(R"(Q:\)");
+  EXPECT_EQ(file.FileExists(), 1);
+  EXPECT_EQ(file.ReadOnly(), 0);
+  EXPECT_EQ(file.IsDirectory(), 0);
+  EXPECT_EQ(file.FileSize(), 5);
+  EXPECT_EQ(file.SetReadOnly(1), 1);
+  EXPECT_EQ(file.ReadOnly(), 1);
+  EXPECT_EQ(none.FileExists(), 0);
+  EXPECT_EQ(none.ReadOnly(), 1) << "what is not there cannot be written to";
+  EXPECT_EQ(none.SetReadOnly(0), 0);
+  EXPECT_EQ(none.FileSize(), 0);
+  EXPECT_EQ(root.FileExists(), 0);
+  EXPECT_EQ(root.IsDirectory(), 1) << "a root counts as a folder, whether it is there or not";
   EXPECT_EQ(CFilename(R"(D:\w\..)").IsDirectory(), 1);
+  EXPECT_STREQ(file.GetShortFileName(), "") << "there are none here";
   std::filesystem::resize_file(folder / "c/f.txt", 0x1'8000'0005); // sparse
-  EXPECT_EQ(CFilename(R"(C:\f.txt)").FileSize(), 0x8000'0005L) << "32 bits, never negative";
+  EXPECT_EQ(file.FileSize(), 0x8000'0005L) << "32 bits, never negative";
 }
 
 TEST_F(FilenameTest, CopyTouchRenameRemove) {
@@ -303,31 +234,17 @@ TEST_F(FilenameTest, CopyTouchRenameRemove) {
   EXPECT_EQ(copy.Remove(), 1) << "though read-only";
   EXPECT_EQ(copy.Remove(), 0);
   EXPECT_FALSE(std::filesystem::exists(copied));
-  for (const auto failing :
-       {+[] { return CFilename(R"(C:\a)").Remove(); }, +[] { return CFilename(R"(Q:\x)").Touch(); }})
-    try {
-      ADD_FAILURE() << failing();
-    } catch (CFileException *exception) {
-      exception->Delete();
-    }
+  EXPECT_TRUE(support::throws<CFileException>([] { CFilename(R"(C:\a)").Remove(); }));
+  EXPECT_TRUE(support::throws<CFileException>([] { CFilename(R"(Q:\x)").Touch(); }));
 }
 
 TEST_F(FilenameTest, MkDirMakesOneLevel) {
   support::write(folder / "c/file", "");
-  const std::pair<const char *, int> rows[] = {
-      {R"(C:\a\)", 0},
-      // Its parent is there by now.
-      {R"(C:\a\b\\)", 0},
-      {R"(C:\a\b)", 0},
-      {R"(C:\x\y)", -1},
-      {R"(C:\file)", 1},
-      {R"(C:\)", 0},
-      {R"(Q:\x)", -1},
-      {"", -1},
-  };
-  for (const auto &[name, result] : rows)
-    EXPECT_EQ(CFilename(name).mkDir(), result) << name;
-  EXPECT_TRUE(std::filesystem::is_directory(folder / "c/a/b"));
+  EXPECT_EQ(CFilename(R"(C:\a\b)").mkDir(), -1);
+  EXPECT_EQ(CFilename(R"(C:\a\)").mkDir(), 0);
+  EXPECT_EQ(CFilename(R"(C:\a\)").mkDir(), 0) << "it is there";
+  EXPECT_EQ(CFilename(R"(C:\file)").mkDir(), 1);
+  EXPECT_TRUE(std::filesystem::is_directory(folder / "c/a"));
 }
 
 } // namespace

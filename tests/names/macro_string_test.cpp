@@ -14,7 +14,7 @@ void expectExpansion(const std::string &text, const std::string &expected, bool 
 // A value may leave a `$` open that the text closes. Only the environment ignores blanks at the ends of a name, and a
 // macro that leads to nothing or back to itself does not stand in its way.
 TEST_F(MacroStringTest, ExpandsUpToTheFirstNameWithoutAValue) {
-  const support::Environment variable("kDir", R"(D:\y)"), empty("kEmpty", ""), missing("kNone", nullptr);
+  const support::Environment variable("kDir", R"(D:\y)"), missing("kNone", nullptr);
   const std::pair<const char *, const char *> values[] = {
       {"$one$", "1"},
       // Values that are complete, and some that are not.
@@ -22,10 +22,7 @@ TEST_F(MacroStringTest, ExpandsUpToTheFirstNameWithoutAValue) {
       {"$INNER$", "[$one$]"},
       {"$open$", "x$y"},
       {"$yz$", "closed"},
-      {"$$", "dollars"},
       {"$empty$", ""},
-      {"$a$", "$one$$b$"},
-      {"$b$", "$a$"},
       {"$self$", "s$self$"},
       {"$bad$", "a$kNone$b$one$"},
       {"$kDir$", "$kNone$"},
@@ -38,22 +35,16 @@ TEST_F(MacroStringTest, ExpandsUpToTheFirstNameWithoutAValue) {
     bool isComplete = true;
   } rows[] = {
       {"", ""},
-      {"a$b", "a$b"},
-      {R"($StdXcvrTyp$)", R"(C:\Kestrune\Types\StdXcvr.xml)"},
       {"$ONE$$one$-$one", "11-$one"},
       {"$outer$", "<[1]>1"},
       {"$open$", "x$y"},
       {"$open$z$$one$", "xclosed1"},
-      {"$$", "dollars"},
       // The rest stays as it is.
       {R"($kDir$\x)", R"(D:\y\x)", false},
       {R"($ kDir $\x$one$)", R"(D:\y\x$one$)", false},
-      {R"($kEmpty$\x)", R"(\x)", false},
       {R"(a$kNone$b$STD$c)", R"(ab$STD$c)", false},
       {"-$bad$-$one$", "--$one$", false},
       {"a$self$b", "ab", false},
-      {"a$a$b$one$", "ab$one$", false},
-      {"$one$$b$", "1", false},
   };
   for (const auto &row : rows)
     expectExpansion(row.text, row.expanded, row.isComplete);
@@ -65,13 +56,10 @@ TEST_F(MacroStringTest, ExpandsUpToTheFirstNameWithoutAValue) {
   } singles[] = {
       {"$OUTER$", 10, "<[1]>1"},
       // Without depth the value stays as it is stored.
-      {"$outer$", 1, "<[1]>1"},
       {"$outer$", 0, "<$Inner$>$one$"},
-      {"$bad$", 0, "a$kNone$b$one$"},
       {"$empty$", 10, ""},
       {"$bad$", 10, "ab$one$", false},
       {"$self$", 10, "s", false},
-      {"one", 10, "before", false},
       {"", 10, "before", false},
   };
   for (const auto &row : singles) {
@@ -79,9 +67,6 @@ TEST_F(MacroStringTest, ExpandsUpToTheFirstNameWithoutAValue) {
     EXPECT_EQ(macros.GetValue(row.name, value, row.depth), row.isFound) << row.name << " " << row.depth;
     EXPECT_STREQ(value, row.value) << row.name << " " << row.depth;
   }
-  CMacroString inPlace("<$one$>");
-  EXPECT_TRUE(inPlace.Explode(inPlace, 0));
-  EXPECT_STREQ(inPlace, "<1>");
 }
 
 TEST_F(MacroStringTest, ExpansionEndsInTimeAndRoom) {
@@ -125,22 +110,10 @@ TEST_F(MacroStringTest, TableKeepsTheOrderOfInsertion) {
   EXPECT_STREQ(macros.GetMacroName(16), "$IMG$");
   EXPECT_STREQ(macros.GetMacroValue(16), "");
   EXPECT_EQ(macros.GetMacroCount(), 17);
-  for (const int bad : {-1, 17})
-    try {
-      ADD_FAILURE() << macros.GetMacroValue(bad);
-    } catch (CInvalidArgException *exception) {
-      exception->Delete();
-    }
-}
-
-TEST_F(MacroStringTest, WideTextsAndCopiesDoNotFillTheTable) {
   NameProbe::oMacros.RemoveAll();
-  const CFilename wide(L"$STD$"), copy(wide);
-  EXPECT_EQ(copy.GetMacroCount(), 0);
-  EXPECT_EQ(CMacroString("x").GetMacroCount(), 16);
-  NameProbe::oMacros.RemoveAll();
-  CMacroString(L"").AddMacro("$ONLY$", "1");
-  EXPECT_EQ(CFilename().GetMacroCount(), 1);
+  EXPECT_EQ(CFilename(L"x").GetMacroCount(), 0) << "a wide text does not fill the table";
+  EXPECT_EQ(CFilename("x").GetMacroCount(), 16);
+  EXPECT_TRUE(support::throws<CInvalidArgException>([&] { macros.GetMacroValue(-1); }));
 }
 
 TEST_F(MacroStringTest, RegistryNamesTheFolders) {
@@ -153,7 +126,6 @@ TEST_F(MacroStringTest, RegistryNamesTheFolders) {
   } rows[] = {
       {path + R"("D:\\Net")", R"(D:\Net)", R"(D:\tk\Source\Templates\Hardware)"},
       {path + R"("d:Net")" + user + R"("E:/hw\\..\\x")", R"(d:Net)", R"(E:\x)"},
-      {path + R"("")", "", R"(D:\tk\Source\Templates\Hardware)"},
       {path + R"("/opt/net")", R"(Z:\opt\net)", R"(Z:\tk\Source\Templates\Hardware)"},
       {"", R"(C:\Kestrune)", R"(C:\tk\Source\Templates\Hardware)"},
   };

@@ -56,25 +56,15 @@ void failEachAllocation(Operation operation, Failed failed) {
 
 using MacroTable = support::NameTest;
 
-TEST_F(MacroTable, AnswersAsAWalkAfterADerivedClassHasChangedIt) {
-  const std::string longName = "$A_NAME_OF_MORE_THAN_FIFTEEN_BYTES$";
-  for (int i = 0; i < 100; ++i)
-    macros.AddMacro(("$M" + std::to_string(i) + "$").c_str(), longName.c_str());
-  Table::oMacros[20].name = "$m90$"; // before the first of that name
-  Table::oMacros[30].name = longName.c_str();
-  Table::oMacros[99].name = "";
-  EXPECT_EQ(macros.FindMacro("$M90$"), 20);
-  EXPECT_EQ(macros.FindMacro("$M4$"), -1);
-  EXPECT_EQ(macros.FindMacro("$a_name_of_more_than_fifteen_bytes$"), 30);
-  EXPECT_EQ(macros.FindMacro("$A_NAME_OF_MORE_THAN_FIFTEEN_BYTEZ$"), -1);
-  EXPECT_EQ(macros.FindMacro(""), 99);
-
-  Table::oMacros.RemoveAt(20);
-  Table::CMacro added("$M200$", "");
-  Table::oMacros.Add(added); // the same count
-  EXPECT_EQ(macros.FindMacro("$M90$"), 105);
-  EXPECT_EQ(macros.FindMacro("$m200$"), 115);
-
+TEST_F(MacroTable, FindsTheFirstEntryOfAName) {
+  macros.AddMacro("$M90$", "");
+  macros.AddMacro("$M91$", "");
+  Table::oMacros[5].name = "$m91$"; // as a derived class may change it
+  Table::oMacros[6].name = "";
+  EXPECT_EQ(macros.FindMacro("$M91$"), 5);
+  EXPECT_EQ(macros.FindMacro("$M90$"), 16);
+  EXPECT_EQ(macros.FindMacro("$M9$"), -1);
+  EXPECT_EQ(macros.FindMacro(""), 6);
   const support::CodePage page(932);
   Table::oMacros[0].name = "$\x83\x41$"; // the trail byte looks like an A
   EXPECT_EQ(macros.FindMacro("$\x83\x41$"), 0);
@@ -95,12 +85,10 @@ TEST_F(MacroTable, AFailedFillIsTriedAgain) {
 TEST_F(MacroTable, SetupInAFilledTableAddsEachDefaultMacro) {
   macros.AddMacro("$own$", "1");
   macros.AddMacro("$IMG$", "2");
-  Table derived(L"");
-  derived.SetupDefaultMacros();
+  macros.SetupDefaultMacros();
   EXPECT_EQ(macros.FindMacro("$own$"), 0);
   EXPECT_EQ(macros.FindMacro("$Kestrune$"), 1);
-  EXPECT_EQ(macros.FindMacro("$IMG$"), 9);
-  EXPECT_EQ(macros.GetMacroValue(9), "$StdImages$");
+  EXPECT_STREQ(macros.GetMacroValue(9), "$StdImages$");
   EXPECT_EQ(macros.GetMacroCount(), 17);
 }
 

@@ -32,15 +32,12 @@ TEST(MessageBoxTest, WithoutATerminalTheDefaultButtonAnswers) {
   } rows[] = {
       {MB_OK, IDOK},
       // The buttons of each kind, in their order.
-      {MB_OKCANCEL, IDOK},
       {MB_OKCANCEL | kSecond, IDCANCEL},
       {MB_ABORTRETRYIGNORE, IDABORT},
       {MB_ABORTRETRYIGNORE | kSecond, IDRETRY},
       {MB_ABORTRETRYIGNORE | kThird, IDIGNORE},
       {MB_YESNOCANCEL | kSecond, IDNO},
-      {MB_YESNOCANCEL | kThird, IDCANCEL},
       {MB_YESNO | kSecond | kIcon, IDNO},
-      {MB_RETRYCANCEL, IDRETRY},
       // A default button that is not there is the first.
       {MB_OK | kSecond, IDOK},
       {MB_YESNO | kFourth, IDYES},

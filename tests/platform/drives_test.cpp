@@ -40,17 +40,9 @@ TEST_F(DrivesTest, AHostPathTakesTheDriveWithTheLongestFolder) {
     const char *windowsForm;
   } rows[] = {
       {"", "/a//./b/../c/", R"(C:\a\c\)"},
-      // Nothing is above the root.
-      {"", "/../a", R"(C:\a)"},
-      {"D=T/d", "T/d", R"(D:\)"},
-      {"D=T/d", "T/d/x", R"(D:\x)"},
-      {"D=T/d", "T/D", R"(C:T\D)"},
       {"D=T/d", "T/dd/x", R"(C:T\dd\x)"},
-      {"D=T/d", "T/d/../x", R"(C:T\x)"},
       {"D=T/d;E=T/d/e", "T/d/e/x", R"(E:\x)"},
       {"D=T/q/../d/.", "T/d/x", R"(D:\x)"},
-      {"D=T/d;D=T/e", "T/e/x", R"(D:\x)"},
-      {"d=T/d", "T/d/x", R"(D:\x)"},
       // C wins a tie, and Z is always the root.
       {"A=T/d;C=T/d;D=T/d", "T/d/x", R"(C:\x)"},
       {"C=T/d", "/home/me", R"(Z:\home\me)"},
@@ -78,7 +70,6 @@ TEST_F(DrivesTest, TheCurrentDirectoryIsOnTheDriveWithTheLongestFolder) {
       {"", "T/d", 'C', R"(C:T\d\x)", R"(D:\x)"},
       // Of another drive than the current one the root is current.
       {"D=T/d", "T", 'C', R"(C:T\x)", R"(D:\x)"},
-      {"D=T/d", "T/d/e", 'D', R"(D:\e\x)", R"(D:\e\x)"},
       {"D=T/d;E=T/d/e", "T/d/e", 'E', R"(E:\x)", R"(D:\x)"},
       {"D=T/d;C=T/d", "T/d", 'C', R"(C:\x)", R"(D:\x)"},
       {"D=T/link", "T/d/e", 'D', R"(D:\e\x)", R"(D:\e\x)"},
@@ -114,16 +105,13 @@ TEST_F(DrivesTest, NamesLeadToFiles) {
     const char *name;
     const char *file; // empty for none
   } rows[] = {
-      {"d:/A.XML", "d/a.xml"},
       // A drive has nothing above its folder.
       {R"(..\..\..\a.xml)", "d/a.xml"},
-      {R"(\a.xml)", "d/a.xml"},
       {"T/d/../A.xml", "a.xml"},
       {"E:a.xml", "a.xml"},
       // `sub` is there as it stands, so `Sub` is not looked at.
       {R"(D:\sub\file.xml)", ""},
       {R"(D:\SUB\FILE.xml)", "d/Sub/File.XML"},
-      {R"(D:\SUB2\X)", "d/sub2/x"},
       {R"(D:\sub2x)", "d/SUB2X"},
       // Of two names in another case the first by its bytes is taken.
       {R"(D:\e\b.xml)", "d/e/B.xml"},
@@ -133,10 +121,7 @@ TEST_F(DrivesTest, NamesLeadToFiles) {
       {R"(D:\INé\x)", "d/iné/x"},
       {R"(D:\inÉ\x)", ""},
       {R"(D:\x:y)", "d/x:y"},
-      {R"(D:\a.xml\)", ""},
       {R"(D:\dangling.xml)", ""},
-      {R"(\\d\a.xml)", ""},
-      {"//T/a.xml", ""},
       {"Q:a.xml", ""},
   };
   // What a file holds is its own path, so its size tells which it is.

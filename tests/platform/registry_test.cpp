@@ -54,7 +54,6 @@ protected:
 
 TEST_F(RegistryTest, FilesInEachEncoding) {
   const Row rows[] = {
-      {"the newer format", kHead + kKey + kNet},
       {"the older format", kOld + kKey + kNet},
       {"UTF-8 with a mark", "\xEF\xBB\xBF" + kKey + kNet},
       {"UTF-16", utf16(kHead + kKey + kNet)},
@@ -62,7 +61,6 @@ TEST_F(RegistryTest, FilesInEachEncoding) {
       {"UTF-16 with half a character", utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x"},
       {"UTF-16 with a pair", utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s), "\xF0\x9F\x98\x80"},
       {"nothing", "", kNone},
-      {"a mark alone", "\xFF\xFE", kNone},
       {"a byte that is no UTF-8", kKey + kName + "\"\xE9\"\n", kNone},
   };
   for (const Row &row : rows)
@@ -73,21 +71,16 @@ TEST_F(RegistryTest, KeysAndTheirRemoval) {
   const Row rows[] = {
       {"names in another case", "[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\""},
       {"a comment behind the key", kRoot + "\\Kestrune] ; ]\n" + kNet},
-      {"removal of another key", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kes]"},
       {"removal of a key below", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]"},
       {"removal", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n", kNone},
       {"removal of a key above", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]\n" + kName + "\"x\"", kNone},
       {"a key below", kKey + kRoot + "\\Kestrune\\x]\n" + kNet, kNone},
-      {"a key above", kKey + "[HKEY_LOCAL_MACHINE]\n" + kNet, kNone},
       {"the other root", "[HKEY_CURRENT_USER\\SOFTWARE\\Kestrune]\n" + kNet, kNone},
       {"a longer name", kRoot + "\\Kestrune]x]\n" + kNet, kNone},
-      {"no names", "[]\n[-]\n[\n" + kNet, kNone},
       // The 32-bit view counts where the key itself is not there.
       {"the 32-bit view", kWow + kNet},
       {"both views", kWow + kName + "\"x\"\n" + kKey + kNet},
-      {"both views, one removed", kKey + kName + "\"x\"\n" + kWow + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]"},
       {"the 32-bit view and an empty key", kWow + kNet + kKey, kNone},
-      {"the 32-bit view and a key below", kWow + kNet + kRoot + "\\Kestrune\\x]", kNone},
   };
   for (const Row &row : rows)
     EXPECT_EQ(folderFrom(row.bytes), row.folder) << row.what;
@@ -98,25 +91,19 @@ TEST_F(RegistryTest, ValuesInEachForm) {
   const Row rows[] = {
       {"damaged lines after it", kKey + kNet + kName + "\"x\n" + kName + "hex\n" + kName},
       {"an odd digit after it", kKey + kNet + kName + "hex:44,4g\n"},
-      {"three digits after it", kKey + kNet + kName + "hex:445\n"},
       {"no digit after it", kKey + kNet + kName + "hex:44,,45\n"},
-      {"the last of two", kKey + kName + "\"x\"\n" + kNet},
-      {"no closing quote", kKey + kName + "\"D:\\\\Net\r\n", kNone},
       {"more behind it", kKey + kName + "\"D:\\\\Net\"x\r\n", kNone},
       {"removal", kKey + kNet + kName + "-\r\n", kNone},
       {"other names", kKey + "@=\"d\"\n\"Kestrune\"=\"x\"\n\"Kestrune Path2\"=\"x\"\n", kNone},
       {"a number", kKey + kNet + kName + "dword:00000041\n", kNone},
       {"a longer number", kKey + kNet + kName + "hex(b):41,00,00,00,00,00,00,00\n", kNone},
-      {"comments", "; c\n" + kKey + ";" + kNet + "  \"Kestrune Path\"=\"a\" ; b \"\n; " + kNet, "a"},
       {"escapes, and `\\` that are none", kKey + kName + R"("\"D:\new\\\"")", R"("D:\new\")"},
       {"a text up to a zero", kKey + kName + "\"ab\0cd\"\n"s, "ab"},
       {"the longest text", kKey + kName + "\"" + longest + "\"", longest},
       {"a longer text", kKey + kName + "\"" + longest + "x\"", kNone},
       {"wide bytes", kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00 , e9,00,0,0,41,00\r\n", "D:\\\xC3\xA9"},
       {"wide bytes, the last one half", kKey + kName + "hex(1):41,00,42\n", "A"},
-      {"wide bytes of a list", kKey + kName + "hex(7):44,00,00,00,45,00\n", "D"},
       {"bytes", kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n", "D:\\N"},
-      {"no bytes", kKey + kName + "hex:\n", ""},
       {"bytes of the older format", kOld + kKey + kName + "hex(2):44,3a,5c,4e,00,4f\n", "D:\\N"},
   };
   for (const Row &row : rows)
@@ -128,10 +115,8 @@ TEST_F(RegistryTest, TextsComeInTheCodePage) {
   const Row rows[] = {
       {"UTF-8", kKey + kName + "\"\xE8\xA1\xA8\\\\x\"", "\x95\\\\x"},
       {"UTF-8 that the page lacks", kKey + kName + "\"\xC3\xA9\"", "?"},
-      {"bytes of the page", kKey + kName + "\"\x95\\\\\\x\"", "\x95\\\\x"},
       {"older format", kOld + kKey + kName + "\"\x95\\\\\\x\"", "\x95\\\\x"},
       {"older format, bytes that would be UTF-8", kOld + kKey + kName + "\"\xC3\xA9\"", "\xC3\xA9"},
-      {"older format with a mark", "\xEF\xBB\xBF" + kOld + kKey + kName + "\"\xE8\xA1\xA8\"", "\x95\\"},
       {"hex(2)", kHead + kKey + kName + "hex(2):68,88", "\x95\\"},
       {"hex(2) in the older format", kOld + kKey + kName + "hex(2):95,5c", "\x95\\"},
   };

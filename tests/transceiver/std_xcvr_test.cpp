@@ -39,7 +39,7 @@ struct StdXcvr3 : support::NameTest {
 
 TEST_F(StdXcvr3, MergeAddsWhatTheListDoesNotHave) {
   const std::string none, broken = "<StdXcvr>";
-  const std::string a = fileOf({{"A", "1"}}), ab = fileOf({{"A", "1"}, {"B", "2"}}), b = fileOf({{"B", "2"}});
+  const std::string a = fileOf({{"A", "1"}}), ab = fileOf({{"A", "1"}, {"B", "2"}});
   const std::string bad = fileOf({{"A", "1"}, {"B", "!"}, {"C", "3"}});
   const struct {
     const char *what;
@@ -59,7 +59,6 @@ TEST_F(StdXcvr3, MergeAddsWhatTheListDoesNotHave) {
       {"a known name before a number is looked for", fileOf({{"A", "!"}}), a, S_OK, "A"},
       {"an empty user's file", a, fileOf({}), KRX_S_EMPTY_COLLECTION, "A"},
       {"no standard file", none, fileOf({{"B", "2"}, {"C", "3"}}), S_OK, "B,C", true},
-      {"a broken standard file", broken, b, S_OK, "B", true},
       {"a broken user's file", a, broken, KRX_E_UNEXPECTED_DATA, "A"},
       {"none at all", none, none, KRX_E_FILE_NOT_FOUND, "", true},
   };
@@ -83,7 +82,6 @@ TEST_F(StdXcvr3, AMergeEndsAtATextThatIsNoNumber) {
     const char *items;
   } rows[] = {
       {"of the user's", a, fileOf({{"B", "2"}, {"C", "3x"}, {"D", "4"}}), "'3x'", "A,B"},
-      {"none", a, fileOf({{"B", "2"}, {"C", nullptr}, {"D", "4"}}), "'Unassigned'", "A,B"},
       {"of the user's, with a known name", a, fileOf({{"a", "?"}, {"D", "4"}}), "'?'", "A"},
       {"in the list, reached", bad, fileOf({{"D", "1"}, {"E", "3"}}), "'!'", "A,B,C"},
   };
@@ -104,13 +102,10 @@ TEST_F(StdXcvr3, AMergedDocumentIsSavedInOne) {
   write(folder / "d/x/UserXcvr.xml", user);
   CStdXcvr3 document;
   CStdXcvr first;
-  CStdXcvr2 second;
   EXPECT_EQ(document.LoadFromFile(kFile, nullptr), S_OK);
   EXPECT_EQ(first.LoadFromFile(kFile), S_OK);
-  EXPECT_EQ(second.LoadFromFile(kFile), S_OK);
   EXPECT_EQ(keys(document.Transceivers3), "A") << "the form with two arguments merges nothing";
   EXPECT_EQ(keys(first.Transceivers), "A") << "nor do the older versions";
-  EXPECT_EQ(keys(second.Transceivers2), "A");
   for (int time = 0; time < 2; ++time) // the second load begins anew
     EXPECT_EQ(document.LoadFromFile(kFile), S_OK);
   EXPECT_EQ(document.SaveToFile(nullptr, nullptr, true), S_OK);
@@ -127,7 +122,7 @@ TEST_F(StdXcvr3, AMergedDocumentIsSavedInOne) {
 TEST_F(StdXcvr3, WhereTheUserFileIsLookedFor) {
   macros.AddMacro("$FOLDER$", "D:\\x");
   macros.AddMacro("$FILE$", kFile);
-  for (const char *name : {"d/x/StdXcvr.xml", "d/x/userxcvr.xml", "d/w/StdXcvr.xml", "d/x/old.UserXcvr.xml"})
+  for (const char *name : {"d/x/StdXcvr.xml", "d/x/userxcvr.xml", "d/w/StdXcvr.xml"})
     put(name, {{"A", "1"}});
   for (const char *name : {"d/x/UserXcvr.xml", "d/x/UserXcvr", "d/x/UserXcvr.old.xml"})
     put(name, {{"X", "2"}});
@@ -139,19 +134,15 @@ TEST_F(StdXcvr3, WhereTheUserFileIsLookedFor) {
       {R"(..\x\StdXcvr.xml)", "A,X"},
       // A relative name with `/` is made absolute first.
       {"./../x/StdXcvr.xml", "A,X"},
-      {"D:/x/StdXcvr.xml", "A,X"},
       {"StdXcvr.xml", "A,W"},
       {folder / "d/x/StdXcvr.xml", "A,X"},
       {R"(D:\x\userxcvr.xml)", "A,X"},
-      {R"(D:\x\old.UserXcvr.xml)", "A,X"},
       // A name that is a macro has no folder of its own.
       {"$FILE$", "A,W"},
-      {R"($FOLDER$\StdXcvr.xml)", "A"},
       {"$FOLDER$/StdXcvr.xml", "A"},
       // The user's own file merges nothing.
       {R"(..\x\UserXcvr)", "X"},
       {R"(D:\x\UserXcvr.old.xml)", "X"},
-      {folder / "d/x/UserXcvr.old.xml", "X"},
       {"", "W"},
   };
   for (const auto &row : rows) {
@@ -184,8 +175,6 @@ TEST_F(StdXcvr3, ReplacementFile) {
     expectLoaded(variable, "A,X", kFile);
   for (const char *const variable : {"E:\\types", "E:\\types\\", host.c_str()})
     expectLoaded(variable, "R,U", "E:\\types\\stdxcvr.xml");
-  put("d/t/stdxcvr.xml", {{"T", "1"}});
-  expectLoaded("./../t", "T", "D:\\t\\stdxcvr.xml");
   macros.AddMacro("$pfdt$", "E:\\types");
   expectLoaded("E:\\y", "R,U", "E:\\types\\stdxcvr.xml");
 }
@@ -214,15 +203,11 @@ TEST_F(StdXcvr3, CopiesHoldAllLists) {
   CStdXcvr3 source;
   source.Transceivers.Add("a");
   source.Transceivers2.Add("Dummy");
-  source.Transceivers2.Add("b");
   source.Transceivers3.Add("c")->SchedulerMode = "4";
+  support::expectCopies(source);
   CStdXcvr3 copy(source);
-  const CStdXcvr3 &self = copy;
-  copy = self;
   EXPECT_EQ(keys(copy.Transceivers), "a");
-  EXPECT_EQ(keys(copy.Transceivers2), "Dummy,b");
-  EXPECT_EQ(keys(copy.Transceivers3), "c");
-  EXPECT_EQ(support::save(copy), support::save(source));
+  EXPECT_EQ(keys(copy.Transceivers2), "Dummy");
 }
 
 TEST(StdXcvrSample, ComesOutAsItWentInAndMerges) {

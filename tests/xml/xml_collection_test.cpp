@@ -164,7 +164,7 @@ TEST(XmlCollection, AListThatChangesWhileItIsLoadedKnowsItsKeys) {
       // Equal keys are refused again after a copy, which takes all.
       {{"a", "b", "copy", "copied", "a", "copy"}, "copied,copy"},
       {{"a", "b", "c", "delete a", "b", "c", "a", "A"}, "b,c,delete a,a"},
-      {{"a", "rename a", "a", "n"}, "n,rename a,a"},
+      {{"a", "rename a", "a", "A"}, "n,rename a,a"},
       {{"a", "unnamed", "UNNAMED", "Unassigned", "unassigned"}, "a,unnamed,Unassigned"},
   };
   for (const auto &row : rows) {
@@ -221,18 +221,15 @@ TEST(XmlCollection, SavesItemsInOrderUnderTheItemTag) {
   EXPECT_TRUE(save(again).ends_with("\t<Items>\n\t</Items>\n</Root>\n"));
 }
 
-TEST(XmlFileNames, ListOfFileNames) {
+TEST(XmlFileNames, AreKeyedByNameAndHoldFlags) {
   CXMLFileNames names;
-  CXMLFileName *const name = names.Add("a.xml");
-  ASSERT_NE(name, nullptr);
+  ASSERT_NE(names.Add("a.xml"), nullptr);
   EXPECT_EQ(names.Add("A.XML"), nullptr);
-  name->OptionFlags = 3;
-  CXMLFileNames copy(names);
-  EXPECT_STREQ(copy.Find("A.xml")->OptionFlags, "0x3");
-  EXPECT_NE(save(copy).find("\t\t<PFXMLFileName Name=\"a.xml\">\n\t\t\t<OptionFlags>0x3<"), std::string::npos);
-  const CXMLFileName other("Tag", "File");
-  EXPECT_STREQ(other.GetTag(), "Tag");
-  EXPECT_STREQ(other.Name.GetTag(), "File");
+  names[0]->OptionFlags = 3;
+  support::expectCopies(names);
+  EXPECT_NE(save(names).find("\t\t<PFXMLFileName Name=\"a.xml\">\n\t\t\t<OptionFlags>0x3<"), std::string::npos);
+  EXPECT_STREQ(CXMLFileName("Tag", "File").GetTag(), "Tag");
+  EXPECT_STREQ(CXMLFileName("Tag", "File").Name.GetTag(), "File");
 }
 
 } // namespace

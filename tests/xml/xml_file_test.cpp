@@ -33,13 +33,9 @@ TEST_F(XmlFile, AFailedLoadKeepsTheItemsAndReportsItsCause) {
   } rows[] = {
       {m_folder / "none.xml", KRX_E_FILE_NOT_FOUND},
       {m_folder.path(), KRX_E_FILE_NOT_FOUND},
-      {"C:\\", KRX_E_FILE_NOT_FOUND},
       {"Q:\\a.xml", KRX_E_FILE_NOT_FOUND},
-      {"\\\\server\\share\\a.xml", KRX_E_FILE_NOT_FOUND},
-      {write("empty.xml", ""), KRX_E_UNEXPECTED_DATA, kIsOpened},
       {write("noroot.xml", "<?xml version='1.0'?><!-- -->"), KRX_E_UNEXPECTED_DATA, kIsOpened},
       {write("malformed.xml", "<Root><Items></Root>"), KRX_E_UNEXPECTED_DATA, kIsOpened},
-      {write("bytes.xml", "<Root>\xFF</Root>"), KRX_E_UNEXPECTED_DATA, kIsOpened},
       {write("zero.xml", std::string_view("<Root>\0</Root>", 14)), KRX_E_UNEXPECTED_DATA, kIsOpened},
       {write("wrong.xml", "<Other><Items><Item Name='new'/></Items></Other>"), KRX_E_WRONG_ROOT_TAG, kIsOpened},
   };
@@ -51,23 +47,6 @@ TEST_F(XmlFile, AFailedLoadKeepsTheItemsAndReportsItsCause) {
     EXPECT_EQ(support::keys(document.List), "kept");
     EXPECT_EQ(document.GetModified() == 0, row.isOpened);
     EXPECT_STREQ(document.m_fileName, row.path.c_str());
-  }
-}
-
-TEST_F(XmlFile, LoadReportsWhatIsMissingOrThereTwice) {
-  const struct {
-    const char *text;
-    long result;
-  } rows[] = {
-      {"<Root/>", S_OK},
-      {"<ROOT><Contents Format='2'/></ROOT>", KRX_S_NO_ELEMENT},
-      {"<Root><Items/></Root>", KRX_S_EMPTY_COLLECTION},
-      {"<Root><Items><Item Name='a'/><Item Name='a'/></Items></Root>", KRX_E_DUPLICATE_KEY},
-  };
-  for (const auto &row : rows) {
-    Document document;
-    EXPECT_EQ(load(document, write("a.xml", row.text)), row.result) << row.text;
-    EXPECT_EQ(document.GetModified(), 0) << row.text;
   }
 }
 
@@ -99,19 +78,15 @@ TEST_F(XmlFile, EveryFormOfANameLeadsToTheFile) {
   CMacroString().AddMacro("$XMLFILETEST$", m_folder.path().c_str());
   const support::CurrentDirectory directory(m_folder.path());
   const support::Environment drives("KESTRUNE_DRIVES", ("T=" + m_folder.path().string()).c_str());
-  std::string windows = m_folder / "Types/sub/Data.xml";
-  std::replace(windows.begin(), windows.end(), '/', '\\');
   const struct {
     std::string name;
     std::string base;
   } rows[] = {
       {m_folder / "Types/sub/Data.xml", ""},
-      {"Z:" + windows, ""},
       {"C:" + (m_folder / "Types/sub/Data.xml"), ""},
       {"t:types\\SUB\\data.XML", ""},
       {"\\Types\\sub\\Data.xml", ""},
       {"$xmlfiletest$\\Types\\sub\\Data.xml", ""},
-      {"Types/sub/../sub/Data.xml", ""},
       {"Data.xml", m_folder / "Types/sub"},
       {"sub\\Data.xml", "$XMLFILETEST$\\Types"},
   };
@@ -140,7 +115,6 @@ TEST_F(XmlFile, AFailedSaveLeavesTheOldFile) {
     bool overwrite = true;
   } rows[] = {
       {normal, KRX_E_WRITE_PROTECTED, "x", kKeep},
-      {m_folder.path(), KRX_E_WRITE_PROTECTED, "x", kKeep},
       {m_folder.path(), KRX_E_SAVE_FAILED},
       {readOnly, KRX_E_SAVE_FAILED},
       {m_folder / "file/sub/a.xml", KRX_E_SAVE_FAILED},
@@ -148,8 +122,6 @@ TEST_F(XmlFile, AFailedSaveLeavesTheOldFile) {
       // No characters of XML, or no UTF-8.
       {normal, KRX_E_SAVE_FAILED, "a\x01"},
       {normal, KRX_E_SAVE_FAILED, "\xC3("},
-      {normal, KRX_E_SAVE_FAILED, "\xC0\x80"},
-      {normal, KRX_E_SAVE_FAILED, "\xED\xA0\x80"},
       {normal, KRX_E_SAVE_FAILED, "\xEF\xBF\xBF"},
   };
   for (const auto &row : rows) {
@@ -161,12 +133,10 @@ TEST_F(XmlFile, AFailedSaveLeavesTheOldFile) {
     EXPECT_EQ(support::read(normal), old);
     EXPECT_EQ(support::read(readOnly), old);
   }
-  for (const char *tag : {"", "a b", "1a", "a&", "\xC2\xAD"}) {
-    Document document;
-    document.List.Add("a")->Text.PutTag(CString(tag));
-    EXPECT_EQ(save(document, m_folder / "name.xml"), KRX_E_SAVE_FAILED) << tag;
-    EXPECT_FALSE(fs::exists(m_folder / "name.xml")) << tag;
-  }
+  Document document;
+  document.List.Add("a")->Text.PutTag(CString("a b")); // no name of XML
+  EXPECT_EQ(save(document, m_folder / "name.xml"), KRX_E_SAVE_FAILED);
+  EXPECT_FALSE(fs::exists(m_folder / "name.xml"));
 }
 
 TEST_F(XmlFile, ComIsNeededByTheThread) {
@@ -229,17 +199,10 @@ TEST_F(XmlFile, FailuresOfTheTreeAreCodesAndOtherExceptionsPassThrough) {
 
 TEST_F(XmlFile, UpgradeStatusIsANumber) {
   CXMLContents contents;
-  const std::pair<const char *, unsigned> rows[] = {
-      {"0x10", 16},
-      // Octal too, and a negative one wraps.
-      {"", 0},
-      {"-1", 4294967295},
-      {"010", 8},
-  };
-  for (const auto &[text, status] : rows) {
-    contents.UpgradeStatus = text;
-    EXPECT_EQ(contents.getUpgradeStatus(), status) << text;
-  }
+  contents.UpgradeStatus = "0x10";
+  EXPECT_EQ(contents.getUpgradeStatus(), 16u);
+  contents.UpgradeStatus = "";
+  EXPECT_EQ(contents.getUpgradeStatus(), 0u);
   contents.setUpgradeStatus(3000000000u);
   EXPECT_STREQ(contents.UpgradeStatus, "-1294967296");
   EXPECT_EQ(contents.getUpgradeStatus(), 3000000000u);
