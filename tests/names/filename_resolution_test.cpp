@@ -2,25 +2,22 @@
 
 namespace {
 
-using support::NameProbe;
 using FilenameResolutionTest = support::NameTest;
 
-constexpr const char *kNone = nullptr;
-
-struct Resolution {
-  std::string name;
-  const char *base; // the default folder, or the folder that the result is relative to
-  const char *result;
-};
-
-/// Resolves with one name for the result and again in place, which must give the same.
-void expectResolved(const Resolution &row, bool (CFilename::*resolve)(CFilename &, const char *) const) {
-  SCOPED_TRACE(testing::Message() << row.name << " with " << testing::PrintToString(row.base));
-  CFilename name(row.name.c_str()), out("before");
-  EXPECT_TRUE((name.*resolve)(out, row.base));
-  EXPECT_STREQ(out, row.result);
-  EXPECT_TRUE((name.*resolve)(name, row.base));
-  EXPECT_STREQ(name, row.result);
+/// What a resolution gives, with one name for the result and again in place, which must be the same.
+CFilename resolved(bool (CFilename::*resolve)(CFilename &, const char *) const, const std::string &text,
+                   const char *folder) {
+  CFilename name(text.c_str()), out("before");
+  EXPECT_TRUE((name.*resolve)(out, folder));
+  EXPECT_TRUE((name.*resolve)(name, folder));
+  EXPECT_STREQ(name, out);
+  return out;
+}
+CFilename absolute(const std::string &name, const char *defaultFolder = nullptr) {
+  return resolved(&CFilename::GetAbsolute, name, defaultFolder);
+}
+CFilename relative(const std::string &name, const char *base = nullptr) {
+  return resolved(&CFilename::GetRelative, name, base);
 }
 
 // Another drive than the current one is at its root, and a value from the environment does not count as one.
@@ -29,33 +26,28 @@ TEST_F(FilenameResolutionTest, GetAbsolute) {
   const std::string host = folder / "e/y";
   macros.AddMacro("$host$", host.c_str());
   macros.AddMacro("$rel$", "sub");
-  const Resolution rows[] = {
-      {R"($StdTypes$\x)", kNone, R"(C:\Kestrune\Types\x)"},
-      // A name without a folder of its own lies below the default folder.
-      {R"(x.xml)", kNone, R"(D:\w\x.xml)"},
-      {R"(.\x)", R"(E:\y)", R"(E:\y\x)"},
-      {R"(..\x)", kNone, R"(D:\x)"},
-      {R"(a/b)", kNone, R"(D:\w\a\b)"},
-      // A root, a drive and a network name leave the default folder out.
-      {R"(\x)", R"(E:\y)", R"(D:\x)"},
-      {R"(C:x)", R"(E:\y)", R"(C:\x)"},
-      {R"(d:x)", R"(E:\y)", R"(D:\w\x)"},
-      // An empty name is the folder itself.
-      {R"()", "$StdTypes$", "$StdTypes$"},
-      {R"(.\)", "E:/y", R"(E:\y)"},
-      {R"()", kNone, ""},
-      // A macro without a value counts as missing.
-      {R"($kNone$\x)", kNone, R"(D:\x)"},
-      {R"($kDir$\x)", kNone, R"(D:\w\E:\y\x)"},
-      {R"($rel$\x)", R"(E:\)", R"(E:\sub\x)"},
-      // A host path counts as its drive form.
-      {R"(x)", "$host$", R"(E:\y\x)"},
-      {R"(//srv/s/x)", kNone, R"(\\srv\s\x)"},
-      {host + "/x", kNone, R"(E:\y\x)"},
-      {R"(x)", host.c_str(), R"(E:\y\x)"},
-  };
-  for (const Resolution &row : rows)
-    expectResolved(row, &CFilename::GetAbsolute);
+  EXPECT_STREQ(absolute(R"($StdTypes$\x)"), R"(C:\Kestrune\Types\x)");
+  EXPECT_STREQ(absolute("x.xml"), R"(D:\w\x.xml)");
+  EXPECT_STREQ(absolute(R"(..\x)"), R"(D:\x)");
+  EXPECT_STREQ(absolute("a/b"), R"(D:\w\a\b)");
+  // A name without a folder of its own lies below the default folder.
+  EXPECT_STREQ(absolute("x", "$StdTypes$"), R"(C:\Kestrune\Types\x)");
+  EXPECT_STREQ(absolute(R"(.\x)", R"(E:\y)"), R"(E:\y\x)");
+  EXPECT_STREQ(absolute("x", R"(.\sub)"), R"(D:\w\sub\x)");
+  EXPECT_STREQ(absolute(R"(\x)", R"(E:\y)"), R"(D:\x)");
+  EXPECT_STREQ(absolute("C:x", R"(E:\y)"), R"(C:\x)");
+  EXPECT_STREQ(absolute("d:x", R"(E:\y)"), R"(D:\w\x)");
+  EXPECT_STREQ(absolute("", "$StdTypes$"), "$StdTypes$") << "an empty name is the folder itself";
+  EXPECT_STREQ(absolute(R"(.\)", "E:/y"), R"(E:\y)");
+  // A macro without a value counts as missing.
+  EXPECT_STREQ(absolute(R"($kNone$\x)"), R"(D:\x)");
+  EXPECT_STREQ(absolute(R"($kDir$\x)"), R"(D:\w\E:\y\x)");
+  EXPECT_STREQ(absolute(R"($rel$\x)", R"(E:\)"), R"(E:\sub\x)");
+  // A host path counts as its drive form.
+  EXPECT_STREQ(absolute("//srv/s/x"), R"(\\srv\s\x)");
+  EXPECT_STREQ(absolute(host + "/x"), R"(E:\y\x)");
+  EXPECT_STREQ(absolute("x", "$host$"), R"(E:\y\x)");
+  EXPECT_STREQ(absolute("x", host.c_str()), R"(E:\y\x)");
   const support::CurrentDirectory deep(make("d/" + std::string(200, 'a') + "/" + std::string(60, 'b')));
   CFilename out("before");
   EXPECT_FALSE(CFilename("x").GetAbsolute(out, nullptr)) << "a directory of more than 254 bytes";
@@ -63,141 +55,104 @@ TEST_F(FilenameResolutionTest, GetAbsolute) {
 }
 
 TEST_F(FilenameResolutionTest, GetRelative) {
-  macros.AddMacro("$empty$", "");
-  macros.AddMacro("$bad$", "$ktestNone$");
   const std::string host = folder / "e/x"; // the current drive is D
-  const Resolution rows[] = {
-      {R"(C:\Kestrune\Types\Vorlan.xml)", kNone, "$STDVORLANTYP$"},
-      // Without a folder near it the longest macro fits.
-      {R"(C:\KESTRUNE\types\o.xml)", "", R"($STDTYPES$\o.xml)"},
-      {R"(x\c:\kestrune\A)", kNone, R"(x\$KESTRUNE$\A)"},
-      {R"($StdTypes$\a/b.xml)", R"(D:\proj)", R"($StdTypes$\a\b.xml)"},
-      // Below the base, and beside it.
-      {R"(D:\proj\a\B.xml)", R"(d:\PROJ)", R"(a\B.xml)"},
-      {R"(D:\p\\a\..\b)", R"(D:\p)", R"(a\..\b)"},
-      {R"(D:\proj\other\x)", "D:\\proj/sub", R"(..\other\x)"},
-      {R"(D:\x.xml)", R"(D:\proj)", R"(D:\x.xml)"},
-      {R"(D:\project\x)", R"(D:\proj)", R"(D:\project\x)"},
-      {R"(C:\Kestrune\a)", "$StdTypes$", R"(..\a)"},
-      // A relative form of a host path leads back to its file.
-      {host + "/a.xml", kNone, R"(E:\x\a.xml)"},
-      {host + "/a.xml", host.c_str(), "a.xml"},
-      {host + "/a.xml", R"(E:\x\sub)", R"(..\a.xml)"},
-  };
-  for (const Resolution &row : rows)
-    expectResolved(row, &CFilename::GetRelative);
+  // Without a folder near it the longest macro fits.
+  EXPECT_STREQ(relative(R"(C:\Kestrune\Types\Vorlan.xml)"), "$STDVORLANTYP$");
+  EXPECT_STREQ(relative(R"(C:\KESTRUNE\types\o.xml)", ""), R"($STDTYPES$\o.xml)");
+  EXPECT_STREQ(relative(R"(x\c:\kestrune\A)"), R"(x\$KESTRUNE$\A)");
+  EXPECT_STREQ(relative(R"($StdTypes$\a/b.xml)", R"(D:\proj)"), R"($StdTypes$\a\b.xml)");
+  // Below the base, and beside it.
+  EXPECT_STREQ(relative(R"(D:\proj\a\B.xml)", R"(d:\PROJ)"), R"(a\B.xml)");
+  EXPECT_STREQ(relative(R"(D:\p\\a\..\b)", R"(D:\p)"), R"(a\..\b)");
+  EXPECT_STREQ(relative(R"(D:\proj\other\x)", R"(D:\proj/sub)"), R"(..\other\x)");
+  EXPECT_STREQ(relative(R"(D:\x.xml)", R"(D:\proj)"), R"(D:\x.xml)");
+  EXPECT_STREQ(relative(R"(D:\project\x)", R"(D:\proj)"), R"(D:\project\x)");
+  EXPECT_STREQ(relative(R"(C:\Kestrune\a)", "$StdTypes$"), R"(..\a)");
+  // A relative form of a host path leads back to its file.
+  EXPECT_STREQ(relative(host + "/a.xml"), R"(E:\x\a.xml)");
+  EXPECT_STREQ(relative(host + "/a.xml", host.c_str()), "a.xml");
+  EXPECT_STREQ(relative(host + "/a.xml", R"(E:\x\sub)"), R"(..\a.xml)");
 }
 
 TEST_F(FilenameResolutionTest, TryToFitTakesALongerValueOnly) {
   macros.AddMacro("$empty$", "");
-  macros.AddMacro("$bad$", "$ktestNone$");
-  const struct {
-    const char *macro;
-    int best;
-    const char *out;
-    int newBest;
-  } rows[] = {
-      {"$kestrune$", -1, R"($kestrune$\Types\x)", 11},
-      // Equally long is not longer.
-      {"$Kestrune$", 11, "before", 11},
-      {"$StdTypes$", 11, R"($StdTypes$\x)", 17},
-      {"$empty$", -1, "before", -1},
-      {"$bad$", -1, "before", -1},
-  };
-  for (const auto &row : rows) {
-    CFilename source(R"(C:\KESTRUNE\Types\x)"), out("before");
-    int best = row.best;
-    macros.TryToFit(source, row.macro, out, best);
-    EXPECT_STREQ(out, row.out) << testing::PrintToString(row.macro);
-    EXPECT_EQ(best, row.newBest) << testing::PrintToString(row.macro);
-  }
+  CFilename source(R"(C:\KESTRUNE\Types\x)"), out("before");
+  int best = -1;
+  macros.TryToFit(source, "$empty$", out, best);
+  EXPECT_STREQ(out, "before");
+  macros.TryToFit(source, "$Kestrune$", out, best);
+  EXPECT_STREQ(out, R"($Kestrune$\Types\x)");
+  EXPECT_EQ(best, 11);
+  macros.TryToFit(source, "$KESTRUNE$", out, best);
+  EXPECT_STREQ(out, R"($Kestrune$\Types\x)") << "equally long is not longer";
+  macros.TryToFit(source, "$StdTypes$", out, best);
+  EXPECT_STREQ(out, R"($StdTypes$\x)");
+  EXPECT_EQ(best, 17);
+}
+
+/// Where `look` finds the file, or "none" with the result untouched.
+template <class Look>
+CFilename found(Look look) {
+  CFilename found("none");
+  return look(found) != 0 || found != "none" ? found : CFilename("none");
 }
 
 TEST_F(FilenameResolutionTest, FilesAreFoundAlongASearchPath) {
   for (const char *file : {"d/w/a.xml", "d/w/sub/x.xml", "d/w/sub/.cfg/a.xml", "e/y/x.xml", "e/y/only", "e/a./b"})
     support::write(folder / file, "");
-  const std::string host = folder / "e/y/x.xml";
-  const struct {
-    std::string name;
-    const char *path; // null: FileExists without a folder
-    const char *found;
-  } rows[] = {
-      {R"(a.xml)", kNone, R"(D:\w\a.xml)"},
-      // Segments that are `.` and `..` are cleaned, those that begin with a dot are not.
-      {R"(..\w\.\a.xml)", kNone, R"(D:\w\a.xml)"},
-      {R"(sub\.cfg\..\x.xml)", kNone, R"(D:\w\sub\x.xml)"},
-      {R"(sub\.cfg\a.xml)", kNone, R"(D:\w\sub\.cfg\a.xml)"},
-      {R"()", kNone, R"(D:\w\)"},
-      {R"(E:y\x.xml)", kNone, R"(E:\y\x.xml)"},
-      {host, kNone, R"(E:\y\x.xml)"},
-      {R"(Q:x)", kNone, kNone},
-      {R"(\\w\a.xml)", kNone, kNone},
-      // The current directory comes first, and an empty folder ends the path.
-      {R"(a.xml)", R"(E:\y)", R"(D:\w\a.xml)"},
-      {R"(x.xml)", R"(E:/y;sub)", R"(E:\y\x.xml)"},
-      {R"(only)", R"(C:\;;E:\y)", kNone},
-      // What says itself where it lies is not searched for.
-      {R"(\only)", R"(E:\y)", kNone},
-      {R"(E:only)", R"(E:\y)", kNone},
+  const auto exists = [](const char *name) {
+    return found([&](CFilename &path) { return CFilename(name).FileExists(path, nullptr); });
   };
-  for (const auto &row : rows) {
-    SCOPED_TRACE(testing::Message() << row.name << " along " << testing::PrintToString(row.path));
-    const CFilename name(row.name.c_str());
-    CFilename found("before");
-    EXPECT_EQ(row.path == kNone ? name.FileExists(found, nullptr) : name.FindFile(found, row.path), row.found != kNone);
-    EXPECT_STREQ(found, row.found != kNone ? row.found : "before");
-  }
+  EXPECT_STREQ(exists("a.xml"), R"(D:\w\a.xml)");
+  EXPECT_STREQ(exists("E:y/x.xml"), R"(E:\y/x.xml)");
+  EXPECT_STREQ(exists((folder / "e/y/x.xml").c_str()), R"(E:\y\x.xml)");
+  EXPECT_STREQ(exists("Q:x"), "none");
+  EXPECT_STREQ(exists(R"(\\w\a.xml)"), "none");
+  // Segments that are `.` and `..` are cleaned, those that begin with a dot are not.
+  EXPECT_STREQ(exists(R"(..\w\.\a.xml)"), R"(D:\w\a.xml)");
+  EXPECT_STREQ(exists(R"(sub\.cfg\..\x.xml)"), R"(D:\w\sub\x.xml)");
+  EXPECT_STREQ(exists(R"(sub\.cfg\a.xml)"), R"(D:\w\sub\.cfg\a.xml)");
+  EXPECT_STREQ(exists(R"(D:\..\w)"), R"(D:\w)");
+
+  const auto along = [](const char *path, const char *name) {
+    return found([&](CFilename &file) { return CFilename(name).FindFile(file, path); });
+  };
+  EXPECT_STREQ(along(R"(E:\y)", "a.xml"), R"(D:\w\a.xml)") << "the current directory comes first";
+  EXPECT_STREQ(along(R"(sub;E:\y)", "x.xml"), R"(D:\w\sub\x.xml)");
+  EXPECT_STREQ(along(R"(E:/y;sub)", "x.xml"), R"(E:\y\x.xml)");
+  EXPECT_STREQ(along(R"(C:\;;E:\y)", "only"), "none") << "an empty folder ends the path";
+  EXPECT_STREQ(along(R"(E:\y)", R"(.\only)"), "none") << "it says itself where it lies";
+  EXPECT_STREQ(along(R"(E:\y)", R"(\only)"), "none");
+  EXPECT_STREQ(along(R"(E:\y)", "E:only"), "none");
+
   const support::CurrentDirectory dotted(folder / "e/a.");
-  CFilename found;
-  EXPECT_EQ(CFilename("b").FileExists(found, ""), 1);
-  EXPECT_STREQ(found, R"(E:\a.\b)");
+  EXPECT_STREQ(along("", "b"), R"(E:\a.\b)");
 }
 
 TEST_F(FilenameResolutionTest, ItemsOfASearchPath) {
-  const struct {
-    const char *path;
-    int index;
-    const char *item;
-  } rows[] = {
-      // Outside there is none.
-      {"a;b;c", 2, "c"}, {"a;b;c", 3, ""}, {"a;;c", 1, ""}, {" a ;", 0, " a "}, {"a", -1, ""},
-  };
-  for (const auto &row : rows)
-    EXPECT_STREQ(GetSearchPathItem(row.path, row.index), row.item) << row.path << " " << row.index;
+  EXPECT_STREQ(GetSearchPathItem("a;b;c", 0), "a");
+  EXPECT_STREQ(GetSearchPathItem("a;b;c", 2), "c");
+  EXPECT_STREQ(GetSearchPathItem("a;b;c", 3), "");
+  EXPECT_STREQ(GetSearchPathItem("a;;c", 1), "");
+  EXPECT_STREQ(GetSearchPathItem("a", -1), "");
 }
 
-TEST_F(FilenameResolutionTest, NamesRelativeToASearchPath) {
-  const struct {
-    const char *name;
-    const char *path;
-    const char *result;
-  } rows[] = {
-      {R"(C:\a\b\c.xml)", R"(C:\a;C:\A\B;C:\a)", "c.xml"},
-      // The longest folder counts, up to the first empty one.
-      {R"(C:\a\b\c.xml)", R"(C:\a;;C:\a\b)", R"(b\c.xml)"},
-      {R"(C:\a\b)", R"(C:\a\b;C:\a\)", R"(C:\a\b)"},
-      {R"(C:\ab\c/d)", R"(C:\a;C:)", R"(ab\c\d)"},
-  };
-  for (const auto &row : rows)
-    EXPECT_STREQ(CFilename(row.name).GetRelativePathName(row.path), row.result) << row.name << " in " << row.path;
+TEST_F(FilenameResolutionTest, NamesRelativeToTheLongestFolderOfASearchPath) {
+  EXPECT_STREQ(CFilename(R"(C:\a\b\c.xml)").GetRelativePathName(R"(C:\a;C:\A\B;C:\a)"), "c.xml");
+  EXPECT_STREQ(CFilename(R"(C:\a\b\c.xml)").GetRelativePathName(R"(C:\a;;C:\a\b)"), R"(b\c.xml)");
+  EXPECT_STREQ(CFilename(R"(C:\a\b)").GetRelativePathName(R"(C:\a\b;C:\a\)"), R"(C:\a\b)");
+  EXPECT_STREQ(CFilename(R"(C:\ab\c)").GetRelativePathName(R"(C:\a;C:)"), R"(ab\c)");
 }
 
 TEST_F(FilenameResolutionTest, SmooshShortensForDisplay) {
-  const struct {
-    const char *name;
-    int room;
-    const char *result;
-  } rows[] = {
-      {R"(C:\aaaa\bbbb\cccc\file.txt)", 26, R"(C:\aaaa\bbbb\cccc\file.txt)"},
-      // Folders go from the left.
-      {R"(C:\aaaa\bbbb\cccc\file.txt)", 25, R"(C:\...\bbbb\cccc\file.txt)"},
-      {R"(C:\aaaa\bbbb\cccc\file.txt)", 15, R"(C:\...\file.txt)"},
-      {R"(C:\aaaa\bbbb\cccc\file.txt)", 14, "file.txt"},
-      {R"(C:\...\b\c)", 9, R"(C:\...\c)"},
-      {R"(éé\bbbbbbbb\c)", 11, R"(éé...\c)"},
-  };
-  for (const auto &row : rows)
-    EXPECT_STREQ(CFilename(row.name).Smoosh(row.room), row.result) << row.name << " in " << row.room;
+  const CFilename name(R"(C:\aaaa\bbbb\cccc\file.txt)");
+  EXPECT_STREQ(name.Smoosh(26), R"(C:\aaaa\bbbb\cccc\file.txt)");
+  EXPECT_STREQ(name.Smoosh(25), R"(C:\...\bbbb\cccc\file.txt)");
+  EXPECT_STREQ(name.Smoosh(24), R"(C:\...\cccc\file.txt)");
+  EXPECT_STREQ(name.Smoosh(15), R"(C:\...\file.txt)");
+  EXPECT_STREQ(name.Smoosh(14), "file.txt");
+  EXPECT_STREQ(CFilename(R"(C:\...\b\c)").Smoosh(9), R"(C:\...\c)");
+  EXPECT_STREQ(CFilename(R"(éé\bbbbbbbb\c)").Smoosh(11), R"(éé...\c)");
 }
 
 } // namespace

@@ -6,37 +6,31 @@ namespace {
 
 using FilenameTest = support::NameTest;
 
+CFilename normalised(const char *text) {
+  CFilename fromText, fromString;
+  fromText = text;
+  fromString = CString(text);
+  EXPECT_STREQ(fromString, fromText);
+  return fromText;
+}
+
 TEST_F(FilenameTest, AssignmentNormalises) {
-  const struct {
-    const char *given;
-    const char *normal;
-  } rows[] = {
-      // `/` is a separator.
-      {"a/b", R"(a\b)"},
-      // A `..` takes the folder before it along, where there is one.
-      {R"(C:\a\b\..\..\c)", R"(C:\c)"},
-      {R"(\..\b)", R"(\..\b)"},
-      {R"(a\..\b)", R"(a\..\b)"},
-      {R"(C:\x\a..\b)", R"(C:\x\b)"},
-      {R"(a\b\..)", R"(a\b\..)"},
-      {R"(\\srv\s\..\x)", R"(\\srv\x)"},
-      // A `.` goes, except at the start.
-      {R"(.\.\a)", R"(.\a)"},
-      {R"(x.\y)", R"(xy)"},
-      {R"(..\.\a)", R"(..\a)"},
-      // Doubled separators become one, up to those that begin the name or are after a colon.
-      {R"(a\\\b\\c)", R"(a\b\c)"},
-      {R"(C:\\a\\b)", R"(C:\\a\\b)"},
-      {R"(\\srv\a\\b)", R"(\\srv\a\\b)"},
-  };
-  for (const auto &row : rows) {
-    CFilename fromText, fromString;
-    fromText = row.given;
-    fromString = CString(row.given);
-    EXPECT_STREQ(fromText, row.normal) << row.given;
-    EXPECT_STREQ(fromString, row.normal) << row.given;
-    EXPECT_STREQ(fromText = CFilename(row.given), row.given) << "another name is taken as it is";
-  }
+  EXPECT_STREQ(normalised("a/b"), R"(a\b)");
+  // A `..` takes the folder before it along, where there is one.
+  EXPECT_STREQ(normalised(R"(C:\a\b\..\..\c)"), R"(C:\c)");
+  EXPECT_STREQ(normalised(R"(\..\b)"), R"(\..\b)");
+  EXPECT_STREQ(normalised(R"(a\..\b)"), R"(a\..\b)");
+  EXPECT_STREQ(normalised(R"(C:\x\a..\b)"), R"(C:\x\b)");
+  EXPECT_STREQ(normalised(R"(a\b\..)"), R"(a\b\..)");
+  EXPECT_STREQ(normalised(R"(\\srv\s\..\x)"), R"(\\srv\x)");
+  // A `.` goes, except at the start.
+  EXPECT_STREQ(normalised(R"(.\.\a)"), R"(.\a)");
+  EXPECT_STREQ(normalised(R"(x.\y)"), "xy");
+  EXPECT_STREQ(normalised(R"(..\.\a)"), R"(..\a)");
+  // Doubled separators become one, up to those that begin the name or are after a colon.
+  EXPECT_STREQ(normalised(R"(a\\\b\\c)"), R"(a\b\c)");
+  EXPECT_STREQ(normalised(R"(C:\\a\\b)"), R"(C:\\a\\b)");
+  EXPECT_STREQ(normalised(R"(\\srv\a\\b)"), R"(\\srv\a\\b)");
 }
 
 TEST_F(FilenameTest, TrailBytesAreNoSeparators) {
@@ -105,9 +99,7 @@ TEST_F(FilenameTest, GrowsByOneSegmentOrExtension) {
   };
   for (const auto &row : rows) {
     SCOPED_TRACE(std::string(row.name) + " and " + row.added);
-    CFilename joined(row.name);
-    joined += row.added;
-    EXPECT_STREQ(joined, row.joined);
+    EXPECT_STREQ(CFilename(row.name) += row.added, row.joined);
     EXPECT_STREQ(CFilename(row.name).AppendName(row.added), row.named);
     EXPECT_STREQ(CFilename(row.name).AppendExt(row.added), row.extended);
   }
@@ -152,35 +144,28 @@ TEST_F(FilenameTest, NamesMixWithOtherTexts) {
   EXPECT_EQ(name.CopyFileA(null), 2);
 }
 
+enum Form : unsigned { kPlain = 0, kAbsolute = 1, kRooted = 2, kDotted = 4, kMacro = 8 };
+
+unsigned formOf(const char *text) {
+  const CFilename name(text);
+  EXPECT_NE(name.IsRelative(), name.IsAbsolute());
+  return (name.IsAbsolute() ? kAbsolute : 0U) | (name.AbsPathName() != 0 ? kRooted : 0U) |
+         (name.CurDirRelPathName() != 0 ? kDotted : 0U) | (name.IncludesMacro() ? kMacro : 0U);
+}
+
 TEST_F(FilenameTest, FormIsToldFromTheText) {
-  enum Form : unsigned { kPlain = 0, kAbsolute = 1, kRooted = 2, kDotted = 4, kMacro = 8 };
   macros.AddMacro("$good$", R"(D:\x)");
   macros.AddMacro("$bad$", "$ktestNone$");
-  const struct {
-    const char *name;
-    unsigned form;
-  } rows[] = {
-      {R"(\x.txt)", kRooted},
-      // A name with a drive counts as dotted: it is not searched for.
-      {R"(C:\x)", kAbsolute | kRooted | kDotted},
-      {R"(C:x)", kDotted},
-      {R"(\\srv\x)", kAbsolute | kRooted},
-      {R"(.\x)", kDotted},
-      // The first pair of `$` decides.
-      {R"($good$\x)", kAbsolute | kMacro},
-      {R"(a$GOOD$$bad$)", kMacro},
-      {R"($bad$C:\)", kPlain},
-      {R"(C:\$bad$)", kAbsolute | kRooted | kDotted},
-  };
-  for (const auto &[text, form] : rows) {
-    SCOPED_TRACE(text);
-    const CFilename name(text);
-    EXPECT_EQ(name.IsAbsolute(), (form & kAbsolute) != 0);
-    EXPECT_EQ(name.IsRelative(), (form & kAbsolute) == 0);
-    EXPECT_EQ(name.AbsPathName(), (form & kRooted) != 0);
-    EXPECT_EQ(name.CurDirRelPathName(), (form & kDotted) != 0);
-    EXPECT_EQ(name.IncludesMacro(), (form & kMacro) != 0);
-  }
+  EXPECT_EQ(formOf(R"(a.b\c)"), kPlain);
+  EXPECT_EQ(formOf(R"(\x.txt)"), kRooted);
+  EXPECT_EQ(formOf(R"(\\srv\x)"), kAbsolute | kRooted);
+  EXPECT_EQ(formOf(R"(C:\x)"), kAbsolute | kRooted | kDotted) << "a drive counts as a dot: it is not searched for";
+  EXPECT_EQ(formOf("C:x"), kDotted);
+  EXPECT_EQ(formOf(R"(.\x)"), kDotted);
+  EXPECT_EQ(formOf(R"(\.x)"), kRooted | kDotted);
+  EXPECT_EQ(formOf(R"($good$\x)"), kAbsolute | kMacro);
+  EXPECT_EQ(formOf("a$GOOD$$bad$"), kMacro) << "the first pair of `$` decides";
+  EXPECT_EQ(formOf(R"($bad$C:\)"), kPlain);
 }
 
 TEST_F(FilenameTest, StateOfFiles) {

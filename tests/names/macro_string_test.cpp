@@ -5,68 +5,54 @@ namespace {
 using support::NameProbe;
 using MacroStringTest = support::NameTest;
 
-void expectExpansion(const std::string &text, const std::string &expected, bool isComplete) {
+/// The expansion of a text whose macros all have a value.
+std::string expanded(const std::string &text) {
   CString out = "before";
-  EXPECT_EQ(CMacroString(text.c_str()).Explode(out, 10), isComplete) << text.substr(0, 80);
-  EXPECT_EQ(std::string(out), expected) << text.substr(0, 80);
+  EXPECT_TRUE(CMacroString(text.c_str()).Explode(out, 10)) << text.substr(0, 80);
+  return std::string(out);
+}
+
+/// What an expansion gives that ends at a name without a value.
+std::string cutShort(const std::string &text) {
+  CString out = "before";
+  EXPECT_FALSE(CMacroString(text.c_str()).Explode(out, 10)) << text.substr(0, 80);
+  return std::string(out);
 }
 
 // A value may leave a `$` open that the text closes. Only the environment ignores blanks at the ends of a name, and a
 // macro that leads to nothing or back to itself does not stand in its way.
 TEST_F(MacroStringTest, ExpandsUpToTheFirstNameWithoutAValue) {
   const support::Environment variable("kDir", R"(D:\y)"), missing("kNone", nullptr);
-  const std::pair<const char *, const char *> values[] = {
-      {"$one$", "1"},
-      // Values that are complete, and some that are not.
-      {"$outer$", "<$Inner$>$one$"},
-      {"$INNER$", "[$one$]"},
-      {"$open$", "x$y"},
-      {"$yz$", "closed"},
-      {"$empty$", ""},
-      {"$self$", "s$self$"},
-      {"$bad$", "a$kNone$b$one$"},
-      {"$kDir$", "$kNone$"},
-  };
-  for (const auto &[name, value] : values)
-    macros.AddMacro(name, value);
-  const struct {
-    const char *text;
-    const char *expanded;
-    bool isComplete = true;
-  } rows[] = {
-      {"", ""},
-      {"$ONE$$one$-$one", "11-$one"},
-      {"$outer$", "<[1]>1"},
-      {"$open$", "x$y"},
-      {"$open$z$$one$", "xclosed1"},
-      // The rest stays as it is.
-      {R"($kDir$\x)", R"(D:\y\x)", false},
-      {R"($ kDir $\x$one$)", R"(D:\y\x$one$)", false},
-      {R"(a$kNone$b$STD$c)", R"(ab$STD$c)", false},
-      {"-$bad$-$one$", "--$one$", false},
-      {"a$self$b", "ab", false},
-  };
-  for (const auto &row : rows)
-    expectExpansion(row.text, row.expanded, row.isComplete);
-  const struct {
-    const char *name;
-    int depth;
-    const char *value;
-    bool isFound = true;
-  } singles[] = {
-      {"$OUTER$", 10, "<[1]>1"},
-      // Without depth the value stays as it is stored.
-      {"$outer$", 0, "<$Inner$>$one$"},
-      {"$empty$", 10, ""},
-      {"$bad$", 10, "ab$one$", false},
-      {"$self$", 10, "s", false},
-      {"", 10, "before", false},
-  };
-  for (const auto &row : singles) {
-    CString value = "before";
-    EXPECT_EQ(macros.GetValue(row.name, value, row.depth), row.isFound) << row.name << " " << row.depth;
-    EXPECT_STREQ(value, row.value) << row.name << " " << row.depth;
-  }
+  macros.AddMacro("$one$", "1");
+  macros.AddMacro("$outer$", "<$Inner$>$one$");
+  macros.AddMacro("$INNER$", "[$one$]");
+  macros.AddMacro("$open$", "x$y");
+  macros.AddMacro("$yz$", "closed");
+  macros.AddMacro("$$", "dollars");
+  macros.AddMacro("$self$", "s$self$");
+  macros.AddMacro("$bad$", "a$kNone$b$one$");
+  macros.AddMacro("$kDir$", "$kNone$");
+  EXPECT_EQ(expanded(""), "");
+  EXPECT_EQ(expanded("$ONE$$one$-$one"), "11-$one");
+  EXPECT_EQ(expanded("$outer$"), "<[1]>1");
+  EXPECT_EQ(expanded("$open$"), "x$y");
+  EXPECT_EQ(expanded("$open$z$$one$"), "xclosed1");
+  EXPECT_EQ(expanded("$$"), "dollars");
+  EXPECT_EQ(cutShort(R"($kDir$\x)"), R"(D:\y\x)");
+  EXPECT_EQ(cutShort(R"($ kDir $\x$one$)"), R"(D:\y\x$one$)");
+  EXPECT_EQ(cutShort("a$kNone$b$STD$c"), "ab$STD$c");
+  EXPECT_EQ(cutShort("-$bad$-$one$"), "--$one$");
+  EXPECT_EQ(cutShort("a$self$b"), "ab");
+
+  CString value = "before";
+  EXPECT_FALSE(macros.GetValue("$none$", value, 10));
+  EXPECT_STREQ(value, "before");
+  EXPECT_TRUE(macros.GetValue("$OUTER$", value, 10));
+  EXPECT_STREQ(value, "<[1]>1");
+  EXPECT_TRUE(macros.GetValue("$outer$", value, 0));
+  EXPECT_STREQ(value, "<$Inner$>$one$") << "without depth as it is stored";
+  EXPECT_FALSE(macros.GetValue("$bad$", value, 10));
+  EXPECT_STREQ(value, "ab$one$");
 }
 
 TEST_F(MacroStringTest, ExpansionEndsInTimeAndRoom) {
@@ -75,27 +61,25 @@ TEST_F(MacroStringTest, ExpansionEndsInTimeAndRoom) {
   };
   for (int i = 0; i < 10000; ++i)
     add("L" + std::to_string(i), "$L" + std::to_string(i + 1) + "$");
-  expectExpansion("a$L0$b", "ab", false);
+  EXPECT_EQ(cutShort("a$L0$b"), "ab");
   add("L10000", "end");
-  expectExpansion("a$l0$b", "aendb", true);
+  EXPECT_EQ(expanded("a$l0$b"), "aendb");
   add("L10000", "$L1$");
-  expectExpansion("$L2$", "", false);
+  EXPECT_EQ(cutShort("$L2$"), "");
   for (int i = 0; i < 40; ++i) {
     const std::string next = "$D" + std::to_string(i + 1) + "$";
     add("D" + std::to_string(i), next + next);
   }
   add("D40", "");
-  expectExpansion("<$D0$>", "<>", true);
+  EXPECT_EQ(expanded("<$D0$>"), "<>");
   add("D40", "x");
-  expectExpansion("<$D0$>", "<>", false);
+  EXPECT_EQ(cutShort("<$D0$>"), "<>");
   const std::string most(32767, 'x');
   add("MOST", most);
   add("MORE", most + 'x');
-  expectExpansion("$MOST$", most, true);
-  expectExpansion("$MORE$y", "y", false);
-  expectExpansion(most + most, most + most, true);
-  CString value;
-  EXPECT_FALSE(macros.GetValue("$MORE$", value, 10));
+  EXPECT_EQ(expanded("$MOST$"), most);
+  EXPECT_EQ(cutShort("$MORE$y"), "y");
+  EXPECT_EQ(expanded(most + most), most + most);
 }
 
 TEST_F(MacroStringTest, TableKeepsTheOrderOfInsertion) {

@@ -24,33 +24,29 @@ private:
   int m_input, m_error;
 };
 
+constexpr UINT kSecond = 0x100, kThird = 0x200, kFourth = 0x300, kIcon = 0x30;
+
 TEST(MessageBoxTest, WithoutATerminalTheDefaultButtonAnswers) {
-  constexpr UINT kSecond = 0x100, kThird = 0x200, kFourth = 0x300, kIcon = 0x30;
-  const struct {
-    UINT type;
-    int answer;
-  } rows[] = {
-      {MB_OK, IDOK},
-      // The buttons of each kind, in their order.
-      {MB_OKCANCEL | kSecond, IDCANCEL},
-      {MB_ABORTRETRYIGNORE, IDABORT},
-      {MB_ABORTRETRYIGNORE | kSecond, IDRETRY},
-      {MB_ABORTRETRYIGNORE | kThird, IDIGNORE},
-      {MB_YESNOCANCEL | kSecond, IDNO},
-      {MB_YESNO | kSecond | kIcon, IDNO},
-      // A default button that is not there is the first.
-      {MB_OK | kSecond, IDOK},
-      {MB_YESNO | kFourth, IDYES},
-  };
   const int nothing = ::open("/dev/null", O_RDONLY);
-  for (const auto &row : rows) {
+  const auto answer = [nothing](UINT type) {
     testing::internal::CaptureStderr();
+    int result = 0;
     {
       const Streams streams(nothing, 2);
-      EXPECT_EQ(AfxMessageBox("text", row.type), row.answer) << row.type;
+      result = AfxMessageBox("text", type);
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "text\n");
-  }
+    return result;
+  };
+  EXPECT_EQ(answer(MB_OKCANCEL | kSecond), IDCANCEL);
+  EXPECT_EQ(answer(MB_ABORTRETRYIGNORE), IDABORT);
+  EXPECT_EQ(answer(MB_ABORTRETRYIGNORE | kSecond), IDRETRY);
+  EXPECT_EQ(answer(MB_ABORTRETRYIGNORE | kThird), IDIGNORE);
+  EXPECT_EQ(answer(MB_YESNOCANCEL | kThird), IDCANCEL);
+  EXPECT_EQ(answer(MB_YESNO | kSecond | kIcon), IDNO);
+  EXPECT_EQ(answer(MB_RETRYCANCEL), IDRETRY);
+  EXPECT_EQ(answer(MB_OK | kSecond), IDOK) << "a default button that is not there is the first";
+  EXPECT_EQ(answer(MB_YESNO | kFourth), IDYES);
   ::close(nothing);
 }
 
@@ -60,25 +56,18 @@ TEST(MessageBoxTest, ATerminalIsAsked) {
   ASSERT_EQ(::unlockpt(master), 0);
   const int slave = ::open(::ptsname(master), O_RDWR | O_NOCTTY);
   ASSERT_GE(slave, 0);
-  const struct {
-    UINT type;
-    std::string typed;
-    int answer;
-  } rows[] = {
-      {MB_YESNO, "n\n", IDNO},
-      // An empty line and the end of the input give the default; only a choice is asked for.
-      {MB_YESNOCANCEL | 0x100, "\n", IDNO},
-      {MB_YESNO | 0x100, "\x04", IDNO},
-      {MB_YESNO, "maybe\nYes\n", IDYES},
-      {MB_ABORTRETRYIGNORE, "IGN\n", IDIGNORE},
-      {MB_OK, "", IDOK},
-  };
-  for (const auto &[type, typed, answer] : rows) {
-    ASSERT_EQ(::write(master, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
+  const auto answer = [&](UINT type, const std::string &typed) {
+    EXPECT_EQ(::write(master, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
     const Streams streams(slave, slave);
     std::clearerr(stdin);
-    EXPECT_EQ(AfxMessageBox("sure?", type), answer) << type << typed;
-  }
+    return AfxMessageBox("sure?", type);
+  };
+  EXPECT_EQ(answer(MB_YESNO, "n\n"), IDNO);
+  EXPECT_EQ(answer(MB_YESNO, "maybe\nYes\n"), IDYES);
+  EXPECT_EQ(answer(MB_ABORTRETRYIGNORE, "IGN\n"), IDIGNORE);
+  EXPECT_EQ(answer(MB_YESNOCANCEL | kSecond, "\n"), IDNO) << "an empty line is the default";
+  EXPECT_EQ(answer(MB_YESNO | kSecond, "\x04"), IDNO) << "the end of the input";
+  EXPECT_EQ(answer(MB_OK, ""), IDOK) << "no choice to ask for";
   std::clearerr(stdin);
   ::close(slave);
   ::close(master);

@@ -1,7 +1,6 @@
 #include "tests/test_support.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace {
 
@@ -23,7 +22,6 @@ protected:
 
   support::TempFolder folder;
   const std::string root = fs::canonical(folder.path()).string();
-  std::optional<support::Environment> drives;
   support::CurrentDirectory directory{root};
 };
 
@@ -34,59 +32,39 @@ std::string absolute(const std::string &name) {
 }
 
 TEST_F(DrivesTest, AHostPathTakesTheDriveWithTheLongestFolder) {
-  const struct {
-    const char *map;
-    const char *path;
-    const char *windowsForm;
-  } rows[] = {
-      {"", "/a//./b/../c/", R"(C:\a\c\)"},
-      {"D=T/d", "T/dd/x", R"(C:T\dd\x)"},
-      {"D=T/d;E=T/d/e", "T/d/e/x", R"(E:\x)"},
-      {"D=T/q/../d/.", "T/d/x", R"(D:\x)"},
-      // C wins a tie, and Z is always the root.
-      {"A=T/d;C=T/d;D=T/d", "T/d/x", R"(C:\x)"},
-      {"C=T/d", "/home/me", R"(Z:\home\me)"},
-      {"Z=T/d", "T/d/x", R"(C:T\d\x)"},
-      // Entries that are no drives count for nothing.
-      {R"(;;D;D=;=T/d;D:=T/d;DD=T/d;D=d;1=T/d;D=\d)", "T/d/x", R"(C:T\d\x)"},
+  const auto form = [this](const char *map, const char *path) {
+    const support::Environment mapped("KESTRUNE_DRIVES", expanded(map).c_str());
+    return absolute(expanded(path));
   };
-  for (const auto &row : rows) {
-    drives.reset();
-    drives.emplace("KESTRUNE_DRIVES", expanded(row.map).c_str());
-    EXPECT_EQ(absolute(expanded(row.path)), driveForm(row.windowsForm)) << row.map << " " << row.path;
-  }
+  EXPECT_EQ(form("", "/a//./b/../../../c/"), R"(C:\c\)");
+  EXPECT_EQ(form("D=T/d", "T/d"), R"(D:\)");
+  EXPECT_EQ(form("D=T/d", "T/dd/x"), driveForm(R"(C:T\dd\x)"));
+  EXPECT_EQ(form("D=T/d", "T/d/../x"), driveForm(R"(C:T\x)"));
+  EXPECT_EQ(form("D=T/d;E=T/d/e", "T/d/e/x"), R"(E:\x)");
+  EXPECT_EQ(form("d=T/q/../e/.;D=T/d", "T/d/x"), R"(D:\x)");
+  EXPECT_EQ(form("A=T/d;C=T/d;D=T/d", "T/d/x"), R"(C:\x)") << "C wins a tie";
+  EXPECT_EQ(form("C=T/d", "/home/me"), R"(Z:\home\me)");
+  EXPECT_EQ(form("Z=T/d", "T/d/x"), driveForm(R"(C:T\d\x)")) << "Z is always the root";
+  EXPECT_EQ(form(R"(;;D;D=;=T/d;D:=T/d;DD=T/d;D=d;1=T/d;D=\d)", "T/d/x"), driveForm(R"(C:T\d\x)")) << "no drives";
 }
 
 TEST_F(DrivesTest, TheCurrentDirectoryIsOnTheDriveWithTheLongestFolder) {
   fs::create_directories(root + "/d/e/f");
   fs::create_directory_symlink(root + "/d", root + "/link");
-  const struct {
-    const char *map;
-    const char *current;
-    char drive;
-    const char *relative; // the absolute form of x
-    const char *relativeOnD;
-  } rows[] = {
-      {"", "T/d", 'C', R"(C:T\d\x)", R"(D:\x)"},
-      // Of another drive than the current one the root is current.
-      {"D=T/d", "T", 'C', R"(C:T\x)", R"(D:\x)"},
-      {"D=T/d;E=T/d/e", "T/d/e", 'E', R"(E:\x)", R"(D:\x)"},
-      {"D=T/d;C=T/d", "T/d", 'C', R"(C:\x)", R"(D:\x)"},
-      {"D=T/link", "T/d/e", 'D', R"(D:\e\x)", R"(D:\e\x)"},
-      {"C=T/nothing", "T", 'Z', R"(Z:T\x)", R"(D:\x)"},
+  const auto form = [this](const char *map, const char *current, const char *name) {
+    const support::Environment mapped("KESTRUNE_DRIVES", expanded(map).c_str());
+    const support::CurrentDirectory entered(expanded(current));
+    return absolute(name);
   };
-  for (const auto &row : rows) {
-    SCOPED_TRACE(testing::Message() << row.map << " " << row.current);
-    drives.reset();
-    drives.emplace("KESTRUNE_DRIVES", expanded(row.map).c_str());
-    const support::CurrentDirectory current(expanded(row.current));
-    EXPECT_EQ(CFilename("x").GetDrive(), row.drive);
-    EXPECT_EQ(absolute("x"), driveForm(row.relative));
-    EXPECT_EQ(absolute("D:x"), driveForm(row.relativeOnD));
-    EXPECT_EQ(absolute("\\x"), row.drive + std::string(":\\x"));
-    EXPECT_EQ(absolute("Q:x"), "Q:\\x");
-  }
-  drives.reset();
+  EXPECT_EQ(form("", "T/d", "x"), driveForm(R"(C:T\d\x)"));
+  EXPECT_EQ(form("D=T/d", "T", "x"), driveForm(R"(C:T\x)"));
+  EXPECT_EQ(form("D=T/d", "T", "D:x"), R"(D:\x)") << "the root of another drive is current";
+  EXPECT_EQ(form("D=T/d", "T/d/e", "x"), R"(D:\e\x)");
+  EXPECT_EQ(form("D=T/d", "T/d/e", R"(\x)"), R"(D:\x)");
+  EXPECT_EQ(form("D=T/d;E=T/d/e", "T/d/e", "x"), R"(E:\x)");
+  EXPECT_EQ(form("D=T/d;C=T/d", "T/d", "x"), R"(C:\x)");
+  EXPECT_EQ(form("D=T/link", "T/d/e", "x"), R"(D:\e\x)");
+  EXPECT_EQ(form("C=T/nothing", "T", "x"), driveForm(R"(Z:T\x)"));
   const support::CurrentDirectory gone(root + "/d/e/f");
   fs::remove(root + "/d/e/f");
   EXPECT_EQ(CFilename("x").GetDrive(), 'C');
@@ -99,35 +77,30 @@ TEST_F(DrivesTest, NamesLeadToFiles) {
                            "d/.hidden/x", "d/iné/x", "d/x:y", "d/sub/nothing/y"})
     support::write(root + "/" + file, file);
   fs::create_symlink("nowhere", root + "/d/dangling.xml");
-  drives.emplace("KESTRUNE_DRIVES", expanded("D=T/d;E=T").c_str());
+  const support::Environment mapped("KESTRUNE_DRIVES", expanded("D=T/d;E=T").c_str());
   const support::CurrentDirectory current(root + "/d/e");
-  const struct {
-    const char *name;
-    const char *file; // empty for none
-  } rows[] = {
-      // A drive has nothing above its folder.
-      {R"(..\..\..\a.xml)", "d/a.xml"},
-      {"T/d/../A.xml", "a.xml"},
-      {"E:a.xml", "a.xml"},
-      // `sub` is there as it stands, so `Sub` is not looked at.
-      {R"(D:\sub\file.xml)", ""},
-      {R"(D:\SUB\FILE.xml)", "d/Sub/File.XML"},
-      {R"(D:\sub2x)", "d/SUB2X"},
-      // Of two names in another case the first by its bytes is taken.
-      {R"(D:\e\b.xml)", "d/e/B.xml"},
-      {"b.XML", "d/e/b.XML"},
-      {R"(..\.hidden\.\x)", "d/.hidden/x"},
-      // Case is that of ASCII letters.
-      {R"(D:\INé\x)", "d/iné/x"},
-      {R"(D:\inÉ\x)", ""},
-      {R"(D:\x:y)", "d/x:y"},
-      {R"(D:\dangling.xml)", ""},
-      {"Q:a.xml", ""},
+  const auto contents = [this](const char *name) {
+    const CFilename copy((root + "/copy").c_str());
+    copy.Remove();
+    return CFilename(expanded(name).c_str()).CopyFileA(copy) == 0 ? support::read(root + "/copy") : "none";
   };
-  // What a file holds is its own path, so its size tells which it is.
-  for (const auto &row : rows)
-    EXPECT_EQ(CFilename(expanded(row.name).c_str()).FileSize(), static_cast<long>(std::string_view(row.file).size()))
-        << row.name;
+  EXPECT_EQ(contents("d:/A.XML"), "d/a.xml");
+  EXPECT_EQ(contents(R"(..\..\..\a.xml)"), "d/a.xml") << "a drive has nothing above its folder";
+  EXPECT_EQ(contents("T/d/../A.xml"), "a.xml");
+  EXPECT_EQ(contents("E:a.xml"), "a.xml");
+  EXPECT_EQ(contents(R"(D:\sub\file.xml)"), "none") << "`sub` is there, so `Sub` is not looked at";
+  EXPECT_EQ(contents(R"(D:\SUB\FILE.xml)"), "d/Sub/File.XML");
+  EXPECT_EQ(contents(R"(D:\sub2x)"), "d/SUB2X");
+  EXPECT_EQ(contents("b.xml"), "d/e/B.xml") << "the first by its bytes";
+  EXPECT_EQ(contents("b.XML"), "d/e/b.XML");
+  EXPECT_EQ(contents(R"(..\.hidden\.\x)"), "d/.hidden/x");
+  EXPECT_EQ(contents(R"(D:\INé\x)"), "d/iné/x");
+  EXPECT_EQ(contents(R"(D:\inÉ\x)"), "none") << "case is that of ASCII letters";
+  EXPECT_EQ(contents(R"(D:\x:y)"), "d/x:y");
+  EXPECT_EQ(contents(R"(D:\a.xml\)"), "none");
+  EXPECT_EQ(contents(R"(D:\dangling.xml)"), "none");
+  EXPECT_EQ(contents(R"(\\d\a.xml)"), "none");
+  EXPECT_EQ(contents("Q:a.xml"), "none");
 }
 
 TEST_F(DrivesTest, ANameInAnotherCaseIsTheSameFile) {

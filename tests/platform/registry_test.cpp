@@ -34,12 +34,6 @@ const std::string kName = "\"Kestrune Path\"=";
 const std::string kNet = kName + "\"D:\\\\Net\"\r\n";
 constexpr const char *kNone = "C:\\Kestrune";
 
-struct Row {
-  const char *what;
-  std::string bytes;
-  std::string folder = "D:\\Net";
-};
-
 class RegistryTest : public testing::Test {
 protected:
   std::string folderFrom(std::string_view bytes) const {
@@ -53,75 +47,63 @@ protected:
 };
 
 TEST_F(RegistryTest, FilesInEachEncoding) {
-  const Row rows[] = {
-      {"the older format", kOld + kKey + kNet},
-      {"UTF-8 with a mark", "\xEF\xBB\xBF" + kKey + kNet},
-      {"UTF-16", utf16(kHead + kKey + kNet)},
-      {"UTF-16, the other way round", utf16(kHead + kKey + kNet, true)},
-      {"UTF-16 with half a character", utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x"},
-      {"UTF-16 with a pair", utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s), "\xF0\x9F\x98\x80"},
-      {"nothing", "", kNone},
-      {"a byte that is no UTF-8", kKey + kName + "\"\xE9\"\n", kNone},
-  };
-  for (const Row &row : rows)
-    EXPECT_EQ(folderFrom(row.bytes), row.folder) << row.what;
+  EXPECT_EQ(folderFrom(kOld + kKey + kNet), "D:\\Net");
+  EXPECT_EQ(folderFrom("\xEF\xBB\xBF" + kKey + kNet), "D:\\Net");
+  EXPECT_EQ(folderFrom(utf16(kHead + kKey + kNet)), "D:\\Net");
+  EXPECT_EQ(folderFrom(utf16(kHead + kKey + kNet, true)), "D:\\Net");
+  EXPECT_EQ(folderFrom(utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x"), "D:\\Net")
+      << "half a character in UTF-16";
+  EXPECT_EQ(folderFrom(utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s)), "\xF0\x9F\x98\x80");
+  EXPECT_EQ(folderFrom(""), kNone);
+  EXPECT_EQ(folderFrom(kKey + kName + "\"\xE9\"\n"), kNone) << "no UTF-8";
 }
 
 TEST_F(RegistryTest, KeysAndTheirRemoval) {
-  const Row rows[] = {
-      {"names in another case", "[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\""},
-      {"a comment behind the key", kRoot + "\\Kestrune] ; ]\n" + kNet},
-      {"removal of a key below", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]"},
-      {"removal", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n", kNone},
-      {"removal of a key above", kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]\n" + kName + "\"x\"", kNone},
-      {"a key below", kKey + kRoot + "\\Kestrune\\x]\n" + kNet, kNone},
-      {"the other root", "[HKEY_CURRENT_USER\\SOFTWARE\\Kestrune]\n" + kNet, kNone},
-      {"a longer name", kRoot + "\\Kestrune]x]\n" + kNet, kNone},
-      // The 32-bit view counts where the key itself is not there.
-      {"the 32-bit view", kWow + kNet},
-      {"both views", kWow + kName + "\"x\"\n" + kKey + kNet},
-      {"the 32-bit view and an empty key", kWow + kNet + kKey, kNone},
-  };
-  for (const Row &row : rows)
-    EXPECT_EQ(folderFrom(row.bytes), row.folder) << row.what;
+  EXPECT_EQ(folderFrom("[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\""), "D:\\Net");
+  EXPECT_EQ(folderFrom(kRoot + "\\Kestrune] ; ]\n" + kNet), "D:\\Net") << "a comment behind the key";
+  EXPECT_EQ(folderFrom(kRoot + "\\Kestrune]x]\n" + kNet), kNone) << "a longer name";
+  EXPECT_EQ(folderFrom(kKey + kRoot + "\\Kestrune\\x]\n" + kNet), kNone) << "a key below";
+  EXPECT_EQ(folderFrom("[HKEY_CURRENT_USER\\SOFTWARE\\Kestrune]\n" + kNet), kNone);
+  EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]"), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kes]"), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]"), kNone);
+  EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]\n" + kName + "\"x\""), kNone);
+  // The 32-bit view counts where the key itself is not there.
+  EXPECT_EQ(folderFrom(kWow + kNet), "D:\\Net");
+  EXPECT_EQ(folderFrom(kWow + kName + "\"x\"\n" + kKey + kNet), "D:\\Net");
+  EXPECT_EQ(folderFrom(kWow + kNet + kKey), kNone);
 }
 
 TEST_F(RegistryTest, ValuesInEachForm) {
+  EXPECT_EQ(folderFrom(kKey + kName + R"("\"D:\new\\\"")"), R"("D:\new\")") << "escapes, and `\\` that are none";
+  EXPECT_EQ(folderFrom(kKey + kName + "\"D:\\\\Net\"x\r\n"), kNone) << "more behind it";
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "-\r\n"), kNone);
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "dword:00000041\n"), kNone);
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "hex(b):41,00,00,00,00,00,00,00\n"), kNone);
+  EXPECT_EQ(folderFrom(kKey + "@=\"d\"\n\"Kestrune\"=\"x\"\n\"Kestrune Path2\"=\"x\"\n"), kNone);
+  // A damaged line changes nothing.
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "\"x\n" + kName + "hex\n" + kName), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "hex:44,4g\n"), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "hex:44,,45\n"), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "hex:445\n"), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00 , e9,00,0,0,41,00\r\n"), "D:\\\xC3\xA9");
+  EXPECT_EQ(folderFrom(kKey + kName + "hex(1):41,00,42\n"), "A");
+  EXPECT_EQ(folderFrom(kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n"), "D:\\N");
+  EXPECT_EQ(folderFrom(kOld + kKey + kName + "hex(2):44,3a,5c,4e,00,4f\n"), "D:\\N");
+  EXPECT_EQ(folderFrom(kKey + kName + "\"ab\0cd\"\n"s), "ab");
   const std::string longest(249, 'x');
-  const Row rows[] = {
-      {"damaged lines after it", kKey + kNet + kName + "\"x\n" + kName + "hex\n" + kName},
-      {"an odd digit after it", kKey + kNet + kName + "hex:44,4g\n"},
-      {"no digit after it", kKey + kNet + kName + "hex:44,,45\n"},
-      {"more behind it", kKey + kName + "\"D:\\\\Net\"x\r\n", kNone},
-      {"removal", kKey + kNet + kName + "-\r\n", kNone},
-      {"other names", kKey + "@=\"d\"\n\"Kestrune\"=\"x\"\n\"Kestrune Path2\"=\"x\"\n", kNone},
-      {"a number", kKey + kNet + kName + "dword:00000041\n", kNone},
-      {"a longer number", kKey + kNet + kName + "hex(b):41,00,00,00,00,00,00,00\n", kNone},
-      {"escapes, and `\\` that are none", kKey + kName + R"("\"D:\new\\\"")", R"("D:\new\")"},
-      {"a text up to a zero", kKey + kName + "\"ab\0cd\"\n"s, "ab"},
-      {"the longest text", kKey + kName + "\"" + longest + "\"", longest},
-      {"a longer text", kKey + kName + "\"" + longest + "x\"", kNone},
-      {"wide bytes", kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00 , e9,00,0,0,41,00\r\n", "D:\\\xC3\xA9"},
-      {"wide bytes, the last one half", kKey + kName + "hex(1):41,00,42\n", "A"},
-      {"bytes", kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n", "D:\\N"},
-      {"bytes of the older format", kOld + kKey + kName + "hex(2):44,3a,5c,4e,00,4f\n", "D:\\N"},
-  };
-  for (const Row &row : rows)
-    EXPECT_EQ(folderFrom(row.bytes), row.folder) << row.what;
+  EXPECT_EQ(folderFrom(kKey + kName + "\"" + longest + "\""), longest);
+  EXPECT_EQ(folderFrom(kKey + kName + "\"" + longest + "x\""), kNone);
 }
 
 TEST_F(RegistryTest, TextsComeInTheCodePage) {
   const support::CodePage page(932);
-  const Row rows[] = {
-      {"UTF-8", kKey + kName + "\"\xE8\xA1\xA8\\\\x\"", "\x95\\\\x"},
-      {"UTF-8 that the page lacks", kKey + kName + "\"\xC3\xA9\"", "?"},
-      {"older format", kOld + kKey + kName + "\"\x95\\\\\\x\"", "\x95\\\\x"},
-      {"older format, bytes that would be UTF-8", kOld + kKey + kName + "\"\xC3\xA9\"", "\xC3\xA9"},
-      {"hex(2)", kHead + kKey + kName + "hex(2):68,88", "\x95\\"},
-      {"hex(2) in the older format", kOld + kKey + kName + "hex(2):95,5c", "\x95\\"},
-  };
-  for (const Row &row : rows)
-    EXPECT_EQ(folderFrom(row.bytes), row.folder) << row.what;
+  EXPECT_EQ(folderFrom(kKey + kName + "\"\xE8\xA1\xA8\\\\x\""), "\x95\\\\x") << "from UTF-8";
+  EXPECT_EQ(folderFrom(kKey + kName + "\"\xC3\xA9\""), "?") << "UTF-8 that the page lacks";
+  EXPECT_EQ(folderFrom(kOld + kKey + kName + "\"\x95\\\\\\x\""), "\x95\\\\x") << "from bytes of the page";
+  EXPECT_EQ(folderFrom(kOld + kKey + kName + "\"\xC3\xA9\""), "\xC3\xA9") << "though they would be UTF-8";
+  EXPECT_EQ(folderFrom(kHead + kKey + kName + "hex(2):68,88"), "\x95\\");
+  EXPECT_EQ(folderFrom(kOld + kKey + kName + "hex(2):95,5c"), "\x95\\");
 }
 
 // A file that is cut off has the values whose lines are whole, and one with any byte changed does no harm.
@@ -151,26 +133,19 @@ TEST_F(RegistryTest, WhereTheFilesLie) {
   const std::string user = "[HKEY_CURRENT_USER\\Software\\Kestrune\\Plinthforge\\Folders]\n\"userHwFolder\"=";
   support::write(folder / "xdg/kestrune/registry.reg", user + "\"X:\\\\xdg\"");
   support::write(folder / "home/.config/kestrune/registry.reg", user + "\"X:\\\\home\"");
-  const std::string fallBack = "C:\\tk\\Source\\Templates\\Hardware", xdg = folder / "xdg", home = folder / "home";
-  const struct {
-    const char *replacement; // KESTRUNE_REGISTRY
-    const char *xdg;         // XDG_CONFIG_HOME
-    const char *home;        // HOME
-    std::string folder;
-  } rows[] = {
-      {nullptr, xdg.c_str(), home.c_str(), "X:\\xdg"},
-      {nullptr, nullptr, home.c_str(), "X:\\home"},
-      {nullptr, "xdg", home.c_str(), "X:\\home"}, // no absolute path
-      {nullptr, nullptr, nullptr, fallBack},
-      {file.c_str(), xdg.c_str(), home.c_str(), fallBack},
-      {"/dev/zero", xdg.c_str(), home.c_str(), fallBack},
+  const std::string xdg = folder / "xdg", home = folder / "home";
+  const auto folderWith = [](const char *replacement, const char *config, const char *homeFolder) {
+    const support::Environment first("KESTRUNE_REGISTRY", replacement);
+    const support::Environment second("XDG_CONFIG_HOME", config), third("HOME", homeFolder);
+    return Probe().hardwareFolder();
   };
-  for (const auto &row : rows) {
-    const support::Environment replacement("KESTRUNE_REGISTRY", row.replacement);
-    const support::Environment configFolder("XDG_CONFIG_HOME", row.xdg), homeFolder("HOME", row.home);
-    EXPECT_EQ(Probe().hardwareFolder(), row.folder)
-        << testing::PrintToString(row.replacement) << " " << testing::PrintToString(row.xdg);
-  }
+  constexpr const char *kFallBack = "C:\\tk\\Source\\Templates\\Hardware";
+  EXPECT_EQ(folderWith(nullptr, xdg.c_str(), home.c_str()), "X:\\xdg");
+  EXPECT_EQ(folderWith(nullptr, nullptr, home.c_str()), "X:\\home");
+  EXPECT_EQ(folderWith(nullptr, "xdg", home.c_str()), "X:\\home") << "no absolute path";
+  EXPECT_EQ(folderWith(nullptr, nullptr, nullptr), kFallBack);
+  EXPECT_EQ(folderWith(file.c_str(), xdg.c_str(), home.c_str()), kFallBack);
+  EXPECT_EQ(folderWith("/dev/zero", xdg.c_str(), home.c_str()), kFallBack);
 }
 
 } // namespace

@@ -38,7 +38,7 @@ struct StdXcvr3 : support::NameTest {
 };
 
 TEST_F(StdXcvr3, MergeAddsWhatTheListDoesNotHave) {
-  const std::string none, broken = "<StdXcvr>";
+  const std::string none;
   const std::string a = fileOf({{"A", "1"}}), ab = fileOf({{"A", "1"}, {"B", "2"}});
   const std::string bad = fileOf({{"A", "1"}, {"B", "!"}, {"C", "3"}});
   const struct {
@@ -59,7 +59,7 @@ TEST_F(StdXcvr3, MergeAddsWhatTheListDoesNotHave) {
       {"a known name before a number is looked for", fileOf({{"A", "!"}}), a, S_OK, "A"},
       {"an empty user's file", a, fileOf({}), KRX_S_EMPTY_COLLECTION, "A"},
       {"no standard file", none, fileOf({{"B", "2"}, {"C", "3"}}), S_OK, "B,C", true},
-      {"a broken user's file", a, broken, KRX_E_UNEXPECTED_DATA, "A"},
+      {"a broken user's file", a, "<StdXcvr>", KRX_E_UNEXPECTED_DATA, "A"},
       {"none at all", none, none, KRX_E_FILE_NOT_FOUND, "", true},
   };
   for (const auto &row : rows) {
@@ -73,26 +73,16 @@ TEST_F(StdXcvr3, MergeAddsWhatTheListDoesNotHave) {
 }
 
 TEST_F(StdXcvr3, AMergeEndsAtATextThatIsNoNumber) {
-  const std::string a = fileOf({{"A", "1"}}), bad = fileOf({{"A", "1"}, {"B", "!"}, {"C", "3"}});
-  const struct {
-    const char *what;
-    std::string standard;
-    std::string user;
-    const char *named; // in the exception
-    const char *items;
-  } rows[] = {
-      {"of the user's", a, fileOf({{"B", "2"}, {"C", "3x"}, {"D", "4"}}), "'3x'", "A,B"},
-      {"of the user's, with a known name", a, fileOf({{"a", "?"}, {"D", "4"}}), "'?'", "A"},
-      {"in the list, reached", bad, fileOf({{"D", "1"}, {"E", "3"}}), "'!'", "A,B,C"},
-  };
-  for (const auto &row : rows) {
-    SCOPED_TRACE(row.what);
-    putBoth(row.standard, row.user);
+  const auto merged = [this](const std::vector<Item> &standard, const std::vector<Item> &user) {
+    putBoth(fileOf(standard), fileOf(user));
     CStdXcvr3 document;
-    const std::string message = support::thrownMessage([&] { document.LoadFromFile(kFile); });
-    EXPECT_NE(message.find(row.named), std::string::npos) << message;
-    EXPECT_EQ(keys(document.Transceivers3), row.items);
-  }
+    EXPECT_TRUE(support::throws<CKRXException>([&] { document.LoadFromFile(kFile); }));
+    return keys(document.Transceivers3);
+  };
+  EXPECT_EQ(merged({{"A", "1"}}, {{"B", "2"}, {"C", "3x"}, {"D", "4"}}), "A,B");
+  EXPECT_EQ(merged({{"A", "1"}}, {{"B", "2"}, {"C", nullptr}, {"D", "4"}}), "A,B");
+  EXPECT_EQ(merged({{"A", "1"}}, {{"a", "?"}, {"D", "4"}}), "A") << "though its name is known";
+  EXPECT_EQ(merged({{"A", "1"}, {"B", "!"}, {"C", "3"}}, {{"D", "1"}, {"E", "3"}}), "A,B,C") << "in the list";
 }
 
 TEST_F(StdXcvr3, AMergedDocumentIsSavedInOne) {
@@ -120,63 +110,53 @@ TEST_F(StdXcvr3, AMergedDocumentIsSavedInOne) {
 }
 
 TEST_F(StdXcvr3, WhereTheUserFileIsLookedFor) {
-  macros.AddMacro("$FOLDER$", "D:\\x");
   macros.AddMacro("$FILE$", kFile);
+  macros.AddMacro("$FOLDER$", "D:\\x");
   for (const char *name : {"d/x/StdXcvr.xml", "d/x/userxcvr.xml", "d/w/StdXcvr.xml"})
     put(name, {{"A", "1"}});
   for (const char *name : {"d/x/UserXcvr.xml", "d/x/UserXcvr", "d/x/UserXcvr.old.xml"})
     put(name, {{"X", "2"}});
   put("d/w/UserXcvr.xml", {{"W", "3"}});
-  const struct {
-    std::string name;
-    const char *items;
-  } rows[] = {
-      {R"(..\x\StdXcvr.xml)", "A,X"},
-      // A relative name with `/` is made absolute first.
-      {"./../x/StdXcvr.xml", "A,X"},
-      {"StdXcvr.xml", "A,W"},
-      {folder / "d/x/StdXcvr.xml", "A,X"},
-      {R"(D:\x\userxcvr.xml)", "A,X"},
-      // A name that is a macro has no folder of its own.
-      {"$FILE$", "A,W"},
-      {"$FOLDER$/StdXcvr.xml", "A"},
-      // The user's own file merges nothing.
-      {R"(..\x\UserXcvr)", "X"},
-      {R"(D:\x\UserXcvr.old.xml)", "X"},
-      {"", "W"},
-  };
-  for (const auto &row : rows) {
+  const auto loaded = [](const std::string &name) {
     Document document;
-    EXPECT_EQ(document.LoadFromFile(row.name.c_str()), S_OK) << row.name;
-    EXPECT_EQ(document.m_fileName, row.name.c_str());
-    EXPECT_EQ(keys(document.Transceivers3), row.items) << row.name;
-  }
-  std::filesystem::remove(folder / "d/w/UserXcvr.xml");
-  EXPECT_EQ(CStdXcvr3().LoadFromFile(""), KRX_E_LOAD_NOT_NAMED);
+    EXPECT_EQ(document.LoadFromFile(name.c_str()), S_OK) << name;
+    EXPECT_EQ(document.m_fileName, name.c_str());
+    return keys(document.Transceivers3);
+  };
+  EXPECT_EQ(loaded(R"(..\x\StdXcvr.xml)"), "A,X");
+  EXPECT_EQ(loaded("./../x/StdXcvr.xml"), "A,X");
+  EXPECT_EQ(loaded("StdXcvr.xml"), "A,W");
+  EXPECT_EQ(loaded(folder / "d/x/StdXcvr.xml"), "A,X");
+  EXPECT_EQ(loaded("$FILE$"), "A,W") << "a name that is a macro has no folder of its own";
+  EXPECT_EQ(loaded("$FOLDER$/StdXcvr.xml"), "A");
+  // The user's own file merges nothing.
+  EXPECT_EQ(loaded(R"(D:\x\userxcvr.xml)"), "A,X");
+  EXPECT_EQ(loaded(R"(..\x\UserXcvr)"), "X");
+  EXPECT_EQ(loaded(R"(D:\x\UserXcvr.old.xml)"), "X");
+  EXPECT_EQ(loaded(""), "W");
 }
 
-TEST_F(StdXcvr3, ReplacementFile) {
+TEST_F(StdXcvr3, AReplacementTakesThePlaceOfTheStandardFileAlone) {
   put("e/types/stdxcvr.xml", {{"R", "1"}});
   put("e/types/UserXcvr.xml", {{"U", "2"}});
   put("d/x/StdXcvr.xml", {{"A", "1"}});
   put("d/x/UserXcvr.xml", {{"X", "2"}});
-  const std::string host = folder / "e/types";
-  const auto expectLoaded = [](const char *variable, const char *items, const char *fileName) {
-    SCOPED_TRACE(variable != nullptr ? variable : "unset");
-    const support::Environment pfdt("PFDT", variable);
-    Document document, user;
+  for (const char *const nowhere : {"", "E:\\y"}) {
+    const support::Environment pfdt("PFDT", nowhere);
+    Document document;
     EXPECT_EQ(document.LoadFromFile(kFile), S_OK);
-    EXPECT_EQ(keys(document.Transceivers3), items);
-    EXPECT_STREQ(document.m_fileName, fileName);
-    EXPECT_EQ(user.LoadFromFile("D:\\x\\UserXcvr.xml"), S_OK);
-    EXPECT_EQ(keys(user.Transceivers3), "X") << "the user's own file is never replaced";
-  };
-  for (const char *const variable : {"", static_cast<const char *>(nullptr), "E:\\y", "Q:\\types"})
-    expectLoaded(variable, "A,X", kFile);
-  for (const char *const variable : {"E:\\types", "E:\\types\\", host.c_str()})
-    expectLoaded(variable, "R,U", "E:\\types\\stdxcvr.xml");
-  macros.AddMacro("$pfdt$", "E:\\types");
-  expectLoaded("E:\\y", "R,U", "E:\\types\\stdxcvr.xml");
+    EXPECT_EQ(keys(document.Transceivers3), "A,X") << nowhere;
+    EXPECT_STREQ(document.m_fileName, kFile);
+  }
+  for (const std::string &place : std::initializer_list<std::string>{"E:\\types\\", folder / "e/types"}) {
+    const support::Environment pfdt("PFDT", place.c_str());
+    Document document;
+    EXPECT_EQ(document.LoadFromFile(kFile), S_OK);
+    EXPECT_EQ(keys(document.Transceivers3), "R,U") << place;
+    EXPECT_STREQ(document.m_fileName, "E:\\types\\stdxcvr.xml");
+    EXPECT_EQ(document.LoadFromFile("D:\\x\\UserXcvr.xml"), S_OK);
+    EXPECT_EQ(keys(document.Transceivers3), "X");
+  }
 }
 
 template <class Document>
