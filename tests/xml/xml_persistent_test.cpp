@@ -124,17 +124,6 @@ static_assert(!LetsInitOut<CXMLAttribute>);
 static_assert(!LetsInitOut<CXMLHexElement>);
 static_assert(LetsInitOut<CXMLFolder>);
 
-TEST(XmlPersistent, HexWarningGoesToTheDebugChannel) {
-  std::string told;
-  kestrune::platform::SetDebugSink([&](const char *text) { told += text; });
-  CXMLHexElement value;
-  for (const char *text : {"0x12", "0", "0X12", "255"})
-    value = text;
-  kestrune::platform::SetDebugSink({});
-  EXPECT_EQ(told, "KO. CXMLHexElement. You must prefix hex values with 0x, you tried: 0X12\n"
-                  "KO. CXMLHexElement. You must prefix hex values with 0x, you tried: 255\n");
-}
-
 TEST(XmlDom, TextConversions) {
   EXPECT_STREQ(IntToHexStr(-1), "0xFFFFFFFF");
   EXPECT_STREQ(IntToHexStrNoX(5), "05");
