@@ -14,6 +14,7 @@ class Tree : public support::Dom {};
 
 TEST_F(Tree, AppendChildRefusesWhatHasAPlaceOrCanHaveNone) {
   const IXMLDOMDocumentPtr document = newDocument();
+  const IXMLDOMDocumentPtr other = newDocument();
   const IXMLDOMElementPtr root = document->createElement("r");
   const IXMLDOMElementPtr above = document->createElement("a");
   const IXMLDOMElementPtr below = document->createElement("b");
@@ -31,7 +32,7 @@ TEST_F(Tree, AppendChildRefusesWhatHasAPlaceOrCanHaveNone) {
       {"the root", above, root},
       {"a child of a text", text, document->createElement("c")},
       {"an instruction", root, document->createProcessingInstruction("p", "")},
-      {"a node of another document", root, newDocument()->createElement("c")},
+      {"a node of another document", root, other->createElement("c")},
   };
   for (const auto &row : rows)
     EXPECT_THROW(row.parent->appendChild(row.child), _com_error) << row.what;
