@@ -48,6 +48,19 @@ CString keyOf(Item *item) {
   return item != nullptr ? item->Key() : CString("none");
 }
 
+/// A copy of a record, list or document, made in each way, saves what it saves; assigned to itself it stays as it is.
+template <class Record>
+void expectCopies(Record &record) {
+  SCOPED_TRACE(record.GetTag());
+  Record copy(record), assigned;
+  assigned = record;
+  EXPECT_EQ(save(copy), save(record));
+  EXPECT_EQ(save(assigned), save(record));
+  assigned = static_cast<const Record &>(assigned);
+  EXPECT_EQ(assigned.GetModified(), 0);
+  EXPECT_EQ(save(assigned), save(record));
+}
+
 /// Holds what `result` makes of each row's cells against the last of them. Cells stand between blanks and line ends;
 /// `-` is the empty text, `null` none at all, and `~` a blank.
 using Cells = std::vector<const char *>;

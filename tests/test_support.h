@@ -95,6 +95,18 @@ struct CodePage : Unique {
   ~CodePage() { kestrune::platform::SetCodePage(65001); }
 };
 
+/// Whether `call` throws an exception of that class, which is ended.
+template <class Exception, class Call>
+bool throws(Call &&call) {
+  try {
+    call();
+  } catch (Exception *exception) {
+    exception->Delete();
+    return true;
+  }
+  return false;
+}
+
 /// The formatted message of the exception that `call` throws, which is ended; empty when it throws none.
 template <class Call>
 std::string thrownMessage(Call &&call) {
