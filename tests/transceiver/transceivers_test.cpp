@@ -31,110 +31,77 @@ TEST(Transceivers, EachVersionReadsAndWritesAllVersions) {
   EXPECT_EQ(document.Transceivers2.Count(), 0);
 }
 
-TEST(Transceivers, DefaultsOfANewItem) {
+TEST(Transceivers, RecordsAreCopied) {
+  CStdXcvr2 second;
+  CStdXcvr3 third;
+  load(second, transceiverData("version-2.xml"));
+  load(third, transceiverData("version-3.xml"));
+  CTransceiver3 &item = *third.Transceivers3[0];
+  support::expectCopies(*second.Transceivers2[0]);
+  support::expectCopies(item);
+  support::expectCopies(item.Timing);
+  support::expectCopies(item.Channel);
+  support::expectCopies(item.ModeSpec);
+  support::expectCopies(item.ModeSpec2);
+}
+
+TEST(Transceivers, ANewItemHasDefaultsAndItsName) {
   CTransceivers3 list;
   const CTransceiver3 &item = *list.Add("n");
-  const struct {
-    const char *member;
-    CString text;
-    const char *expected;
-  } rows[] = {
-      {"TevroskApproved", item.TevroskApproved, "FALSE"},
-      {"Key", item.Key(), "n"},
-      {"std_id", item.std_id, "Unassigned"},
-      {"support_level", item.support_level, "Unassigned"},
-      {"ChannelTypeNumber", item.ChannelTypeNumber, "0"},
-      {"std_xcvr_id", item.std_xcvr_id, "0"},
-      {"UsesVorlanComPort", item.UsesVorlanComPort, "TRUE"},
-      {"Timing.preamble", item.Timing.preamble, "Unassigned"},
-      {"Channel.flags", item.Channel.flags, "0xFFFF"},
-      {"ModeSpec2.xcvr_gp_data", item.ModeSpec2.xcvr_gp_data, "Unassigned"},
-      {"text of Timing", item.Timing, "Timing"},
-      {"text of Channel", item.Channel, "Channel"},
-      {"text of ModeSpec2", item.ModeSpec2, "ModeSpec"},
-      {"text", item, "Transceiver"},
-      {"key by constructor, version 1", CTransceiver("a").Key(), "a"},
-      {"key by constructor, version 2", CTransceiver2("b").Key(), "b"},
-      {"key by constructor, version 3", CTransceiver3("c").Key(), "c"},
-  };
-  for (const auto &row : rows)
-    EXPECT_STREQ(row.text, row.expected) << row.member;
+  EXPECT_STREQ(item.Key(), "n");
+  EXPECT_STREQ(item.ChannelTypeNumber, "0");
+  EXPECT_STREQ(item.UsesVorlanComPort, "TRUE");
+  EXPECT_STREQ(item.Channel.flags, "0xFFFF");
+  EXPECT_STREQ(item.Timing, "Timing") << "a folder's text is its tag";
+  EXPECT_STREQ(item.ModeSpec2, "ModeSpec");
+  EXPECT_STREQ(CTransceiver2("b").Key(), "b");
+  EXPECT_STREQ(CTransceiver3("c").Key(), "c");
   EXPECT_EQ(list.Add("N"), nullptr) << "the name is there, in another case";
 }
 
 TEST(Transceivers, GeneralPurposeDataLosesItsPrefixOnLoadAndGetsItBackOnSave) {
   CTransceiverModeSpec2 mode;
   EXPECT_NE(save(mode).find("<xcvr_gp_data>0xUnassigned<"), std::string::npos);
-  const struct {
-    const char *inFile;
-    const char *loaded;
-  } rows[] = {
-      {"0x1a2b", "1A2B"},
-      {"0X1A2B", "1A2B"},
-      {"0x", ""},
-      {"ab0x12", "12"}, // what is before the first x goes
-      {"0x12 0x34", "12 0X34"},
-      {"X12", "X12"},
-      {"1A2B", ""},
-      {"", ""},
-      {"abx", ""},
-      {"0xUnassigned", "UNASSIGNED"},
+  const auto loaded = [&](const std::string &inFile) {
+    load(mode, "<ModeSpec><xcvr_gp_data>" + inFile + "</xcvr_gp_data></ModeSpec>");
+    const std::string text(mode.xcvr_gp_data);
+    EXPECT_NE(save(mode).find("<xcvr_gp_data>0x" + text + "<"), std::string::npos) << inFile;
+    return text;
   };
-  for (const auto &row : rows) {
-    SCOPED_TRACE(row.inFile);
-    load(mode, "<ModeSpec><xcvr_gp_data>" + std::string(row.inFile) + "</xcvr_gp_data></ModeSpec>");
-    EXPECT_STREQ(mode.xcvr_gp_data, row.loaded);
-    const std::string saved = save(mode);
-    EXPECT_NE(saved.find("<xcvr_gp_data>0x" + std::string(row.loaded) + "<"), std::string::npos) << saved;
-  }
-  load(mode, "<ModeSpec/>");
-  EXPECT_STREQ(mode.xcvr_gp_data, "");
+  EXPECT_EQ(loaded("0x1a2b"), "1A2B");
+  EXPECT_EQ(loaded("ab0x12 0x34"), "12 0X34") << "up to the first x";
+  EXPECT_EQ(loaded("X12"), "X12") << "unless that is the first character";
+  EXPECT_EQ(loaded("0x"), "");
+  EXPECT_EQ(loaded("1A2B"), "");
 }
 
-TEST(Transceivers, NumbersOfTexts) {
-  const std::string failure = "Unexpected non-numeric value found in XML data (";
-  constexpr const char *kThrows = nullptr;
-  const struct {
-    const char *text;
-    const char *id;        // std_id: octal and hexadecimal too
-    const char *scheduler; // SchedulerMode: decimal, unsigned
-  } rows[] = {
-      {"16", "16", "16"},
-      {"0x10", "16", kThrows},
-      {"020", "16", "20"},
-      {"010", "8", "10"},
-      {"09", kThrows, "9"},
-      {"", "0", "0"},
-      {" 7", "7", "7"},
-      {"7 ", kThrows, kThrows},
-      {"7x", kThrows, kThrows},
-      {"0x", kThrows, kThrows},
-      {"Unassigned", kThrows, "0"},
-      {"unassigned", kThrows, kThrows},
-      {"-1", "-1", "4294967295"},
-      {"99999999999", "2147483647", "4294967295"},
-  };
+TEST(Transceivers, NumberOfATransceiver) {
   CTransceivers3 list;
   CTransceiver3 &item = *list.Add("n");
-  for (const auto &row : rows) {
-    SCOPED_TRACE(row.text);
-    item.std_id = row.text;
-    item.SchedulerMode = row.text;
-    std::string id, scheduler;
-    const std::string idFailure = thrownMessage([&] { id = std::to_string(static_cast<int>(item.std_id)); });
-    const std::string schedulerFailure = thrownMessage([&] { scheduler = std::to_string(item.GetSchedulerMode()); });
-    if (row.id != kThrows) {
-      EXPECT_EQ(id, row.id);
-      EXPECT_EQ(list.FindByID(std::stoi(row.id)), &item);
-    } else {
-      EXPECT_EQ(idFailure, failure + "Error accessing XML tag: std_id Value: '" + row.text + "') [KRX#101]");
-      EXPECT_EQ(thrownMessage([&] { list.FindByID(1); }), idFailure) << "a search comes upon it";
-    }
-    if (row.scheduler != kThrows)
-      EXPECT_EQ(scheduler, row.scheduler);
-    else
-      EXPECT_EQ(schedulerFailure, failure + row.text + ") [KRX#101]");
+  for (const char *text : {" 16", "0x10", "020"}) {
+    item.std_id = text;
+    EXPECT_EQ(static_cast<int>(item.std_id), 16) << text;
+    EXPECT_EQ(list.FindByID(16), &item) << text;
   }
+  item.std_id = "7x";
+  EXPECT_EQ(thrownMessage([&] { list.FindByID(1); }), "Unexpected non-numeric value found in XML data (Error accessing "
+                                                      "XML tag: std_id Value: '7x') [KRX#101]");
+}
+
+TEST(Transceivers, SchedulerModeIsADecimalNumber) {
+  CTransceiver3 item;
+  const auto mode = [&](const char *text) {
+    item.SchedulerMode = text;
+    return item.GetSchedulerMode();
+  };
+  EXPECT_EQ(mode("Unassigned"), 0u);
+  EXPECT_EQ(mode(""), 0u);
+  EXPECT_EQ(mode("010"), 10u);
+  EXPECT_EQ(mode("-1"), 4294967295u);
+  EXPECT_EQ(mode("99999999999"), 4294967295u);
+  for (const std::string text : {"0x10", "7 ", "unassigned"})
+    EXPECT_EQ(thrownMessage([&] { mode(text.c_str()); }),
+              "Unexpected non-numeric value found in XML data (" + text + ") [KRX#101]");
 }
 
 /// For each version of the list.
@@ -153,11 +120,8 @@ void searchInOrder() {
   list.Add("c")->std_id = "5";
   EXPECT_STREQ(keyOf(list.FindByID(16)), "a") << "found before the bad one is reached";
   EXPECT_NE(thrownMessage([&] { list.FindByID(5); }), "");
-  List copy(list);
-  const List &self = copy;
-  copy = self;
-  EXPECT_EQ(support::keys(copy), "a,b,Dummy,c");
-  EXPECT_EQ(save(copy), save(list));
+  EXPECT_EQ(support::keys(list), "a,b,Dummy,c");
+  support::expectCopies(list);
 }
 
 TEST(Transceivers, SearchesInOrder) {
