@@ -14,18 +14,16 @@
 namespace support {
 
 constexpr std::string_view kNameCharacters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._";
-/// Characters of keys, which are compared without regard to case.
-constexpr std::string_view kKeyCharacters = "abcdefghijklmnopqrstuvwxyz0123456789 !#$%()*+,-./:;=?@[]^_`{|}~";
 
 /// `count` different texts of 16 characters. Each step of the hash can be undone: for any first 8 bytes there are 8
 /// that lead to the wanted state, and those that are characters of the set are kept.
-inline std::vector<std::string> collidingTexts(std::size_t count, std::string_view characters = kNameCharacters) {
+inline std::vector<std::string> collidingTexts(std::size_t count) {
   constexpr std::uint64_t kFactor = 0xC6A4A7935BD1E995;
   constexpr std::uint64_t kInverse = 0x5F7A0EA7E59B19BD; // kFactor * kInverse is 1 modulo 2^64
   static_assert(kFactor * kInverse == 1);
   const auto mix = [](std::uint64_t word) { return word ^ (word >> 47U); }; // undoes itself
   std::array<bool, 256> isAllowed{};
-  for (const char c : characters)
+  for (const char c : kNameCharacters)
     isAllowed[static_cast<unsigned char>(c)] = true;
 
   std::vector<std::string> texts;

@@ -24,39 +24,29 @@ protected:
   support::TempFolder m_folder;
 };
 
-TEST_F(XmlFile, LoadTellsEachFailure) {
-  const auto fails = [](long result, const std::vector<std::string> &paths) {
-    for (const std::string &path : paths) {
-      Document document;
-      document.List.Add("kept");
-      EXPECT_EQ(load(document, path), result) << path;
-      EXPECT_EQ(support::keys(document.List), "kept") << path;
-      // Once a file was opened, the document counts as unmodified.
-      EXPECT_EQ(document.GetModified() != 0, result == KRX_E_FILE_NOT_FOUND) << path;
-      EXPECT_STREQ(document.m_fileName, path.c_str());
-    }
+TEST_F(XmlFile, AFailedLoadKeepsTheItemsAndReportsItsCause) {
+  constexpr bool kIsOpened = true;
+  const struct {
+    std::string path;
+    long result;
+    bool isOpened = false; // then the document counts as unmodified
+  } rows[] = {
+      {m_folder / "none.xml", KRX_E_FILE_NOT_FOUND},
+      {m_folder.path(), KRX_E_FILE_NOT_FOUND},
+      {"Q:\\a.xml", KRX_E_FILE_NOT_FOUND},
+      {write("noroot.xml", "<?xml version='1.0'?><!-- -->"), KRX_E_UNEXPECTED_DATA, kIsOpened},
+      {write("malformed.xml", "<Root><Items></Root>"), KRX_E_UNEXPECTED_DATA, kIsOpened},
+      {write("zero.xml", std::string_view("<Root>\0</Root>", 14)), KRX_E_UNEXPECTED_DATA, kIsOpened},
+      {write("wrong.xml", "<Other><Items><Item Name='new'/></Items></Other>"), KRX_E_WRONG_ROOT_TAG, kIsOpened},
   };
-  fails(KRX_E_FILE_NOT_FOUND,
-        {m_folder / "none.xml", m_folder.path(), "C:\\", "Q:\\a.xml", "\\\\server\\share\\a.xml"});
-  fails(KRX_E_UNEXPECTED_DATA,
-        {write("empty.xml", ""), write("noroot.xml", "<?xml version='1.0'?><!-- -->"),
-         write("two.xml", "<Root/><Root/>"), write("malformed.xml", "<Root><Items></Root>"),
-         write("bytes.xml", "<Root>\xFF</Root>"), write("zero.xml", std::string_view("<Root>\0</Root>", 14))});
-  fails(KRX_E_WRONG_ROOT_TAG, {write("wrong.xml", "<Other><Items><Item Name='new'/></Items></Other>")});
-}
-
-TEST_F(XmlFile, LoadTellsRemarksAndDuplicates) {
-  const std::pair<const char *, long> rows[] = {
-      {"<Root/>", S_OK},
-      {"<ROOT><Contents Format='2'/></ROOT>", KRX_S_NO_ELEMENT},
-      {"<Root><Contents><UpgradeStatus>1</UpgradeStatus></Contents></Root>", S_OK},
-      {"<Root><Items/></Root>", KRX_S_EMPTY_COLLECTION},
-      {"<Root><Items><Item Name='a'/><Item Name='a'/></Items></Root>", KRX_E_DUPLICATE_KEY},
-  };
-  for (const auto &[text, result] : rows) {
+  for (const auto &row : rows) {
+    SCOPED_TRACE(row.path);
     Document document;
-    EXPECT_EQ(load(document, write("a.xml", text)), result) << text;
-    EXPECT_EQ(document.GetModified(), 0) << text;
+    document.List.Add("kept");
+    EXPECT_EQ(load(document, row.path), row.result);
+    EXPECT_EQ(support::keys(document.List), "kept");
+    EXPECT_EQ(document.GetModified() == 0, row.isOpened);
+    EXPECT_STREQ(document.m_fileName, row.path.c_str());
   }
 }
 
@@ -66,71 +56,71 @@ TEST_F(XmlFile, NamesAreRememberedAndRequired) {
   EXPECT_EQ(document.LoadFromFile("", ""), KRX_E_LOAD_NOT_NAMED);
   EXPECT_EQ(document.LoadFromFile(nullptr, m_folder.path().c_str()), KRX_E_FILE_NOT_FOUND) << "the base itself";
   EXPECT_EQ(document.SaveToFile(nullptr, nullptr, true), KRX_E_SAVE_NOT_NAMED);
-  const std::string path = m_folder / "a/b/c/new.xml";
+  const std::string path = m_folder / "new.xml";
   EXPECT_EQ(load(document, path), KRX_E_FILE_NOT_FOUND);
-  EXPECT_EQ(document.SaveToFile(nullptr, nullptr, false), S_OK) << "the name was remembered, folders are made";
+  EXPECT_EQ(document.SaveToFile(nullptr, nullptr, false), S_OK);
   EXPECT_TRUE(fs::exists(path));
   EXPECT_EQ(document.LoadFromFile(nullptr, nullptr), KRX_S_EMPTY_COLLECTION);
 }
 
-TEST_F(XmlFile, EveryFormOfANameLeadsToTheFile) {
-  support::write(m_folder / "Types/sub/Data.xml", "<Root><Items><Item Name='a'/></Items></Root>");
-  CMacroString().AddMacro("$XMLFILETEST$", m_folder.path().c_str());
-  const support::CurrentDirectory directory(m_folder.path());
+TEST_F(XmlFile, ASaveMakesAllFoldersOfItsPath) {
   const support::Environment drives("KESTRUNE_DRIVES", ("T=" + m_folder.path().string()).c_str());
-  std::string windows = m_folder / "Types/sub/Data.xml";
-  std::replace(windows.begin(), windows.end(), '/', '\\');
-  const std::pair<std::string, std::string> rows[] = {
-      {m_folder / "Types/sub/Data.xml", ""},
-      {"Z:" + windows, ""},
-      {"C:" + (m_folder / "Types/sub/Data.xml"), ""},
-      {"T:\\types\\SUB\\data.XML", ""},
-      {"t:Types\\sub\\Data.xml", ""},
-      {"\\Types\\sub\\Data.xml", ""},
-      {"$xmlfiletest$\\Types\\sub\\Data.xml", ""},
-      {"$XMLFILETEST$/Types/sub/Data.xml", ""},
-      {"Types\\sub\\DATA.xml", ""},
-      {"Types/sub/../sub/Data.xml", ""},
-      {"Data.xml", m_folder / "Types/sub"},
-      {"sub\\Data.xml", "$XMLFILETEST$\\Types"},
-  };
-  for (const auto &[name, base] : rows) {
-    Document document;
-    EXPECT_EQ(document.LoadFromFile(name.c_str(), base.c_str()), S_OK) << name;
-    EXPECT_EQ(document.m_fileName.Compare(name.c_str()), 0) << "the name as it was given";
-    document.List.Add(name.c_str());
-    EXPECT_EQ(document.SaveToFile(nullptr, base.c_str(), true), S_OK) << name;
-    EXPECT_EQ(document.LoadFromFile(nullptr, base.c_str()), S_OK) << name;
-    EXPECT_NE(document.List.Find(name.c_str()), nullptr) << name;
-  }
-  EXPECT_EQ(std::distance(fs::recursive_directory_iterator(m_folder.path()), {}), 3) << "no other file was made";
+  Document document;
+  EXPECT_EQ(save(document, "T:\\a\\b\\c\\x.xml"), S_OK);
+  EXPECT_TRUE(fs::exists(m_folder / "a/b/c/x.xml"));
+  EXPECT_EQ(save(document, "T:\\a\\b\\y.xml"), S_OK);
+  EXPECT_TRUE(fs::exists(m_folder / "a/b/y.xml"));
+  EXPECT_EQ(std::distance(fs::recursive_directory_iterator(m_folder.path()), {}), 5);
 }
 
-TEST_F(XmlFile, SaveTellsEachFailureAndLeavesTheOldFile) {
+TEST_F(XmlFile, ANameIsResolvedAgainstABaseAndKeptAsItIs) {
+  write("Types/sub/Data.xml", "<Root><Items><Item Name='a'/></Items></Root>");
+  CMacroString().AddMacro("$XMLFILETEST$", m_folder.path().c_str());
+  const char *const base = "$XMLFILETEST$\\Types";
+  Document document, again;
+  EXPECT_EQ(document.LoadFromFile("SUB\\data.xml", base), S_OK);
+  EXPECT_STREQ(document.m_fileName, "SUB\\data.xml");
+  document.List.Add("b");
+  EXPECT_EQ(document.SaveToFile(nullptr, base, true), S_OK);
+  EXPECT_EQ(load(again, m_folder / "Types/sub/Data.xml"), S_OK);
+  EXPECT_EQ(support::keys(again.List), "a,b");
+}
+
+TEST_F(XmlFile, AFailedSaveLeavesTheOldFile) {
   const std::string old = "<old/>";
   write("file", "x");
-  const std::string readOnly = write("readonly.xml", old);
+  const std::string readOnly = write("readonly.xml", old), normal = write("normal.xml", old);
   fs::permissions(readOnly, fs::perms::owner_read);
-  const auto fails = [&](long result, const std::string &path, bool overwrite = true, const char *text = "x") {
-    Document document;
-    document.List.Add("a")->Text = text;
-    EXPECT_EQ(save(document, path, overwrite), result) << path << text;
-    EXPECT_NE(document.GetModified(), 0) << path << text;
-    EXPECT_TRUE(!fs::is_regular_file(path) || support::read(path) == old) << path << text;
+  constexpr bool kKeep = false;
+  const struct {
+    std::string path;
+    long result;
+    const char *text = "x";
+    bool overwrite = true;
+  } rows[] = {
+      {normal, KRX_E_WRITE_PROTECTED, "x", kKeep},
+      {m_folder.path(), KRX_E_SAVE_FAILED},
+      {readOnly, KRX_E_SAVE_FAILED},
+      {m_folder / "file/sub/a.xml", KRX_E_SAVE_FAILED},
+      {"Q:\\a.xml", KRX_E_SAVE_FAILED},
+      // No characters of XML, or no UTF-8.
+      {normal, KRX_E_SAVE_FAILED, "a\x01"},
+      {normal, KRX_E_SAVE_FAILED, "\xC3("},
+      {normal, KRX_E_SAVE_FAILED, "\xEF\xBF\xBF"},
   };
-  fails(KRX_E_WRITE_PROTECTED, write("exists.xml", old), false);
-  fails(KRX_E_WRITE_PROTECTED, m_folder.path(), false);
-  for (const std::string &path : std::initializer_list<std::string>{
-           m_folder.path(), readOnly, m_folder / "file/sub/a.xml", "/dev/full", "Q:\\a.xml"})
-    fails(KRX_E_SAVE_FAILED, path);
-  for (const char *text : {"a\x01", "\xC3(", "\xC0\x80", "\xED\xA0\x80", "\xEF\xBF\xBF"})
-    fails(KRX_E_SAVE_FAILED, write("text.xml", old), true, text);
-  for (const char *name : {"", "a b", "1a", "a&", "\xC2\xAD"}) {
+  for (const auto &row : rows) {
+    SCOPED_TRACE(row.path + " " + testing::PrintToString(row.text));
     Document document;
-    document.List.Add("a")->Text.PutTag(CString(name));
-    EXPECT_EQ(save(document, m_folder / "name.xml"), KRX_E_SAVE_FAILED) << name;
-    EXPECT_FALSE(fs::exists(m_folder / "name.xml")) << name;
+    document.List.Add("a")->Text = row.text;
+    EXPECT_EQ(save(document, row.path, row.overwrite), row.result);
+    EXPECT_NE(document.GetModified(), 0);
+    EXPECT_EQ(support::read(normal), old);
+    EXPECT_EQ(support::read(readOnly), old);
   }
+  Document document;
+  document.List.Add("a")->Text.PutTag(CString("a b")); // no name of XML
+  EXPECT_EQ(save(document, m_folder / "name.xml"), KRX_E_SAVE_FAILED);
+  EXPECT_FALSE(fs::exists(m_folder / "name.xml"));
 }
 
 TEST_F(XmlFile, ComIsNeededByTheThread) {
@@ -155,58 +145,61 @@ public:
   bool failTree = false;
   long Load(MSXML::IXMLDOMElement *parent) override {
     Item::Load(parent);
-    if (failTree)
-      throw _com_error(E_FAIL, "the tree is torn");
-    throw new CKRXException(5u);
+    fail(5);
+    return S_OK;
   }
   IXMLDOMElementPtr Save(IXMLDOMElementPtr, int) override {
+    fail(6);
+    return {};
+  }
+
+private:
+  void fail(unsigned subCode) const {
     if (failTree)
       throw _com_error(E_FAIL, "the tree is torn");
-    throw new CKRXException(6u);
+    throw new CKRXException(subCode);
   }
 };
 
-TEST_F(XmlFile, FailuresInsideAreCodesAndExceptionsPassThrough) {
+TEST_F(XmlFile, FailuresOfTheTreeAreCodesAndOtherExceptionsPassThrough) {
   const std::string path = write("a.xml", "<Item Name='n'/>");
   Throwing folder;
   EXPECT_EQ(support::thrownMessage([&] { folder.LoadFromFile(path.c_str(), nullptr); }), "uninitialized [KRX#5]");
   EXPECT_EQ(support::thrownMessage([&] { folder.SaveToFile(path.c_str(), nullptr, true); }), "uninitialized [KRX#6]");
   EXPECT_STREQ(folder.Name, "n");
   folder.failTree = true;
-  std::string told;
-  kestrune::platform::SetDebugSink([&](const char *text) { told += text; });
+  std::string onLoad, onSave;
+  kestrune::platform::SetDebugSink([&](const char *text) { onLoad = text; });
   EXPECT_EQ(folder.LoadFromFile(path.c_str(), nullptr), KRX_E_LOAD_EXCEPTION);
-  const std::size_t loadEnd = told.size();
+  kestrune::platform::SetDebugSink([&](const char *text) { onSave = text; });
   EXPECT_EQ(folder.SaveToFile(path.c_str(), nullptr, true), KRX_E_SAVE_FAILED);
   kestrune::platform::SetDebugSink({});
-  EXPECT_NE(
-      told.find("CXMLFolder::Load.  Warning: HRESULT not S_OK found while loading XML: Item\t: HRESULT: 0x80004005, "
-                "the tree is torn"),
-      std::string::npos);
-  EXPECT_TRUE(told.substr(loadEnd).starts_with("CXMLFolder::Save.  Error(s) found while saving: "));
-  EXPECT_TRUE(told.ends_with("\tUnexpected COM exception caught: HRESULT: 0x80004005, the tree is torn\n"));
+  EXPECT_EQ(onLoad, "CXMLFolder::Load.  Warning: HRESULT not S_OK found while loading XML: Item\t: HRESULT: "
+                    "0x80004005, the tree is torn");
+  EXPECT_TRUE(onSave.starts_with("CXMLFolder::Save.  Error(s) found while saving: ")) << onSave;
+  EXPECT_TRUE(onSave.ends_with("\tUnexpected COM exception caught: HRESULT: 0x80004005, the tree is torn\n"));
   EXPECT_EQ(support::read(path), "<Item Name='n'/>");
 }
 
-TEST_F(XmlFile, ContentsAndUpgradeStatus) {
+TEST_F(XmlFile, UpgradeStatusIsANumber) {
+  CXMLContents contents;
+  contents.UpgradeStatus = "0x10";
+  EXPECT_EQ(contents.getUpgradeStatus(), 16u);
+  contents.setUpgradeStatus(3000000000u);
+  EXPECT_STREQ(contents.UpgradeStatus, "-1294967296");
+  EXPECT_EQ(contents.getUpgradeStatus(), 3000000000u);
+  contents.UpgradeStatus = "5x";
+  EXPECT_EQ(support::thrownMessage([&] { contents.getUpgradeStatus(); }),
+            "Unexpected non-numeric value found in XML data (UpgradeStatus) [KRX#101]");
+}
+
+TEST_F(XmlFile, ContentsAreDatedLoadedAndCopied) {
   Document document;
   EXPECT_NE(document.GetModified(), 0);
   EXPECT_GT(static_cast<int>(document.Contents.CreationDate), 1700000000);
-  support::checkRows(2, "0x10 16 - 0 -1 4294967295 010 8", [&](const support::Cells &row) {
-    document.Contents.UpgradeStatus = row[0];
-    return CString(std::to_string(document.Contents.getUpgradeStatus()).c_str());
-  });
-  document.Contents.setUpgradeStatus(3000000000u);
-  EXPECT_STREQ(document.Contents.UpgradeStatus, "-1294967296");
-  EXPECT_EQ(document.Contents.getUpgradeStatus(), 3000000000u);
-  document.Contents.UpgradeStatus = "5x";
-  EXPECT_EQ(support::thrownMessage([&] { document.Contents.getUpgradeStatus(); }),
-            "Unexpected non-numeric value found in XML data (UpgradeStatus) [KRX#101]");
   load(document, write("a.xml", "<Root><Contents CreationDate='5' Format='99'/></Root>"));
   EXPECT_STREQ(document.Contents.CreationDate, "5");
-  EXPECT_STREQ(document.Contents.Format, "99");
-  const CXMLContents copy(document.Contents);
-  EXPECT_STREQ(copy.CreationDate, "5");
+  EXPECT_STREQ(CXMLContents(document.Contents).CreationDate, "5");
   Document other;
   other.m_fileName = "other.xml";
   other.CXMLTopLevelFolder::operator=(document);
