@@ -24,47 +24,50 @@ private:
   int m_input, m_error;
 };
 
+constexpr UINT kSecond = 0x100, kThird = 0x200, kFourth = 0x300, kIcon = 0x30;
+
 TEST(MessageBoxTest, WithoutATerminalTheDefaultButtonAnswers) {
-  const std::pair<UINT, int> rows[] = {
-      {MB_OK, IDOK},     {MB_OKCANCEL, IDOK}, {0x101, IDCANCEL},       {MB_ABORTRETRYIGNORE, IDABORT},
-      {0x102, IDRETRY},  {0x202, IDIGNORE},   {MB_YESNOCANCEL, IDYES}, {0x103, IDNO},
-      {0x203, IDCANCEL}, {MB_YESNO, IDYES},   {0x104, IDNO},           {MB_RETRYCANCEL, IDRETRY},
-      {0x105, IDCANCEL}, {0x304, IDYES},      {0x134, IDNO},           {0x100, IDOK},
-  };
   const int nothing = ::open("/dev/null", O_RDONLY);
-  testing::internal::CaptureStderr();
-  {
-    const Streams streams(nothing, 2);
-    for (const auto &[type, answer] : rows)
-      EXPECT_EQ(AfxMessageBox("text", type), answer) << type;
-  }
+  const auto answer = [nothing](UINT type) {
+    testing::internal::CaptureStderr();
+    int result = 0;
+    {
+      const Streams streams(nothing, 2);
+      result = AfxMessageBox("text", type);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "text\n");
+    return result;
+  };
+  EXPECT_EQ(answer(MB_OKCANCEL | kSecond), IDCANCEL);
+  EXPECT_EQ(answer(MB_ABORTRETRYIGNORE), IDABORT);
+  EXPECT_EQ(answer(MB_ABORTRETRYIGNORE | kSecond), IDRETRY);
+  EXPECT_EQ(answer(MB_ABORTRETRYIGNORE | kThird), IDIGNORE);
+  EXPECT_EQ(answer(MB_YESNOCANCEL | kThird), IDCANCEL);
+  EXPECT_EQ(answer(MB_YESNO | kSecond | kIcon), IDNO);
+  EXPECT_EQ(answer(MB_RETRYCANCEL), IDRETRY);
+  EXPECT_EQ(answer(MB_OK | kSecond), IDOK) << "a default button that is not there is the first";
+  EXPECT_EQ(answer(MB_YESNO | kFourth), IDYES);
   ::close(nothing);
-  std::string expected;
-  for (std::size_t i = 0; i < std::size(rows); ++i)
-    expected += "text\n";
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
 }
 
 TEST(MessageBoxTest, ATerminalIsAsked) {
   const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
-  ASSERT_TRUE(master >= 0 && ::grantpt(master) == 0 && ::unlockpt(master) == 0);
+  ASSERT_EQ(::grantpt(master), 0);
+  ASSERT_EQ(::unlockpt(master), 0);
   const int slave = ::open(::ptsname(master), O_RDWR | O_NOCTTY);
   ASSERT_GE(slave, 0);
-  const std::tuple<UINT, std::string, int> rows[] = {
-      {MB_YESNO, "n\n", IDNO},
-      {MB_YESNOCANCEL, "\n", IDYES},
-      {0x103, "\n", IDNO},
-      {MB_YESNO, "maybe\nYes\n", IDYES},
-      {MB_ABORTRETRYIGNORE, "IGN\n", IDIGNORE},
-      {0x104, "\x04", IDNO},
-      {MB_OK, "", IDOK},
-  };
-  for (const auto &[type, typed, answer] : rows) {
-    ASSERT_EQ(::write(master, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
+  const auto answer = [&](UINT type, const std::string &typed) {
+    EXPECT_EQ(::write(master, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
     const Streams streams(slave, slave);
     std::clearerr(stdin);
-    EXPECT_EQ(AfxMessageBox("sure?", type), answer) << type << typed;
-  }
+    return AfxMessageBox("sure?", type);
+  };
+  EXPECT_EQ(answer(MB_YESNO, "n\n"), IDNO);
+  EXPECT_EQ(answer(MB_YESNO, "maybe\nYes\n"), IDYES);
+  EXPECT_EQ(answer(MB_ABORTRETRYIGNORE, "IGN\n"), IDIGNORE);
+  EXPECT_EQ(answer(MB_YESNOCANCEL | kSecond, "\n"), IDNO) << "an empty line is the default";
+  EXPECT_EQ(answer(MB_YESNO | kSecond, "\x04"), IDNO) << "the end of the input";
+  EXPECT_EQ(answer(MB_OK, ""), IDOK) << "no choice to ask for";
   std::clearerr(stdin);
   ::close(slave);
   ::close(master);

@@ -1,6 +1,6 @@
-#include "tests/document_support.h"
+#include "tests/test_support.h"
 
-#include <optional>
+#include <algorithm>
 
 namespace {
 
@@ -22,7 +22,6 @@ protected:
 
   support::TempFolder folder;
   const std::string root = fs::canonical(folder.path()).string();
-  std::optional<support::Environment> drives;
   support::CurrentDirectory directory{root};
 };
 
@@ -33,45 +32,39 @@ std::string absolute(const std::string &name) {
 }
 
 TEST_F(DrivesTest, AHostPathTakesTheDriveWithTheLongestFolder) {
-  // The map, a host path, and its Windows form.
-  support::checkRows(3, R"(
-    -     /home/me C:\home\me   -   /a//./b/../c/ C:\a\c\   -   /../a C:\a   D=T/d T/d/x D:\x   D=T/d T/d D:\
-    D=T/d T/D C:T\D   D=T/d T/dd/x C:T\dd\x   D=T/d T/d/../x C:T\x   D=T/d;E=T/d/e T/d/e/x E:\x   Z=T/d T/d/x C:T\d\x
-    D=T/q/../d/. T/d/x D:\x   A=T/d;C=T/d;D=T/d T/d/x C:\x   C=T/d /home/me Z:\home\me   D=T/d;D=T/e T/e/x D:\x
-    d=T/d T/d/x D:\x   D=home /home/me C:\home\me   ;;D;D=;=T/d;D:=T/d;DD=T/d;D=d;1=T/d;D=\d T/d/x C:T\d\x)",
-                     [this](const support::Cells &row) {
-                       drives.reset();
-                       drives.emplace("KESTRUNE_DRIVES", expanded(row[0]).c_str());
-                       const std::string form = absolute(expanded(row[1]));
-                       return CString(form == driveForm(row[2]) ? row[2] : form.c_str());
-                     });
+  const auto form = [this](const char *map, const char *path) {
+    const support::Environment mapped("KESTRUNE_DRIVES", expanded(map).c_str());
+    return absolute(expanded(path));
+  };
+  EXPECT_EQ(form("", "/a//./b/../../../c/"), R"(C:\c\)");
+  EXPECT_EQ(form("D=T/d", "T/d"), R"(D:\)");
+  EXPECT_EQ(form("D=T/d", "T/dd/x"), driveForm(R"(C:T\dd\x)"));
+  EXPECT_EQ(form("D=T/d", "T/d/../x"), driveForm(R"(C:T\x)"));
+  EXPECT_EQ(form("D=T/d;E=T/d/e", "T/d/e/x"), R"(E:\x)");
+  EXPECT_EQ(form("d=T/q/../e/.;D=T/d", "T/d/x"), R"(D:\x)");
+  EXPECT_EQ(form("A=T/d;C=T/d;D=T/d", "T/d/x"), R"(C:\x)") << "C wins a tie";
+  EXPECT_EQ(form("C=T/d", "/home/me"), R"(Z:\home\me)");
+  EXPECT_EQ(form("Z=T/d", "T/d/x"), driveForm(R"(C:T\d\x)")) << "Z is always the root";
+  EXPECT_EQ(form(R"(;;D;D=;=T/d;D:=T/d;DD=T/d;D=d;1=T/d;D=\d)", "T/d/x"), driveForm(R"(C:T\d\x)")) << "no drives";
 }
 
 TEST_F(DrivesTest, TheCurrentDirectoryIsOnTheDriveWithTheLongestFolder) {
   fs::create_directories(root + "/d/e/f");
   fs::create_directory_symlink(root + "/d", root + "/link");
-  const struct {
-    const char *map, *current;
-    char drive;
-    const char *plain, *onD;
-  } rows[] = {
-      {"", "T/d", 'C', "C:T\\d\\x", "D:\\x"},          {"D=T/d", "T", 'C', "C:T\\x", "D:\\x"},
-      {"D=T/d", "T/d/e", 'D', "D:\\e\\x", "D:\\e\\x"}, {"D=T/d;E=T/d/e", "T/d/e", 'E', "E:\\x", "D:\\x"},
-      {"D=T/d;C=T/d", "T/d", 'C', "C:\\x", "D:\\x"},   {"D=T/link", "T/d/e", 'D', "D:\\e\\x", "D:\\e\\x"},
-      {"D=T/link", "T/link", 'D', "D:\\x", "D:\\x"},   {"C=T/nothing", "T", 'Z', "Z:T\\x", "D:\\x"},
+  const auto form = [this](const char *map, const char *current, const char *name) {
+    const support::Environment mapped("KESTRUNE_DRIVES", expanded(map).c_str());
+    const support::CurrentDirectory entered(expanded(current));
+    return absolute(name);
   };
-  for (const auto &row : rows) {
-    SCOPED_TRACE(testing::Message() << row.map << " " << row.current);
-    drives.reset();
-    drives.emplace("KESTRUNE_DRIVES", expanded(row.map).c_str());
-    const support::CurrentDirectory current(expanded(row.current));
-    EXPECT_EQ(CFilename("x").GetDrive(), row.drive);
-    EXPECT_EQ(absolute("x"), driveForm(row.plain));
-    EXPECT_EQ(absolute("D:x"), driveForm(row.onD));
-    EXPECT_EQ(absolute("\\x"), row.drive + std::string(":\\x"));
-    EXPECT_EQ(absolute("Q:x"), "Q:\\x");
-  }
-  drives.reset();
+  EXPECT_EQ(form("", "T/d", "x"), driveForm(R"(C:T\d\x)"));
+  EXPECT_EQ(form("D=T/d", "T", "x"), driveForm(R"(C:T\x)"));
+  EXPECT_EQ(form("D=T/d", "T", "D:x"), R"(D:\x)") << "the root of another drive is current";
+  EXPECT_EQ(form("D=T/d", "T/d/e", "x"), R"(D:\e\x)");
+  EXPECT_EQ(form("D=T/d", "T/d/e", R"(\x)"), R"(D:\x)");
+  EXPECT_EQ(form("D=T/d;E=T/d/e", "T/d/e", "x"), R"(E:\x)");
+  EXPECT_EQ(form("D=T/d;C=T/d", "T/d", "x"), R"(C:\x)");
+  EXPECT_EQ(form("D=T/link", "T/d/e", "x"), R"(D:\e\x)");
+  EXPECT_EQ(form("C=T/nothing", "T", "x"), driveForm(R"(Z:T\x)"));
   const support::CurrentDirectory gone(root + "/d/e/f");
   fs::remove(root + "/d/e/f");
   EXPECT_EQ(CFilename("x").GetDrive(), 'C');
@@ -79,26 +72,35 @@ TEST_F(DrivesTest, TheCurrentDirectoryIsOnTheDriveWithTheLongestFolder) {
   EXPECT_FALSE(CFilename("x").GetAbsolute(full, nullptr));
 }
 
-// Each file has a size of its own, which tells what a name led to; 0 is nothing.
 TEST_F(DrivesTest, NamesLeadToFiles) {
-  long size = 0;
   for (const char *file : {"d/a.xml", "a.xml", "d/Sub/File.XML", "d/sub2/x", "d/SUB2X", "d/e/B.xml", "d/e/b.XML",
                            "d/.hidden/x", "d/iné/x", "d/x:y", "d/sub/nothing/y"})
-    support::write(root + "/" + file, std::string(++size, 'x'));
+    support::write(root + "/" + file, file);
   fs::create_symlink("nowhere", root + "/d/dangling.xml");
-  drives.emplace("KESTRUNE_DRIVES", expanded("D=T/d;E=T").c_str());
+  const support::Environment mapped("KESTRUNE_DRIVES", expanded("D=T/d;E=T").c_str());
   const support::CurrentDirectory current(root + "/d/e");
-  // A drive has nothing above its folder; `sub` is there as it stands, so `Sub` is not looked at; of two names in
-  // another case the first by its bytes is taken; another drive than the current one is at its root; case is ASCII
-  // case.
-  support::checkRows(2, R"(
-    D:\a.xml 1   d:/A.XML 1   D:\..\a.xml 1   ..\..\..\a.xml 1   \a.xml 1   T/a.xml 2   T/d/../A.xml 2
-    D:\sub\file.xml 0   D:\SUB\FILE.xml 3   D:\SUB2\X 4   D:\sub2x 5   D:\e\b.xml 6   b.XML 7   B.xml 6   D:b.xml 6
-    E:a.xml 2   ..\.hidden\.\x 8   D:\INé\x 9   D:\inÉ\x 0   D:\x:y 10   D:\a.xml\ 0   D:\a.xml\x 0
-    D:\dangling.xml 0   \\d\a.xml 0   //T/a.xml 0   Q:\a.xml 0   - 0)",
-                     [this](const support::Cells &row) {
-                       return IntToCString(static_cast<int>(CFilename(expanded(row[0]).c_str()).FileSize()));
-                     });
+  const auto contents = [this](const char *name) {
+    const CFilename copy((root + "/copy").c_str());
+    copy.Remove();
+    return CFilename(expanded(name).c_str()).CopyFileA(copy) == 0 ? support::read(root + "/copy") : "none";
+  };
+  EXPECT_EQ(contents("d:/A.XML"), "d/a.xml");
+  EXPECT_EQ(contents(R"(..\..\..\a.xml)"), "d/a.xml") << "a drive has nothing above its folder";
+  EXPECT_EQ(contents("T/d/../A.xml"), "a.xml");
+  EXPECT_EQ(contents("E:a.xml"), "a.xml");
+  EXPECT_EQ(contents(R"(D:\sub\file.xml)"), "none") << "`sub` is there, so `Sub` is not looked at";
+  EXPECT_EQ(contents(R"(D:\SUB\FILE.xml)"), "d/Sub/File.XML");
+  EXPECT_EQ(contents(R"(D:\sub2x)"), "d/SUB2X");
+  EXPECT_EQ(contents("b.xml"), "d/e/B.xml") << "the first by its bytes";
+  EXPECT_EQ(contents("b.XML"), "d/e/b.XML");
+  EXPECT_EQ(contents(R"(..\.hidden\.\x)"), "d/.hidden/x");
+  EXPECT_EQ(contents(R"(D:\INé\x)"), "d/iné/x");
+  EXPECT_EQ(contents(R"(D:\inÉ\x)"), "none") << "case is that of ASCII letters";
+  EXPECT_EQ(contents(R"(D:\x:y)"), "d/x:y");
+  EXPECT_EQ(contents(R"(D:\a.xml\)"), "none");
+  EXPECT_EQ(contents(R"(D:\dangling.xml)"), "none");
+  EXPECT_EQ(contents(R"(\\d\a.xml)"), "none");
+  EXPECT_EQ(contents("Q:a.xml"), "none");
 }
 
 TEST_F(DrivesTest, ANameInAnotherCaseIsTheSameFile) {

@@ -5,9 +5,7 @@ namespace {
 /// Shows what a derived class may use.
 struct Probe : CMacroString {
   Probe() : CMacroString(L"") {}
-  using CMacroString::FindMacro;
   using CMacroString::GetKestruneFolder;
-  using CMacroString::GetMacroValue;
 
   std::string hardwareFolder() {
     oMacros.RemoveAll();
@@ -25,12 +23,15 @@ std::string utf16(std::string_view ascii, bool bigEndian = false) {
   return text;
 }
 
+using namespace std::string_literals;
+
 const std::string kHead = "Windows Registry Editor Version 5.00\r\n\r\n";
 const std::string kOld = "REGEDIT4\r\n\r\n";
-const std::string kKey = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n";
+const std::string kRoot = "[HKEY_LOCAL_MACHINE\\SOFTWARE";
+const std::string kKey = kRoot + "\\Kestrune]\r\n";
+const std::string kWow = kRoot + "\\Wow6432Node\\Kestrune]\r\n";
 const std::string kName = "\"Kestrune Path\"=";
 const std::string kNet = kName + "\"D:\\\\Net\"\r\n";
-const std::string kWow = "[HKEY_LOCAL_MACHINE\\Software\\Wow6432Node\\Kestrune]\r\n";
 constexpr const char *kNone = "C:\\Kestrune";
 
 class RegistryTest : public testing::Test {
@@ -45,59 +46,64 @@ protected:
   const support::Environment variable{"KESTRUNE_REGISTRY", file.c_str()};
 };
 
-TEST_F(RegistryTest, OddFiles) {
-  using namespace std::string_literals;
-  const std::string max(249, 'x');
-  const auto lead = [this](const std::string &expected, const std::vector<std::string> &files) {
-    for (const std::string &bytes : files)
-      EXPECT_EQ(folderFrom(bytes), expected) << testing::PrintToString(bytes);
-  };
-  lead("D:\\Net",
-       {kHead + kKey + kNet, "\xEF\xBB\xBF" + kKey + kNet, utf16(kHead + kKey + kNet), utf16(kHead + kKey + kNet, true),
-        utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x", kOld + kKey + kNet,
-        "x\n[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\"",
-        kKey + kNet + kName + "\"x\n" + kName + "hex:4g\n" + kName + "hex:445\n" + kName + "hex\n" + kName,
-        kKey + kName + "\"a\"\n[HKEY_LOCAL_MACHINE]\n" + kName + "\"c\"\n" + kKey + kNet,
-        kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kes]\n[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]", kWow + kNet,
-        kWow + kName + "\"x\"\n" + kKey + kNet, "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune] ; ]\n" + kNet,
-        kKey + kName + "\"x\"\n" + kWow + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]"});
-  lead(kNone,
-       {kKey + kName + "\"D:\\\\Net\r\n", kKey + kName + "\"D:\\\\Net\"x\r\n", kKey + kNet + kName + "-\r\n",
-        kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\r\n",
-        kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]\n" + kName + "\"x\"",
-        kKey + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]\n" + kNet,
-        "[HKEY_CURRENT_USER\\SOFTWARE\\Kestrune]\n" + kNet, "[]\n[-]\n[\n" + kNet,
-        kKey + "@=\"d\"\n\"Kestrune\"=\"x\"\n\"Kestrune Path2\"=\"x\"\n", kWow + kNet + kKey,
-        kWow + kNet + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]",
-        "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]x]\n" + kNet, kKey + kName + "\"x\"\n" + kName + "dword:00000041\n",
-        kKey + kName + "\"x\"\n" + kName + "hex(b):41,00,00,00,00,00,00,00\n", kKey + kName + "\"" + max + "x\"",
-        kKey + kName + "\"\xE9\"\n", "", "\xFF\xFE"});
-  lead("\xF0\x9F\x98\x80", {utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s)});
-  lead("a", {"; c\n" + kKey + ";" + kNet + "  \"Kestrune Path\"=\"a\" ; b \"\n; " + kNet});
-  lead("\"D:\\new\\\"", {kKey + kName + "\"\\\"D:\\new\\\\\\\"\""});
-  lead("D:\\\xC3\xA9", {kHead + kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00 , e9,00,0,0,41,00\r\n"});
-  lead("D", {kKey + kName + "hex(1):41,00,42\n" + kName + "hex(7):44,00,00,00,45,00\n"});
-  lead("D:\\N", {kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n"});
-  lead("", {kKey + kName + "hex:\n"});
-  lead("D:\\N", {kOld + kKey + kName + "hex(2):44,3a,5c,4e,00,4f\n"});
-  lead("ab", {kKey + kName + "\"ab\0cd\"\n"s});
-  lead(max, {kKey + kName + "\"" + max + "\""});
+TEST_F(RegistryTest, FilesInEachEncoding) {
+  EXPECT_EQ(folderFrom(kOld + kKey + kNet), "D:\\Net");
+  EXPECT_EQ(folderFrom("\xEF\xBB\xBF" + kKey + kNet), "D:\\Net");
+  EXPECT_EQ(folderFrom(utf16(kHead + kKey + kNet)), "D:\\Net");
+  EXPECT_EQ(folderFrom(utf16(kHead + kKey + kNet, true)), "D:\\Net");
+  EXPECT_EQ(folderFrom(utf16("[") + "\x34\xD8\n\0\n\0"s + utf16(kKey + kNet).substr(2) + "x"), "D:\\Net")
+      << "half a character in UTF-16";
+  EXPECT_EQ(folderFrom(utf16(kKey + kName).append("\"\0\x3D\xD8\x00\xDE\"\0\n\0"s)), "\xF0\x9F\x98\x80");
+  EXPECT_EQ(folderFrom(""), kNone);
+  EXPECT_EQ(folderFrom(kKey + kName + "\"\xE9\"\n"), kNone) << "no UTF-8";
+}
+
+TEST_F(RegistryTest, KeysAndTheirRemoval) {
+  EXPECT_EQ(folderFrom("[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\""), "D:\\Net");
+  EXPECT_EQ(folderFrom(kRoot + "\\Kestrune] ; ]\n" + kNet), "D:\\Net") << "a comment behind the key";
+  EXPECT_EQ(folderFrom(kRoot + "\\Kestrune]x]\n" + kNet), kNone) << "a longer name";
+  EXPECT_EQ(folderFrom(kKey + kRoot + "\\Kestrune\\x]\n" + kNet), kNone) << "a key below";
+  EXPECT_EQ(folderFrom("[HKEY_CURRENT_USER\\SOFTWARE\\Kestrune]\n" + kNet), kNone);
+  EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]"), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kes]"), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]"), kNone);
+  EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]\n" + kName + "\"x\""), kNone);
+  // The 32-bit view counts where the key itself is not there.
+  EXPECT_EQ(folderFrom(kWow + kNet), "D:\\Net");
+  EXPECT_EQ(folderFrom(kWow + kName + "\"x\"\n" + kKey + kNet), "D:\\Net");
+  EXPECT_EQ(folderFrom(kWow + kNet + kKey), kNone);
+}
+
+TEST_F(RegistryTest, ValuesInEachForm) {
+  EXPECT_EQ(folderFrom(kKey + kName + R"("\"D:\new\\\"")"), R"("D:\new\")") << "escapes, and `\\` that are none";
+  EXPECT_EQ(folderFrom(kKey + kName + "\"D:\\\\Net\"x\r\n"), kNone) << "more behind it";
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "-\r\n"), kNone);
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "dword:00000041\n"), kNone);
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "hex(b):41,00,00,00,00,00,00,00\n"), kNone);
+  EXPECT_EQ(folderFrom(kKey + "@=\"d\"\n\"Kestrune\"=\"x\"\n\"Kestrune Path2\"=\"x\"\n"), kNone);
+  // A damaged line changes nothing.
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "\"x\n" + kName + "hex\n" + kName), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "hex:44,4g\n"), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "hex:44,,45\n"), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kNet + kName + "hex:445\n"), "D:\\Net");
+  EXPECT_EQ(folderFrom(kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00 , e9,00,0,0,41,00\r\n"), "D:\\\xC3\xA9");
+  EXPECT_EQ(folderFrom(kKey + kName + "hex(1):41,00,42\n"), "A");
+  EXPECT_EQ(folderFrom(kKey + kName + "hex:44,3a,5c,4e,00,4f ; c\n"), "D:\\N");
+  EXPECT_EQ(folderFrom(kOld + kKey + kName + "hex(2):44,3a,5c,4e,00,4f\n"), "D:\\N");
+  EXPECT_EQ(folderFrom(kKey + kName + "\"ab\0cd\"\n"s), "ab");
+  const std::string longest(249, 'x');
+  EXPECT_EQ(folderFrom(kKey + kName + "\"" + longest + "\""), longest);
+  EXPECT_EQ(folderFrom(kKey + kName + "\"" + longest + "x\""), kNone);
 }
 
 TEST_F(RegistryTest, TextsComeInTheCodePage) {
   const support::CodePage page(932);
-  const std::tuple<const char *, std::string, std::string> rows[] = {
-      {"UTF-8", kKey + kName + "\"\xE8\xA1\xA8\\\\x\"", "\x95\\\\x"},
-      {"UTF-8 that the page lacks", kKey + kName + "\"\xC3\xA9\"", "?"},
-      {"bytes of the page", kKey + kName + "\"\x95\\\\\\x\"", "\x95\\\\x"},
-      {"older format", kOld + kKey + kName + "\"\x95\\\\\\x\"", "\x95\\\\x"},
-      {"older format, bytes that would be UTF-8", kOld + kKey + kName + "\"\xC3\xA9\"", "\xC3\xA9"},
-      {"older format with a mark", "\xEF\xBB\xBF" + kOld + kKey + kName + "\"\xE8\xA1\xA8\"", "\x95\\"},
-      {"hex(2)", kHead + kKey + kName + "hex(2):68,88", "\x95\\"},
-      {"hex(2) in the older format", kOld + kKey + kName + "hex(2):95,5c", "\x95\\"},
-  };
-  for (const auto &[what, bytes, expected] : rows)
-    EXPECT_EQ(folderFrom(bytes), expected) << what;
+  EXPECT_EQ(folderFrom(kKey + kName + "\"\xE8\xA1\xA8\\\\x\""), "\x95\\\\x") << "from UTF-8";
+  EXPECT_EQ(folderFrom(kKey + kName + "\"\xC3\xA9\""), "?") << "UTF-8 that the page lacks";
+  EXPECT_EQ(folderFrom(kOld + kKey + kName + "\"\x95\\\\\\x\""), "\x95\\\\x") << "from bytes of the page";
+  EXPECT_EQ(folderFrom(kOld + kKey + kName + "\"\xC3\xA9\""), "\xC3\xA9") << "though they would be UTF-8";
+  EXPECT_EQ(folderFrom(kHead + kKey + kName + "hex(2):68,88"), "\x95\\");
+  EXPECT_EQ(folderFrom(kOld + kKey + kName + "hex(2):95,5c"), "\x95\\");
 }
 
 // A file that is cut off has the values whose lines are whole, and one with any byte changed does no harm.
@@ -127,26 +133,19 @@ TEST_F(RegistryTest, WhereTheFilesLie) {
   const std::string user = "[HKEY_CURRENT_USER\\Software\\Kestrune\\Plinthforge\\Folders]\n\"userHwFolder\"=";
   support::write(folder / "xdg/kestrune/registry.reg", user + "\"X:\\\\xdg\"");
   support::write(folder / "home/.config/kestrune/registry.reg", user + "\"X:\\\\home\"");
-  const std::string fallBack = "C:\\tk\\Source\\Templates\\Hardware", xdg = folder / "xdg", home = folder / "home";
-  const struct {
-    const char *replacement, *xdg, *home;
-    std::string expected;
-  } rows[] = {
-      {nullptr, xdg.c_str(), home.c_str(), "X:\\xdg"},
-      {nullptr, nullptr, home.c_str(), "X:\\home"},
-      {nullptr, "", home.c_str(), "X:\\home"},
-      {nullptr, "xdg", home.c_str(), "X:\\home"},
-      {nullptr, home.c_str(), home.c_str(), fallBack},
-      {nullptr, nullptr, nullptr, fallBack},
-      {file.c_str(), xdg.c_str(), home.c_str(), fallBack},
-      {"/dev/zero", xdg.c_str(), home.c_str(), fallBack},
-      {xdg.c_str(), xdg.c_str(), home.c_str(), fallBack},
+  const std::string xdg = folder / "xdg", home = folder / "home";
+  const auto folderWith = [](const char *replacement, const char *config, const char *homeFolder) {
+    const support::Environment first("KESTRUNE_REGISTRY", replacement);
+    const support::Environment second("XDG_CONFIG_HOME", config), third("HOME", homeFolder);
+    return Probe().hardwareFolder();
   };
-  for (const auto &row : rows) {
-    const support::Environment replacement("KESTRUNE_REGISTRY", row.replacement), config("XDG_CONFIG_HOME", row.xdg),
-        homeFolder("HOME", row.home);
-    EXPECT_EQ(Probe().hardwareFolder(), row.expected) << testing::PrintToString(row.xdg);
-  }
+  constexpr const char *kFallBack = "C:\\tk\\Source\\Templates\\Hardware";
+  EXPECT_EQ(folderWith(nullptr, xdg.c_str(), home.c_str()), "X:\\xdg");
+  EXPECT_EQ(folderWith(nullptr, nullptr, home.c_str()), "X:\\home");
+  EXPECT_EQ(folderWith(nullptr, "xdg", home.c_str()), "X:\\home") << "no absolute path";
+  EXPECT_EQ(folderWith(nullptr, nullptr, nullptr), kFallBack);
+  EXPECT_EQ(folderWith(file.c_str(), xdg.c_str(), home.c_str()), kFallBack);
+  EXPECT_EQ(folderWith("/dev/zero", xdg.c_str(), home.c_str()), kFallBack);
 }
 
 } // namespace
