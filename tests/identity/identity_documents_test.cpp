@@ -90,12 +90,14 @@ TEST_F(SampleInstallation, StandsWhereTheRegistrySaysAndComesOutAsItWentIn) {
   support::write(folder / "own.reg", "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\n"
                                      "\"Kestrune Path\"=\"" KESTRUNE_SAMPLE_INSTALLATION "\"\n");
   support::NameProbe::oMacros.RemoveAll();
-  const auto check = [](auto document, const char *macro, const std::string &file) {
-    EXPECT_EQ(document.LoadFromFile(macro), S_OK) << macro;
+  const auto expectRoundTrip = [](auto document, const char *macro, const std::string &file) {
+    EXPECT_EQ(document.CXMLFolder::LoadFromFile(macro, nullptr), S_OK) << macro;
     EXPECT_EQ(save(document), support::read(KESTRUNE_SAMPLE_INSTALLATION "/Types/" + file));
   };
-  check(CSpidData2(), "$StdSpidData$", "spidData.xml");
-  check(CKestruneUI(), "$StdKestruneUI$", "KestruneUI.xml");
+  expectRoundTrip(CSpidData2(), "$StdSpidData$", "spidData.xml");
+  expectRoundTrip(CKestruneUI(), "$StdKestruneUI$", "KestruneUI.xml");
+  expectRoundTrip(CStdXcvr3(), "$StdXcvrTyp$", "StdXcvr.xml");
+  expectRoundTrip(CVorlanTyp4(), "$StdVorlanTyp$", "Vorlan.xml");
 }
 
 } // namespace

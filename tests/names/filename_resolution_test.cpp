@@ -47,10 +47,19 @@ TEST_F(FilenameResolutionTest, GetAbsolute) {
   EXPECT_STREQ(absolute("//srv/s/x"), R"(\\srv\s\x)");
   EXPECT_STREQ(absolute(host + "/x"), R"(E:\y\x)");
   EXPECT_STREQ(absolute("x", "$host$"), R"(E:\y\x)");
-  const support::CurrentDirectory deep(make("d/" + std::string(200, 'a') + "/" + std::string(60, 'b')));
-  CFilename out("before");
-  EXPECT_FALSE(CFilename("x").GetAbsolute(out, nullptr)) << "a directory of more than 254 bytes";
-  EXPECT_STREQ(out, "before");
+}
+
+TEST_F(FilenameResolutionTest, ACurrentDirectoryOfMoreThan254BytesCannotBeUsed) {
+  const std::string parent = "d/" + std::string(200, 'a') + "/";
+  for (const char *const name : {"x", "D:x"}) {
+    CFilename out("before");
+    const support::CurrentDirectory tooLong(make(parent + std::string(51, 'b')));
+    EXPECT_FALSE(CFilename(name).GetAbsolute(out, nullptr)) << name;
+    EXPECT_STREQ(out, "before");
+    const support::CurrentDirectory longest(make(parent + std::string(50, 'b')));
+    EXPECT_TRUE(CFilename(name).GetAbsolute(out, nullptr)) << name;
+    EXPECT_EQ(out.GetLength(), 256);
+  }
 }
 
 TEST_F(FilenameResolutionTest, GetRelative) {

@@ -31,26 +31,20 @@ TEST(CodePageDeathTest, TheEnvironmentChoosesThePageOfAProcess) {
   expectPage("99999", 65001);
 }
 
+void expectConverts(unsigned number, const wchar_t *wide, const char *text, const wchar_t *back) {
+  SCOPED_TRACE(testing::Message() << number << " " << text);
+  const support::CodePage page(number);
+  EXPECT_STREQ(CString(wide), text);
+  EXPECT_STREQ(CStringToBSTR(text), back);
+}
+
 TEST(CodePageTest, WideTextConverts) {
-  const struct {
-    unsigned page;
-    const wchar_t *wide;
-    const char *text;
-    const wchar_t *back;
-  } rows[] = {
-      {65001, L"a\x8868\x1F600", "a\xE8\xA1\xA8\xF0\x9F\x98\x80", L"a\x8868\x1F600"},
-      {65001, L"\xD800x\x110000", "?x?", L"?x?"},
-      {932, L"\\~\x8868\x1F600\xE9", "\\~\x95\\??", L"\\~\x8868??"},
-      {949, L"\\~\xAC02\xAC00", "\\~\x81\x41\xB0\xA1", L"\\~\xAC02\xAC00"},
-      {950, L"\\~\x529F\xE9", "\\~\xA5\\?", L"\\~\x529F?"},
-      {1252, L"\\\x20AC\xE9\x8868", "\\\x80\xE9?", L"\\\x20AC\xE9?"},
-  };
-  for (const auto &row : rows) {
-    SCOPED_TRACE(testing::Message() << row.page << " " << row.text);
-    const support::CodePage page(row.page);
-    EXPECT_STREQ(CString(row.wide), row.text);
-    EXPECT_STREQ(CStringToBSTR(row.text), row.back);
-  }
+  expectConverts(65001, L"a\x8868\x1F600", "a\xE8\xA1\xA8\xF0\x9F\x98\x80", L"a\x8868\x1F600");
+  expectConverts(65001, L"\xD800x\x110000", "?x?", L"?x?");
+  expectConverts(932, L"\\~\x8868\x1F600\xE9", "\\~\x95\\??", L"\\~\x8868??");
+  expectConverts(949, L"\\~\xAC02\xAC00", "\\~\x81\x41\xB0\xA1", L"\\~\xAC02\xAC00");
+  expectConverts(950, L"\\~\x529F\xE9", "\\~\xA5\\?", L"\\~\x529F?");
+  expectConverts(1252, L"\\\x20AC\xE9\x8868", "\\\x80\xE9?", L"\\\x20AC\xE9?");
   const support::CodePage page(1252);
   const std::string many(5000, '\x80'); // past any first guess at the room that it takes
   EXPECT_EQ(std::string(CString(static_cast<const wchar_t *>(CStringToBSTR(many.c_str())))), many);

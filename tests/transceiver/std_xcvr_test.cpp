@@ -190,15 +190,4 @@ TEST_F(StdXcvr3, CopiesHoldAllLists) {
   EXPECT_EQ(keys(copy.Transceivers2), "Dummy");
 }
 
-TEST(StdXcvrSample, ComesOutAsItWentInAndMerges) {
-  const support::Com com;
-  const std::string path = KESTRUNE_SAMPLE_INSTALLATION "/Types/StdXcvr.xml";
-  CStdXcvr3 document;
-  EXPECT_EQ(document.LoadFromFile(path.c_str(), nullptr), S_OK);
-  EXPECT_EQ(support::save(document), read(path));
-  EXPECT_EQ(document.Transceivers3.Count(), 70);
-  EXPECT_EQ(document.LoadFromFile(path.c_str()), S_OK);
-  EXPECT_EQ(document.Transceivers3.Count(), 76) << "of the user's eight, one has a known name and one a known number";
-}
-
 } // namespace

@@ -57,43 +57,6 @@ TEST(MemberView, ShowsRecordsWithoutATable) {
   EXPECT_EQ(ItemClassOf(plain).item, nullptr) << "it makes no items";
 }
 
-/// A program's own version of a record of the library.
-struct Extended : CVorlanModel4 {
-  Extended();
-  Extended(const Extended &rhs) : Extended() { *this = rhs; }
-  Extended &operator=(const Extended &rhs);
-  void Init() override;
-  void pushMembers() override;
-  CXMLElement Socket;
-  int uses = 0; // in no file
-  struct Members;
-};
-struct Extended::Members : RecordMembers<Members, Extended, CVorlanModel4> {
-  static constexpr auto rows = std::tuple{Row{&Extended::Socket, "Socket", "none"}};
-  static constexpr std::size_t unstored = sizeof(CXMLElement *); // `uses`, and what aligns the object
-};
-Extended::Extended() { Members::construct(*this); }
-Extended &Extended::operator=(const Extended &rhs) { return Members::copy(*this, rhs); }
-void Extended::Init() { Members::init(*this); }
-void Extended::pushMembers() { Members::push(*this); }
-
-TEST(MemberView, ShowsAProgramsOwnVersionOfARecord) {
-  Extended model;
-  EXPECT_STREQ(model.GetTag(), "VorlanModel");
-  EXPECT_STREQ(model.Socket, "none");
-  model.Name = "x";
-  model.Socket = "DIP";
-  const Extended copy(model);
-  EXPECT_STREQ(copy.Name, "x");
-  EXPECT_STREQ(copy.Socket, "DIP");
-  const auto members = MembersOf(model);
-  ASSERT_EQ(members.size(), 35u);
-  EXPECT_EQ(members[34].value, &model.Socket);
-  EXPECT_STREQ(members[34].defaultText, "none");
-  model.Init();
-  EXPECT_STREQ(model.Socket, "none");
-}
-
 TEST(MemberView, KnowsTheDefaultsOfRenamedAndReplacedMembers) {
   CXMLNameHexPair pair("Row", "A", "B");
   const auto members = MembersOf(pair);

@@ -116,14 +116,6 @@ TEST(XmlPersistent, ConversionToTruth) {
   }
 }
 
-template <class Value>
-concept LetsInitOut = requires(Value value) {
-  value.Init();
-};
-static_assert(!LetsInitOut<CXMLAttribute>);
-static_assert(!LetsInitOut<CXMLHexElement>);
-static_assert(LetsInitOut<CXMLFolder>);
-
 TEST(XmlDom, TextConversions) {
   EXPECT_STREQ(IntToHexStr(-1), "0xFFFFFFFF");
   EXPECT_STREQ(IntToHexStrNoX(5), "05");
