@@ -2,7 +2,11 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
+#include <string_view>
 
 /// Ends the run when a promise of the library does not hold, so that the fuzzer keeps the input.
 inline void Require(bool holds, const char *promise, const std::string &detail = {}) {
@@ -11,3 +15,36 @@ inline void Require(bool holds, const char *promise, const std::string &detail =
   std::fprintf(stderr, "not kept: %s\n%s\n", promise, detail.c_str());
   std::abort();
 }
+
+/// A folder for the files of a run: in TMPDIR where that is set, else in memory where there is a place for it. It is
+/// removed at the end, unless a promise was not kept.
+class Scratch {
+public:
+  Scratch() {
+    const bool inMemory = std::getenv("TMPDIR") == nullptr && std::filesystem::is_directory("/dev/shm");
+    const std::filesystem::path parent = inMemory ? "/dev/shm" : std::filesystem::temp_directory_path();
+    std::string name = (parent / "kestrune-fuzz-XXXXXX").string();
+    Require(::mkdtemp(name.data()) != nullptr, "there is room for the files");
+    m_folder = name;
+  }
+  Scratch(const Scratch &) = delete;
+  Scratch &operator=(const Scratch &) = delete;
+  ~Scratch() {
+    std::error_code ignored;
+    std::filesystem::remove_all(m_folder, ignored);
+  }
+
+  std::string path(const char *name) const { return (m_folder / name).string(); }
+
+  std::string read(const char *name) const {
+    std::ifstream file(path(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  void write(const char *name, std::string_view bytes) const {
+    std::ofstream(path(name), std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  }
+
+private:
+  std::filesystem::path m_folder;
+};
