@@ -13,7 +13,7 @@ target_compile_options(kestrune_options INTERFACE
   $<${optimised}:-U_FORTIFY_SOURCE> $<${optimised}:-D_FORTIFY_SOURCE=3> $<${optimised}:-fstack-protector-strong>)
 target_link_options(kestrune_options INTERFACE $<${optimised}:LINKER:-z,relro,-z,now>)
 
-# What a compiler has not for every processor.
+# Compilers have these for some processors only.
 check_cxx_compiler_flag(-fstack-clash-protection KESTRUNE_HAS_STACK_CLASH_PROTECTION)
 if(KESTRUNE_HAS_STACK_CLASH_PROTECTION)
   target_compile_options(kestrune_options INTERFACE $<${optimised}:-fstack-clash-protection>)

@@ -1,4 +1,4 @@
-// Adds a transceiver to the user's file, with the parameters of one of the standard file beside it.
+// Adds a transceiver to the user's file, with the parameters of one in the standard file.
 //   add_user_transceiver Types/UserXcvr.xml "Cordane 64" "My bench" 320
 
 #include <cstdlib>
@@ -12,7 +12,7 @@ int run(const char *userFile, const char *model, const char *name, int id) {
   standardFile = userFile;
   standardFile = standardFile.GetPath() + "StdXcvr.xml";
   CStdXcvr3 user;     // a file of the name UserXcvr is loaded alone,
-  CStdXcvr3 standard; // any other together with the UserXcvr.xml beside it
+  CStdXcvr3 standard; // any other together with the UserXcvr.xml in its folder
   if (user.LoadFromFile(userFile) < 0 || standard.LoadFromFile(standardFile) < 0) {
     std::cerr << "the files cannot be read\n";
     return 2;
@@ -49,7 +49,7 @@ int main(int argc, char **argv) {
   int status = 2;
   try {
     status = run(argv[1], argv[2], argv[3], std::atoi(argv[4]));
-  } catch (CKRXException *exception) { // a transceiver whose std_id is no number
+  } catch (CKRXException *exception) { // a transceiver whose std_id is not a number
     std::cerr << exception->GetFormattedMessage() << '\n';
     exception->Delete();
   }

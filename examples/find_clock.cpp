@@ -41,7 +41,7 @@ int main(int argc, char **argv) {
   int status = 2;
   try {
     status = run(std::atoi(argv[1]), argv[2], argv[3]);
-  } catch (CKRXException *exception) { // a scheme or a clock whose number is none
+  } catch (CKRXException *exception) { // a scheme or a clock whose number is not one
     std::cerr << exception->GetFormattedMessage() << '\n';
     exception->Delete();
   }

@@ -1,4 +1,4 @@
-// Tells who has a manufacturer number, and the other way round.
+// Finds a manufacturer by its number or its name.
 //   find_manufacturer 9        find_manufacturer "halvern drives"
 
 #include <iostream>
@@ -13,7 +13,7 @@ int run(const char *wanted) {
     return 2;
   }
   CXMLPairCollection &manufacturers = document.ManufacturerIDs2;
-  const CXMLPair *found = manufacturers.FindByNumber(wanted); // the text as it stands in the file: 9 is not 09
+  const CXMLPair *found = manufacturers.FindByNumber(wanted); // compared as text: 9 is not 09
   if (found == nullptr)
     found = manufacturers.Find(wanted); // in any case of letters
   if (found == nullptr) {

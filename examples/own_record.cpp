@@ -1,4 +1,4 @@
-// A record, a list and a document of one's own on the persistence classes.
+// A program's own record, list and document on the persistence classes.
 //   own_record made/stations.xml
 
 #include <fstream>

@@ -29,7 +29,7 @@ int run(const char *name) {
     std::cerr << "there is no model '" << name << "'\n";
     return 1;
   }
-  print(*model); // an accessor throws where the file has a text that is no number
+  print(*model); // an accessor throws where a text is not a number
   return 0;
 }
 

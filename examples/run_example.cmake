@@ -6,7 +6,7 @@ file(COPY ${CMAKE_CURRENT_LIST_DIR}/installation DESTINATION ${SCRATCH})
 set(installation ${SCRATCH}/installation)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/registry.reg.in ${SCRATCH}/registry.reg @ONLY)
 
-# No setting of the machine's own takes part.
+# The machine's own settings take no part.
 foreach(variable IN ITEMS PFDT KESTRUNE_DRIVES KESTRUNE_CODE_PAGE KESTRUNE_DEBUG)
   unset(ENV{${variable}})
 endforeach()

@@ -119,7 +119,7 @@ void explain(OpenedDocument &opened, const char *file) {
 }
 
 OpenedDocument openDocument(const std::string &file) {
-  // Behind the macro of a standard file there may be a replacement alone.
+  // The standard file itself may be missing where a replacement is read.
   const Kind *kind = findKind(file.c_str(), &Kind::macro);
   OpenedDocument opened;
   if (kind == nullptr) {

@@ -36,7 +36,7 @@ void printFolder(CXMLFolder &folder, const std::string &indent) {
   }
 }
 
-/// Whether `name` is the key of an item, or, as with chip models, its name beside the key.
+/// Whether `name` is the key of an item, or its name, which chip models have besides a key.
 bool isNamed(CXMLFolder &item, const CString &name) {
   return item.Key().CompareNoCase(name) == 0 || name.CompareNoCase(memberText(item, "Name").c_str()) == 0;
 }

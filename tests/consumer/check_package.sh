@@ -8,7 +8,7 @@ chip_file=$(realpath "$2")
 here=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-cd "$work" # no vorlan.xml here to stand in for the file
+cd "$work" # there is no vorlan.xml here that would replace the file
 
 fail() { echo "check_package: $*" >&2; exit 1; }
 
