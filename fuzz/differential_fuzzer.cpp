@@ -10,8 +10,11 @@ namespace {
 
 struct Verdict {
   bool accepted = false;
-  /// The file needs more than Expat: an encoding that it does not know, or declarations and texts that it passes over.
+  /// The file needs more than Expat: an encoding that it does not know, external declarations, or a document type, with
+  /// which Expat drops undeclared entities from attributes without a word.
   bool open = false;
+  /// A reference to an entity that is not declared, in a text.
+  bool losesText = false;
   std::string root;
 };
 
@@ -30,8 +33,12 @@ Verdict verdictOf(std::string_view input) {
         static_cast<Verdict *>(XML_GetUserData(self))->open |= context == nullptr;
         return context == nullptr ? XML_STATUS_OK : XML_STATUS_ERROR;
       });
-  XML_SetSkippedEntityHandler(parser, [](void *self, const char *, int) { static_cast<Verdict *>(self)->open = true; });
-  verdict.accepted = XML_Parse(parser, input.data(), static_cast<int>(input.size()), 1) == XML_STATUS_OK;
+  XML_SetSkippedEntityHandler(parser, [](void *self, const char *, int isParameter) {
+    static_cast<Verdict *>(self)->losesText |= isParameter == 0;
+  });
+  verdict.accepted =
+      XML_Parse(parser, input.data(), static_cast<int>(input.size()), 1) == XML_STATUS_OK && !verdict.losesText;
+  verdict.open |= input.find("<!DOCTYPE") != std::string_view::npos && input.find('%') != std::string_view::npos;
   verdict.open |= XML_GetErrorCode(parser) == XML_ERROR_UNKNOWN_ENCODING;
   return verdict;
 }

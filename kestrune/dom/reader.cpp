@@ -12,6 +12,7 @@
 #include <expat.h>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -24,6 +25,8 @@ constexpr std::size_t kReadSize = std::size_t{64} << 10;
 
 // Nested entities recurse inside Expat; limit their number.
 constexpr int kMostNestingEntities = 1000;
+
+constexpr const char *kUndefinedEntity = "undefined entity";
 
 /// The name that iconv has for an encoding that a file declares. On Windows four names mean its own code pages, which
 /// differ from the standards in a few characters such as `\` and `~`.
@@ -59,6 +62,7 @@ public:
     XML_SetElementHandler(m_parser, onStart, onEnd);
     XML_SetCharacterDataHandler(m_parser, onText);
     XML_SetXmlDeclHandler(m_parser, onDeclaration);
+    XML_SetStartDoctypeDeclHandler(m_parser, onDoctype);
     XML_SetEntityDeclHandler(m_parser, onEntity);
     XML_SetParamEntityParsing(m_parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
     XML_SetExternalEntityRefHandler(m_parser, onExternalEntity);
@@ -209,8 +213,45 @@ private:
     return reader->m_standalone ? XML_STATUS_OK : XML_STATUS_ERROR;
   }
 
-  static void onEntity(void *self, const char * /*name*/, int /*isParameter*/, const char *value, int length,
-                       const char *, const char *, const char *, const char *) {
+  /// With a parameter entity in the document type too, Expat drops references to undeclared entities, but those that
+  /// the type declares are good. It reports the dropped ones in texts; those in attributes have to be looked for.
+  static void onDoctype(void *self, const char *, const char *, const char *, int) {
+    auto *const reader = static_cast<Reader *>(self);
+    reader->m_hasDoctype = true;
+    XML_SetSkippedEntityHandler(reader->m_parser, onSkippedEntity);
+    XML_SetDefaultHandlerExpand(reader->m_parser, onMarkup);
+  }
+
+  static void onSkippedEntity(void *self, const char * /*name*/, int isParameter) {
+    if (isParameter == 0)
+      guarded(self, [](Reader &reader) { reader.stop(kUndefinedEntity); });
+  }
+
+  static void onMarkup(void *self, const char *text, int length) {
+    guarded(self, [&](Reader &reader) {
+      if (reader.m_collectsMarkup)
+        reader.m_markup.append(text, static_cast<std::size_t>(length));
+    });
+  }
+
+  /// Whether the tag that has just been read refers to an entity that is not declared.
+  bool tagLosesText() {
+    m_markup.clear();
+    m_collectsMarkup = true;
+    XML_DefaultCurrent(m_parser);
+    m_collectsMarkup = false;
+    for (std::size_t at = m_markup.find('&'); at != std::string::npos; at = m_markup.find('&', at + 1)) {
+      const std::string name = m_markup.substr(at + 1, m_markup.find(';', at) - at - 1);
+      if (!name.starts_with('#') && !m_entities.contains(name))
+        return true;
+    }
+    return false;
+  }
+
+  static void onEntity(void *self, const char *name, int isParameter, const char *value, int length, const char *,
+                       const char *, const char *, const char *) {
+    if (isParameter == 0)
+      guarded(self, [&](Reader &reader) { reader.m_entities.insert(name); });
     if (value == nullptr ||
         std::string_view(value, static_cast<std::size_t>(length)).find_first_of("&%") == std::string_view::npos)
       return;
@@ -226,6 +267,8 @@ private:
   }
 
   void start(const char *name, const char **attributes) {
+    if (m_hasDoctype && tagLosesText())
+      return stop(kUndefinedEntity);
     m_builder.start(m_tree.intern(name));
     const int specified = XML_GetSpecifiedAttributeCount(m_parser);
     for (int i = 0; attributes[i] != nullptr; i += 2) {
@@ -250,6 +293,10 @@ private:
   std::size_t m_inputSize = 0;
   std::size_t m_defaulted = 0;
   int m_nestingEntities = 0;
+  bool m_hasDoctype = false;
+  std::set<std::string> m_entities = {"amp", "lt", "gt", "quot", "apos"};
+  std::string m_markup;
+  bool m_collectsMarkup = false;
   std::optional<Restart> m_restart;
   std::exception_ptr m_error;
 };
