@@ -133,6 +133,8 @@ public:
     }
     if (order == "delete a")
       Delete("a");
+    if (order == "delete a in between")
+      AddMany(1, [this](int) { Delete("a"); });
     if (order == "rename a")
       Find("a")->Name = "n";
     CXMLFolder *const item = Items::AddCollectionItem(key);
@@ -152,6 +154,7 @@ TEST(XmlCollection, AListThatChangesWhileItIsLoadedKnowsItsKeys) {
       // Equal keys are refused again after a copy, which takes all.
       {{"a", "b", "copy", "copied", "a", "copy"}, "copied,copy"},
       {{"a", "b", "c", "delete a", "b", "c", "a", "A"}, "b,c,delete a,a"},
+      {{"a", "b", "c", "delete a in between", "b", "c", "a"}, "b,c,delete a in between,a"},
       {{"a", "rename a", "a", "A"}, "n,rename a,a"},
       {{"a", "unnamed", "UNNAMED", "Unassigned", "unassigned"}, "a,unnamed,Unassigned"},
   };
