@@ -4,13 +4,10 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <new>
 #include <optional>
 #include <sys/wait.h>
 #include <unistd.h>
-
-namespace fs = std::filesystem;
 
 namespace faults {
 
@@ -136,12 +133,7 @@ void runScenario(const Scenario &scenario, Fault &fault, Counts &counts) {
 } // namespace
 
 int Run(const std::vector<Fault *> &faults) {
-  std::string folder = (fs::temp_directory_path() / "kestrune-faults-XXXXXX").string();
-  if (::mkdtemp(folder.data()) == nullptr)
-    return EXIT_FAILURE;
-  fs::current_path(folder);
-  ::setenv("KESTRUNE_REGISTRY", (folder + "/registry.reg").c_str(), 1);
-  WriteFiles();
+  const WorkFolder folder;
 
   Counts counts;
   for (Fault *const fault : faults) {
@@ -153,8 +145,6 @@ int Run(const std::vector<Fault *> &faults) {
     counts.broken += ofFault.broken;
   }
   std::printf("%-28s %6ld failures, %ld not survived\n", "together", counts.children, counts.broken);
-  fs::current_path("/");
-  fs::remove_all(folder);
   // A run in which nothing failed has shown nothing.
   return counts.broken == 0 && counts.children > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

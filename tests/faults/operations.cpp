@@ -3,9 +3,11 @@
 #include "kestrune/kestrune_xml.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 
 namespace fs = std::filesystem;
 
@@ -105,20 +107,26 @@ private:
 
 const std::string kOldLonger(5000, 'o');
 
-/// Saves a document over a file that holds `old`, or makes it where `old` is null.
+long saveInPlace(CXMLFolder &document, const char *path) { return document.SaveToFile(path, nullptr, TRUE); }
+long saveReplacing(CXMLFolder &document, const char *path) {
+  return kestrune::SaveReplacing(document, path, nullptr, TRUE);
+}
+
+/// Saves a document of a little more than `size` bytes over a file that holds `old`, or makes it where `old` is null.
 class Save : public OnDocument {
 public:
-  Save(const char *path, const char *old) : m_path(path), m_old(old != nullptr ? old : "") {
+  Save(decltype(saveInPlace) *save, const char *path, const char *old, std::size_t size = 300)
+      : m_save(save), m_path(path), m_old(old != nullptr ? old : "") {
     fs::remove_all("new");
     if (old != nullptr)
       Write(path, old);
     m_document.Contents.CreationDate = "1";
-    m_document.UIInfo.ClockSpeeds = std::string(300, 's').c_str();
+    m_document.UIInfo.ClockSpeeds = std::string(size, 's').c_str();
     m_document.SaveToFile("expected.xml", nullptr, TRUE);
     m_new = Read("expected.xml");
     m_document.PutModified(1);
   }
-  long act() override { return m_document.SaveToFile(m_path, nullptr, TRUE); }
+  long act() override { return m_save(m_document, m_path); }
   std::string outcome() override { return Read(m_path); }
   std::string damage() override {
     const std::string now = Read(m_path);
@@ -132,6 +140,7 @@ public:
   }
 
 private:
+  decltype(saveInPlace) *m_save;
   const char *m_path;
   std::string m_old;
   std::string m_new;
@@ -196,10 +205,14 @@ public:
   CopyFile() { Write("copy.xml", "old"); }
   bool documents(long result) const override { return result >= 1 && result <= 5; }
   long act() override {
-    const CFilename source("Vorlan.xml");
+    const CFilename source("Types/Vorlan.xml");
     return source.CopyFileA("copy.xml");
   }
   std::string outcome() override { return Read("copy.xml"); }
+  std::string damage() override {
+    const std::string now = Read("copy.xml");
+    return now == "old" || now == Read("Types/Vorlan.xml") || !fs::exists("copy.xml") ? "" : "a copy is torn";
+  }
 };
 
 template <class Type, class... Arguments>
@@ -209,10 +222,13 @@ std::function<std::unique_ptr<Operation>()> make(Arguments... arguments) {
 
 } // namespace
 
-void WriteFiles() {
+WorkFolder::WorkFolder() : m_path((fs::temp_directory_path() / "kestrune-faults-XXXXXX").string()) {
+  if (::mkdtemp(m_path.data()) == nullptr)
+    throw std::runtime_error("no work folder can be made");
+  fs::current_path(m_path);
+  ::setenv("KESTRUNE_REGISTRY", (m_path + "/registry.reg").c_str(), 1);
   fs::create_directory("Types");
-  Write("registry.reg", "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\n\"Kestrune Path\"=\"" +
-                            fs::current_path().string() + "\"\n");
+  Write("registry.reg", "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\n\"Kestrune Path\"=\"" + m_path + "\"\n");
   Write("Types/Vorlan.xml", modelFile(model("One", "K1") + model("Two", "K2")));
   Write("Types/Vorlan-1.xml", modelFile(model("Three", "K3")));
   Write("Types/StdXcvr.xml", transceiverFile("Standard", "1"));
@@ -222,6 +238,12 @@ void WriteFiles() {
   Write("Types/spidData-sjis.xml", identityFile("Shift_JIS", "\x83\x5C\x83\x74\x83\x67"));
   Write("Types/KestruneUI.xml",
         "<KestruneUI><Contents CreationDate=\"1\"/><UIInfo><ClockSpeeds>5 MHz</ClockSpeeds></UIInfo></KestruneUI>");
+}
+
+WorkFolder::~WorkFolder() {
+  std::error_code ignored;
+  fs::current_path("/", ignored);
+  fs::remove_all(m_path, ignored);
 }
 
 std::vector<Scenario> Scenarios() {
@@ -238,10 +260,12 @@ std::vector<Scenario> Scenarios() {
       {"load the user interface", kWarm, make<Load<CKestruneUI>>("Types/KestruneUI.xml")},
       {"load the sample chips", kWarm, make<Load<CVorlanTyp4>>(KESTRUNE_SAMPLE_INSTALLATION "/Types/Vorlan.xml"), false,
        211},
-      {"save as a new file in new folders", kWarm, make<Save>("new/folder/ui.xml", nullptr)},
-      {"save as a new file, first", kCold, make<Save>("new/ui.xml", nullptr)},
-      {"save over a shorter file", kWarm, make<Save>("shorter.xml", "short")},
-      {"save over a longer file", kWarm, make<Save>("longer.xml", kOldLonger.c_str())},
+      {"save as a new file in new folders", kWarm, make<Save>(saveInPlace, "new/folder/ui.xml", nullptr)},
+      {"save as a new file, first", kCold, make<Save>(saveInPlace, "new/ui.xml", nullptr)},
+      {"save over a shorter file", kWarm, make<Save>(saveInPlace, "shorter.xml", "short")},
+      {"save over a longer file", kWarm, make<Save>(saveInPlace, "longer.xml", kOldLonger.c_str())},
+      {"save in several pieces", kWarm, make<Save>(saveInPlace, "large.xml", kOldLonger.c_str(), 150000)},
+      {"save replacing", kWarm, make<Save>(saveReplacing, "replaced.xml", "short")},
       {"copy and assign chips", kWarm, make<Copy<CVorlanTyp4>>("Types/Vorlan.xml")},
       {"copy and assign transceivers", kWarm, make<Copy<CStdXcvr3>>("Types/StdXcvr.xml")},
       {"resolve names", kWarm, make<Resolve>()},

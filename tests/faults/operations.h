@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-// The operations that the fault programs let fail: each reads, writes, copies or resolves something small in the
-// current folder, which main() of a program has filled with WriteFiles.
+// The operations that the fault programs let fail: each reads, writes, copies or resolves something small in a work
+// folder.
 
 namespace faults {
 
@@ -42,8 +42,17 @@ struct Scenario {
 
 std::vector<Scenario> Scenarios();
 
-/// Makes the files that the operations need, in the current folder.
-void WriteFiles();
+/// A new current folder with the files that the operations need, and a registry that names it. It goes with the object.
+class WorkFolder {
+public:
+  WorkFolder();
+  WorkFolder(const WorkFolder &) = delete;
+  WorkFolder &operator=(const WorkFolder &) = delete;
+  ~WorkFolder();
+
+private:
+  std::string m_path;
+};
 
 std::string Read(const std::string &path);
 void Write(const std::string &path, const std::string &bytes);

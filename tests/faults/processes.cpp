@@ -1,10 +1,10 @@
 #include "kestrune/kestrune_xml.h"
+#include "tests/faults/operations.h"
 
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <random>
 #include <string>
@@ -118,11 +118,7 @@ int report(const char *what, Counts counts, bool mayFail) {
 } // namespace
 
 int main() {
-  std::string folder = (std::filesystem::temp_directory_path() / "kestrune-processes-XXXXXX").string();
-  if (::mkdtemp(folder.data()) == nullptr)
-    return EXIT_FAILURE;
-  std::filesystem::current_path(folder);
-  ::setenv("KESTRUNE_REGISTRY", "/nonexistent/registry.reg", 1);
+  const faults::WorkFolder folder;
   CoInitialize(nullptr);
   CVorlanTyp4 first;
   fill(first, kShort);
@@ -133,7 +129,5 @@ int main() {
   wrong += report("while another saves replacing", loadWhileSaving(saveReplacing, milliseconds(1000)), false);
   wrong += report("after a process was killed saving in place", loadAfterKills(saveInPlace, 20), true);
   wrong += report("after a process was killed saving replacing", loadAfterKills(saveReplacing, 20), false);
-  std::filesystem::current_path("/");
-  std::filesystem::remove_all(folder);
   return wrong == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -4,7 +4,6 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <thread>
 
 // Threads that share nothing but the library: each has documents and files of its own. Any wrong answer is reported; a
@@ -77,19 +76,12 @@ void work(int thread) {
 } // namespace
 
 int main() {
-  std::string folder = (std::filesystem::temp_directory_path() / "kestrune-threads-XXXXXX").string();
-  if (::mkdtemp(folder.data()) == nullptr)
-    return EXIT_FAILURE;
-  std::filesystem::current_path(folder);
-  ::setenv("KESTRUNE_REGISTRY", (folder + "/registry.reg").c_str(), 1);
-  faults::WriteFiles();
+  const faults::WorkFolder folder;
   std::vector<std::thread> threads;
   for (int thread = 0; thread < kThreads; ++thread)
     threads.emplace_back(work, thread);
   for (std::thread &thread : threads)
     thread.join();
-  std::filesystem::current_path("/");
-  std::filesystem::remove_all(folder);
   std::printf("%d threads, %d rounds each, %d wrong answers\n", kThreads, kRounds, wrong.load());
   return wrong == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
