@@ -22,6 +22,7 @@ namespace kestrune::dom {
 namespace {
 
 constexpr std::size_t kReadSize = std::size_t{64} << 10;
+constexpr std::size_t kLargestTag = std::size_t{1} << 30; // that Expat has room for
 
 // Nested entities recurse inside Expat; limit their number.
 constexpr int kMostNestingEntities = 1000;
@@ -91,18 +92,33 @@ private:
   bool feedFile() {
     platform::InputFile file(m_path);
     while (true) {
-      void *const buffer = XML_GetBuffer(m_parser, static_cast<int>(kReadSize));
+      const std::size_t size = nextSize();
+      void *const buffer = XML_GetBuffer(m_parser, static_cast<int>(size));
       if (buffer == nullptr)
         failForRoom();
-      const long count = file.read(buffer, kReadSize);
+      const long count = file.read(buffer, size);
       if (count < 0)
         return setUnreadable(file.error());
       m_inputSize += static_cast<std::size_t>(count);
+      m_fedSize = m_inputSize;
       if (XML_ParseBuffer(m_parser, static_cast<int>(count), count == 0) != XML_STATUS_OK)
         return false;
       if (count == 0)
         return true;
     }
+  }
+
+  /// What the parser has got but not finished with: a long tag.
+  std::size_t pendingSize() const {
+    return m_fedSize - static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(m_parser), 0));
+  }
+
+  /// The parser scans a long tag from its start with each piece that it gets; pieces that grow with the tag keep that
+  /// linear.
+  std::size_t nextSize() const {
+    const std::size_t pending = pendingSize();
+    const std::size_t size = std::clamp(pending, kReadSize, std::size_t{1} << 28);
+    return pending + size <= kLargestTag ? size : kReadSize;
   }
 
   bool feedConverted(const Restart &restart) {
@@ -116,8 +132,10 @@ private:
     m_inputSize = text.size();
     if (restart.standalone)
       declareStandalone(text);
-    for (std::size_t at = 0; at < text.size(); at += kReadSize) {
-      const std::size_t count = std::min(kReadSize, text.size() - at);
+    while (m_fedSize < text.size()) {
+      const std::size_t at = m_fedSize;
+      const std::size_t count = std::min(nextSize(), text.size() - at);
+      m_fedSize += count;
       if (XML_Parse(m_parser, text.data() + at, static_cast<int>(count), 0) != XML_STATUS_OK)
         return false;
     }
@@ -156,9 +174,7 @@ private:
   /// Expat keeps a tag, with its attributes, in one piece of its buffer, and reports a lack of memory where that would
   /// be 1 GiB or more.
   [[noreturn]] void failForRoom() const {
-    const auto pending =
-        m_inputSize - static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(m_parser), 0));
-    if (pending >= (std::size_t{1} << 30) - kReadSize)
+    if (pendingSize() >= kLargestTag - kReadSize)
       Fail(E_FAIL, kTextTooLong);
     throw std::bad_alloc();
   }
@@ -291,6 +307,7 @@ private:
   std::string m_encoding;
   bool m_standalone = false;
   std::size_t m_inputSize = 0;
+  std::size_t m_fedSize = 0; // of it, what the parser has got
   std::size_t m_defaulted = 0;
   int m_nestingEntities = 0;
   bool m_hasDoctype = false;
