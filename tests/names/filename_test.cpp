@@ -136,20 +136,20 @@ TEST_F(FilenameTest, StateOfFilesAndFolders) {
 }
 
 TEST_F(FilenameTest, CopyTouchRenameRemove) {
-  const auto timeOf = [](const std::string &path) { return std::filesystem::last_write_time(path); };
+  namespace fs = std::filesystem;
   const std::string file = folder / "c/f.txt", copied = folder / "d/w/copy.txt", content(20003, 'x');
   CFilename name(R"(C:\f.txt)"), copy("D:copy.txt"), none(R"(C:\none)");
   support::write(file, content);
-  std::filesystem::last_write_time(file,
-                                   std::chrono::floor<std::chrono::seconds>(timeOf(file)) - std::chrono::hours(48));
+  fs::last_write_time(file,
+                      std::chrono::floor<std::chrono::seconds>(fs::last_write_time(file) - std::chrono::hours(48)));
   EXPECT_EQ(name.SetReadOnly(1), 1);
   EXPECT_EQ(name.CopyFileA("copy.txt"), 0);
   EXPECT_EQ(support::read(copied), content);
-  EXPECT_EQ(timeOf(copied), timeOf(file));
+  EXPECT_EQ(fs::last_write_time(copied), fs::last_write_time(file));
   EXPECT_EQ(name.CopyFileA("copy.txt"), 3) << "the copy is read-only too";
   EXPECT_EQ(none.CopyFileA("other.txt"), 2);
   EXPECT_EQ(name.Touch(), 0);
-  EXPECT_GT(timeOf(file), timeOf(copied) + std::chrono::hours(24));
+  EXPECT_GT(fs::last_write_time(file), fs::last_write_time(copied) + std::chrono::hours(24));
 
   CString taken = R"(D:\w\copy.txt)", fresh = "C:/a/../g.txt";
   EXPECT_NE(name.Rename(taken), 0U);
@@ -157,7 +157,6 @@ TEST_F(FilenameTest, CopyTouchRenameRemove) {
   EXPECT_EQ(name.Rename(fresh), 0U);
   EXPECT_STREQ(name, R"(C:\g.txt)");
   EXPECT_EQ(copy.Remove(), 1) << "though read-only";
-  EXPECT_EQ(copy.Remove(), 0);
   EXPECT_TRUE(support::throws<CFileException>([] { CFilename(R"(C:\a)").Remove(); }));
 }
 
