@@ -70,6 +70,7 @@ TEST_F(FilenameTest, GrowsByOneSegmentOrExtension) {
       {R"(a)", R"(.b)", R"(a.b)", R"(a\.b)", R"(a.b)"},
       {R"(a\)", R"(\b)", R"(a\b)", R"(a\b)", R"(a\b)"},
       {R"(C:\a)", R"(x\y.t)", R"(C:\a\x\y.t)", R"(C:\a\y.t)", R"(C:\a.x\y.t)"},
+      {R"(a.)", R"(b)", R"(a.b)", R"(a.b)", R"(a.b)"},
       {R"(a.b.c)", R"(xml)", R"(a.b.c\xml)", R"(a.b.c\xml)", R"(a.xml)"},
   };
   for (const auto &row : rows) {
