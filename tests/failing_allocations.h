@@ -1,13 +1,16 @@
 #pragma once
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <new>
 #include <string>
 
+// Replaces the allocation of the test program: one test file only includes this.
+
 namespace support {
 
 /// How many allocations of this thread still succeed before one fails; -1 for all.
-extern thread_local int allocationsLeft;
+inline thread_local int allocationsLeft = -1;
 
 /// Runs `operation` with its n-th allocation failing, for each n from 1 until none fails. `failed` looks at what each
 /// failure left.
@@ -31,3 +34,13 @@ void failEachAllocation(Operation operation, Failed failed) {
 }
 
 } // namespace support
+
+void *operator new(std::size_t size) {
+  if (support::allocationsLeft >= 0 && support::allocationsLeft-- == 0)
+    throw std::bad_alloc();
+  if (void *const memory = std::malloc(size != 0 ? size : 1))
+    return memory;
+  throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void *memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void *memory, std::size_t) noexcept { std::free(memory); }
