@@ -7,8 +7,6 @@
 
 namespace {
 
-using support::repeat;
-
 class Reading : public support::Dom {};
 
 TEST_F(Reading, EncodingsGiveTheSameText) {
@@ -63,7 +61,7 @@ TEST_F(Reading, EntitiesNeverReachOutsideNorLoseATextInSilence) {
 TEST_F(Reading, ExpansionIsBounded) {
   std::string laughs = "<!ENTITY e0 'lol'>";
   for (int i = 1; i < 40; ++i)
-    laughs += "<!ENTITY e" + std::to_string(i) + " '" + repeat("&e" + std::to_string(i - 1) + ";", 3) + "'>";
+    laughs += "<!ENTITY e" + std::to_string(i) + " '" + support::repeat("&e" + std::to_string(i - 1) + ";", 3) + "'>";
   EXPECT_EQ(rootText("<!DOCTYPE r [" + laughs + "]><r>&e39;</r>"), kRefused);
 }
 
