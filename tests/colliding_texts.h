@@ -25,9 +25,10 @@ inline std::vector<std::string> collidingTexts(std::size_t count) {
     const std::uint64_t state = ((0xC70F6907 ^ (16 * kFactor)) ^ (mix(words[0] * kFactor) * kFactor)) * kFactor;
     words[1] = mix(state * kInverse) * kInverse;
     std::uint64_t rest = words[1];
-    while (rest != 0 && std::isalnum(static_cast<int>(rest & 0xFFU)) != 0)
+    int good = 0;
+    for (; good < 8 && std::isalnum(static_cast<int>(rest & 0xFFU)) != 0; ++good)
       rest >>= 8U;
-    if (rest == 0)
+    if (good == 8)
       texts.emplace_back(reinterpret_cast<const char *>(words), sizeof words);
   }
   for (const std::string &each : texts)

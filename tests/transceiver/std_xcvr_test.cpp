@@ -33,8 +33,7 @@ TEST_F(StdXcvr3, MergeAddsWhatTheListDoesNotHave) {
     const char *items;
     bool isModified;
   } rows[] = {
-      {"added in their order but for a known name", a, fileOf({{"D", "4"}, {"a", "9"}, {"C", "3"}}), S_OK, "A,D,C",
-       true},
+      {"all but a known name", a, fileOf({{"D", "4"}, {"a", "9"}, {"C", "3"}}), S_OK, "A,D,C", true},
       {"a known number", fileOf({{"A", "16"}}), fileOf({{"B", "0x10"}}), S_OK, "A", false},
       {"a number twice", a, fileOf({{"B", "2"}, {"C", "0x2"}}), S_OK, "A,B", true},
       {"a name twice", a, fileOf({{"B", "2"}, {"b", "3"}}), KRX_E_DUPLICATE_KEY, "A", false},
