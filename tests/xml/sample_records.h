@@ -30,11 +30,7 @@ public:
     Flag.Init("Flag", false);
     pushMembers();
   }
-  void pushMembers() override {
-    m_members.clear();
-    for (CXMLPersistent *member : std::initializer_list<CXMLPersistent *>{&Name, &Text, &Bound, &Flag})
-      m_members.push_back(member);
-  }
+  void pushMembers() override { m_members = {&Name, &Text, &Bound, &Flag}; }
   CString Key() const override { return Name; }
   using CXMLFolder::m_fileName;
 
@@ -44,42 +40,33 @@ public:
   CXMLBoolAttribute Flag;
 };
 
-template <class Base>
-class List : public Base {
+class Items : public CXMLCollectionFolder2 {
 public:
-  List() {
-    this->CXMLFolder::operator=("Items");
-    List::Init();
+  Items() {
+    CXMLFolder::operator=("Items");
+    Items::Init();
   }
-  List(const List &rhs) : List() { *this = rhs; }
-  List &operator=(const List &rhs) {
-    this->template assignCollection<Item>(rhs);
+  Items(const Items &rhs) : Items() { *this = rhs; }
+  Items &operator=(const Items &rhs) {
+    assignCollection<Item>(rhs);
     return *this;
   }
-  void Init() override { this->setTags("Items", "Item", "Name"); }
-  Item *Add(const char *key) { return this->template addKeyed<Item>(key, &Item::Name); }
-  Item *Find(const char *key) { return static_cast<Item *>(this->FindItem(key)); }
-  Item *operator[](int index) { return static_cast<Item *>(Base::operator[](index)); }
+  void Init() override { setTags("Items", "Item", "Name"); }
+  Item *Add(const char *key) { return addKeyed<Item>(key, &Item::Name); }
+  Item *Find(const char *key) { return static_cast<Item *>(FindItem(key)); }
+  Item *operator[](int index) { return static_cast<Item *>(CXMLCollectionFolder2::operator[](index)); }
 
 protected:
   CXMLFolder *NewFolder() override { return new Item; }
 };
 
-using Items = List<CXMLCollectionFolder>;
-using Items2 = List<CXMLCollectionFolder2>;
-
 class Document : public CXMLTopLevelFolder {
 public:
   Document() {
     PutTag(CString("Root"));
-    CXMLFolder::operator=("Root");
     Document::pushMembers();
   }
-  void pushMembers() override {
-    m_members.clear();
-    m_members.push_back(&Contents);
-    m_members.push_back(&List);
-  }
+  void pushMembers() override { m_members = {&Contents, &List}; }
   using CXMLFolder::m_fileName;
 
   Items List;
