@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cctype>
 #include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
@@ -12,8 +11,8 @@
 namespace support {
 
 /// `count` different texts of 16 characters. Each step of the hash can be undone: for any first 8 bytes there are 8
-/// that lead to the wanted state, and those that are letters and digits are kept.
-inline std::vector<std::string> collidingTexts(std::size_t count) {
+/// that lead to the wanted state, and those of usable characters are kept.
+inline std::vector<std::string> collidingTexts(std::size_t count, bool (*isUsable)(int character)) {
   constexpr std::uint64_t kFactor = 0xC6A4A7935BD1E995;
   constexpr std::uint64_t kInverse = 0x5F7A0EA7E59B19BD;                    // kFactor * kInverse is 1 modulo 2^64
   const auto mix = [](std::uint64_t word) { return word ^ (word >> 47U); }; // undoes itself
@@ -26,13 +25,21 @@ inline std::vector<std::string> collidingTexts(std::size_t count) {
     words[1] = mix(state * kInverse) * kInverse;
     std::uint64_t rest = words[1];
     int good = 0;
-    for (; good < 8 && std::isalnum(static_cast<int>(rest & 0xFFU)) != 0; ++good)
+    for (; good < 8 && isUsable(static_cast<int>(rest & 0xFFU)); ++good)
       rest >>= 8U;
     if (good == 8)
       texts.emplace_back(reinterpret_cast<const char *>(words), sizeof words);
   }
   for (const std::string &each : texts)
     EXPECT_EQ(std::hash<std::string>()(each), std::hash<std::string>()(texts[0]));
+  return texts;
+}
+
+/// As many other texts.
+inline std::vector<std::string> otherTexts(std::size_t count) {
+  std::vector<std::string> texts;
+  for (std::size_t i = 0; i < count; ++i)
+    texts.push_back("any-other-text-" + std::to_string(i));
   return texts;
 }
 

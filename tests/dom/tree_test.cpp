@@ -1,5 +1,7 @@
 #include "tests/dom/dom_support.h"
 
+#include <sys/mman.h>
+
 // Changes of trees and searches in them.
 
 namespace {
@@ -67,6 +69,16 @@ TEST_F(Tree, DepthTakesNeitherStackNorTime) {
   EXPECT_EQ(found, kDepth);
   EXPECT_STREQ(root->Gettext(), "x");
   EXPECT_TRUE(save(document) == open + "x<z></z>" + close + "\n");
+}
+
+TEST_F(Tree, RefusesATextOfTwoGibibytes) {
+  constexpr std::size_t kTooLong = std::size_t{1} << 31;
+  void *const room = ::mmap(nullptr, kTooLong, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  ASSERT_NE(room, MAP_FAILED);
+  const IXMLDOMElementPtr element = newDocument()->createElement("a");
+  EXPECT_THROW(element->Puttext({static_cast<const char *>(room), kTooLong}), _com_error);
+  EXPECT_STREQ(element->Gettext(), "");
+  ::munmap(room, kTooLong);
 }
 
 } // namespace

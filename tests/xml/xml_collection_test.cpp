@@ -1,5 +1,10 @@
+#include "tests/colliding_texts.h"
 #include "tests/document_support.h"
 #include "tests/xml/sample_records.h"
+
+#include <cctype>
+#include <cstring>
+#include <ctime>
 
 namespace {
 
@@ -102,6 +107,23 @@ TEST(XmlCollection, OwnMembersCountAsChanges) {
   list.PutModified(0);
   list.Extra = "x";
   EXPECT_EQ(list.GetModified(), 1);
+}
+
+TEST(XmlCollection, KeysThatSomebodyChoseCostNoMoreThanOthers) {
+  const auto cost = [](const std::vector<std::string> &keys) {
+    std::string items;
+    for (const std::string &key : keys)
+      items += "<Item Name='" + key + "'/>";
+    Items list;
+    const std::clock_t start = std::clock();
+    EXPECT_EQ(load(list, items), S_OK);
+    return static_cast<double>(std::clock() - start);
+  };
+  // Keys are compared in lower case.
+  const auto isUsable = [](int character) {
+    return std::isgraph(character) != 0 && std::isupper(character) == 0 && std::strchr("<&'", character) == nullptr;
+  };
+  EXPECT_LE(cost(support::collidingTexts(5000, isUsable)), 5 * cost(support::otherTexts(5000)));
 }
 
 TEST(XmlCollection, SavesItemsInOrderUnderTheItemTag) {
