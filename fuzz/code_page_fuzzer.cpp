@@ -1,5 +1,5 @@
-// Any bytes as a text, the first of them chooses its code page. What can be converted comes back, steps over characters
-// meet the same places in both directions, and comparing agrees with folding.
+// Any bytes as a text; the first byte chooses the code page. What can be converted must convert back, steps over
+// characters must meet the same places in both directions, and comparing must agree with case folding.
 
 #include "fuzz/fuzz_support.h"
 #include "kestrune/platform/code_page.h"
@@ -10,7 +10,7 @@ namespace {
 
 using namespace kestrune::platform;
 
-/// A text of the page. A page may have several forms of a character, so that only the second way through is the same.
+/// A page may have several forms of one character, so the UTF-8 forms are compared, not the bytes of the page.
 void checkText(std::string_view text) {
   const std::wstring wide = TextToWide(text);
   std::string utf8;

@@ -1,6 +1,6 @@
-// Any bytes as a data file, loaded as each class of document, with the verdict of Expat alone beside it. A file that
-// Expat refuses is refused by all classes; one that it accepts is read by those that have its root, and by no other. A
-// document that refuses a file stays as it was, and one that has read it gives the same bytes each time it is saved.
+// Any bytes as a data file, loaded as each document class and also parsed by Expat alone. A file that Expat refuses is
+// refused by all classes; one that it accepts is read by the classes that have its root, and by no others. A document
+// that refuses a file stays as it was, and one that has read it gives the same bytes each time it is saved.
 
 #include "fuzz/document_support.h"
 
@@ -10,10 +10,10 @@ namespace {
 
 struct Verdict {
   bool accepted = false;
-  /// The file needs more than Expat: an encoding that it does not know, external declarations, or a document type, with
-  /// which Expat drops undeclared entities from attributes without a word.
+  /// Expat alone cannot decide: the file has an encoding that it does not know, external declarations, or a document
+  /// type, with which Expat silently drops undeclared entities from attributes.
   bool open = false;
-  /// A reference to an entity that is not declared, in a text.
+  /// A text refers to an entity that is not declared.
   bool losesText = false;
   std::string root;
 };
@@ -43,7 +43,7 @@ Verdict verdictOf(std::string_view input) {
   return verdict;
 }
 
-/// Whether the library refuses a well-formed file because of what it would make of itself.
+/// Whether the library refuses a well-formed file because it would expand too much.
 bool isTooLarge(const char *path) {
   IXMLDOMDocumentPtr document;
   Require(IXMLDOMDocument::CreateInstance(document) == S_OK, "a tree can be made");
@@ -79,7 +79,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
       RequireSame(fresh, TextsOf(document), "a file that is refused leaves the document as it was");
       return;
     }
-    // The one failure but these is that of texts which are too large to join.
+    // KRX_E_LOAD_EXCEPTION is for texts that are too large to join.
     Require(result >= 0 || result == KRX_E_DUPLICATE_KEY || result == KRX_E_LOAD_EXCEPTION,
             "a document reads what it can");
     RequireRoundTrip(document, scratch);

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-// What the fuzzers of data files have in common.
+// Shared by the fuzzers of data files.
 
 using Texts = std::vector<std::string>;
 
@@ -17,7 +17,7 @@ void ForEachDocument(Check check) {
                                CSpidData, CSpidData2, CKestruneUI>();
 }
 
-/// Neither the registry nor a replacement file of the machine may take part.
+/// Keeps the registry and the replacement files of the machine out of the run.
 inline void PrepareForDocuments(const Scratch &scratch) {
   ::setenv("KESTRUNE_REGISTRY", scratch.path("none.reg").c_str(), 1);
   ::setenv("PFDT", scratch.path("none").c_str(), 1);
@@ -32,7 +32,8 @@ inline void CollectTexts(CXMLFolder &folder, Texts &texts) {
       continue;
     }
     const std::string tag(member.value->GetTag().View());
-    // It is saved with its prefix and read in upper case: one that no file has given yet comes back changed once.
+    // It is saved with a prefix and read in upper case, so a value that was not read from a file would come back
+    // changed.
     if (tag == "xcvr_gp_data")
       member.value->MakeUpper();
     texts.push_back(tag + '=' + std::string(member.value->View()));
@@ -42,7 +43,7 @@ inline void CollectTexts(CXMLFolder &folder, Texts &texts) {
       CollectTexts(*(*list)[i], texts);
 }
 
-/// All texts of a document that reach the file, each with its tag.
+/// All texts of a document that are saved, each with its tag.
 inline Texts TextsOf(CXMLFolder &document) {
   Texts texts;
   CollectTexts(document, texts);
@@ -56,7 +57,7 @@ inline void RequireSame(const Texts &expected, const Texts &found, const char *p
     Require(expected[i] == found[i], promise, expected[i] + "\n" + found[i]);
 }
 
-/// Saves, loads and saves `document`, whatever it holds: the texts stay, and so do the bytes.
+/// Saves, loads and saves `document`, whatever it holds: the texts and the bytes must stay the same.
 template <class Document>
 void RequireRoundTrip(Document &document, const Scratch &scratch) {
   const Texts texts = TextsOf(document);

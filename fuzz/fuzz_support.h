@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-/// Ends the run when a promise of the library does not hold, so that the fuzzer keeps the input.
+/// Aborts if the library breaks a promise, so that the fuzzer keeps the input.
 inline void Require(bool holds, const char *promise, const std::string &detail = {}) {
   if (holds)
     return;
@@ -16,8 +16,8 @@ inline void Require(bool holds, const char *promise, const std::string &detail =
   std::abort();
 }
 
-/// A folder for the files of a run: in TMPDIR where that is set, else in memory where there is a place for it. It is
-/// removed at the end, unless a promise was not kept.
+/// A folder for the files of a run: in TMPDIR if that is set, else in memory if possible. It is removed at the end,
+/// unless the run was aborted.
 class Scratch {
 public:
   Scratch() {

@@ -1,6 +1,6 @@
-// Any bytes as a data file and its companions, loaded as programs do it. What follows the mark of the companion goes
-// into the files that a load takes in beside the first; the mark of the code page chooses that page. Whatever comes of
-// it must be copied whole, and be the same again after a save and a load.
+// Any bytes as a data file and its companions, loaded as programs load them. What follows the companion mark goes into
+// the files that a load reads together with the first; the code page mark chooses code page 932. The result must be
+// copied completely, and be the same after a save and a load.
 
 #include "fuzz/document_support.h"
 #include "fuzz/xml_mutator.h"
@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
       if (result == KRX_E_UNEXPECTED_DATA || result == KRX_E_WRONG_ROOT_TAG)
         return;
     } catch (CKRXException *exception) {
-      exception->Delete(); // the number of a transceiver of the user's is not one
+      exception->Delete(); // a `std_id` that had to be compared is not a number
     }
     Document copy(document);
     RequireSame(TextsOf(document), TextsOf(copy), "a copy has all texts");

@@ -1,7 +1,7 @@
 // Any texts as file names. The first line of the input is the name, the second the default folder, the third a search
-// path, and up to four more are the values of the macros $A$ to $D$; a first line that begins with the byte 0x01 has
-// the rest read in code page 932. Nothing may crash or hang; in UTF-8 the quick forms of normalising and expanding must
-// give what their plain forms give, and names must stay what they are on their second way through.
+// path, and up to four more are the values of the macros $A$ to $D$. If the first line begins with the byte 0x01, the
+// rest is read in code page 932. Nothing may crash or hang; in UTF-8 the fast forms of normalising and expanding must
+// give the same as the plain forms here, and a resolved name must resolve to itself.
 
 #include "fuzz/fuzz_support.h"
 #include "kestrune/kestrune_xml.h"
@@ -23,7 +23,7 @@ std::string lower(std::string_view text) {
   return result;
 }
 
-/// What the operations below keep to themselves.
+/// Gives the checks access to protected operations.
 struct Name : CFilename {
   using CFilename::CFilename;
 
@@ -37,7 +37,7 @@ struct Name : CFilename {
   }
 };
 
-/// Normalising, a step at a time over the whole text.
+/// Normalises one step at a time over the whole text.
 std::string plainNormalize(std::string text) {
   std::replace(text.begin(), text.end(), '/', '\\');
   for (std::size_t p = text.find("..\\"); p != std::string::npos && p != 0; p = text.find("..\\")) {
@@ -60,7 +60,7 @@ std::string plainNormalize(std::string text) {
   return text;
 }
 
-/// Expanding, one name after the other from the start of the text. A macro has no value inside its own value.
+/// Expands one name after the other from the start of the text. A macro has no value inside its own value.
 class PlainExpansion {
 public:
   explicit PlainExpansion(std::map<std::string, std::string> table) : m_table(std::move(table)) {}
@@ -97,7 +97,7 @@ public:
     }
   }
 
-  /// An expansion of that size has rules of its own.
+  /// An expansion of this size follows other rules.
   bool tooLarge() const { return m_largest > kLongestExpansion; }
 
 private:
@@ -125,8 +125,8 @@ void checkAgainstPlainForms(const Name &name) {
             both(out.View(), expanded));
 }
 
-/// A full path without anything that resolving would change. Normalising leaves every doubled separator that follows
-/// one behind the drive, but not in the part of the path that is stored, so a path with one is passed over.
+/// Whether this is a full path that resolving would not change. If a doubled separator follows the drive, normalising
+/// keeps it and all later ones, but not in the part of the path that is stored, so a path with one is skipped.
 bool isSettled(const CFilename &path) {
   const std::string_view text = path.View();
   return path.GetLength() > 3 && text.substr(1, 2) == ":\\" && text[0] != '.' && text[0] != '\\' && text[0] != ':' &&
@@ -208,7 +208,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     name.AddMacro(kMacros[i], lines[3 + i].c_str());
 
   const char *const base = lines[1].c_str();
-  // A text that ends in half a character of a double-byte page reads otherwise once something stands behind it.
+  // Half a double-byte character at the end of a text reads differently once something is appended to it.
   if (!doubleByte) {
     checkAgainstPlainForms(name);
     checkResolution(name, base);

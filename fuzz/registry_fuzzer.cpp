@@ -1,5 +1,5 @@
-// Any bytes as the file of the registry. A value that is found is text that fits, and a buffer that is too small stays
-// as it was. A file in UTF-8 says the same with a mark in front of it, and in UTF-16 of either order.
+// Any bytes as the registry file. A value that is found is a text that fits its buffer, and a buffer that is too small
+// stays unchanged. A UTF-8 file gives the same values with a byte order mark, and in UTF-16 of either byte order.
 
 #include "fuzz/fuzz_support.h"
 #include "kestrune/platform/code_page.h"

@@ -12,14 +12,14 @@ extern "C" std::size_t LLVMFuzzerMutate(unsigned char *data, std::size_t size, s
 
 namespace {
 
-/// Values at the edges of what the accessors read, and such as have to be escaped.
+/// Values at the limits of what the accessors read, and values that have to be escaped.
 constexpr const char *kTexts[] = {"",      " ",        "0",          "0x",           "0xFFFF",
                                   "010",   "1e400",    "1/2",        "10 MHz",       "TRUE",
                                   "false", "16;17;16", "a&<>\"']]>", "\r\n\t",       "Unassigned",
                                   "Dummy", "$A$",      "\xC3\xA9",   "\xE8\xA1\xA8", "\xF0\x9F\x98\x80"};
 
-/// An element or an attribute. A file is the list of them in its order: behind an element come its attributes, then the
-/// elements below it.
+/// An element or an attribute. A file is a list of them in file order: an element is followed by its attributes, then
+/// by its child elements.
 struct Node {
   std::size_t depth;
   bool isAttribute;
@@ -28,7 +28,7 @@ struct Node {
 };
 using Nodes = std::vector<Node>;
 
-/// What an element of a name can hold, by the document classes.
+/// What an element of each name can contain, taken from the document classes.
 using Vocabulary = std::map<std::string, Nodes>;
 
 void describe(CXMLFolder &folder, Vocabulary &vocabulary) {
@@ -57,10 +57,10 @@ const Vocabulary &vocabulary() {
   return all;
 }
 
-/// Takes a file apart.
+/// Parses a file into nodes.
 class Reader {
 public:
-  /// Returns false where the file is not well-formed, or its entities make it much larger than it is.
+  /// Returns false if the file is not well-formed, or if its entities make it much larger than it is.
   bool read(std::string_view input) {
     const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> owner(XML_ParserCreate(nullptr), XML_ParserFree);
     m_parser = owner.get();
@@ -80,7 +80,7 @@ public:
   }
 
   Nodes nodes;
-  std::string prolog; // without the XML declaration, since what is written is in UTF-8
+  std::string prolog; // without the XML declaration, because the output is UTF-8
 
 private:
   static void onStart(void *self, const char *name, const char **attributes) {
@@ -152,10 +152,10 @@ public:
     const auto from = m_nodes.begin() + static_cast<std::ptrdiff_t>(at);
     const auto end = endOf(from);
     switch (below(7)) {
-    case 0: // remove, but for the root
+    case 0: // remove, except the root
       m_nodes.erase(at != 0 ? from : end, end);
       break;
-    case 1: // repeat somewhere
+    case 1: // copy to somewhere else
       insertBelow(below(m_nodes.size()), Nodes(from, end));
       break;
     case 2: // swap with the next
@@ -165,7 +165,7 @@ public:
     case 3: // rename
       node.name = std::next(vocabulary().begin(), static_cast<std::ptrdiff_t>(below(vocabulary().size())))->first;
       break;
-    case 4: // add what the library looks for there
+    case 4: // add something that the library looks for there
     case 5:
       if (const auto known = vocabulary().find(node.name); known != vocabulary().end() && !known->second.empty())
         insertBelow(at, {known->second[below(known->second.size())]});
@@ -182,7 +182,7 @@ private:
     return std::find_if(node + 1, m_nodes.end(), [&](const Node &each) { return each.depth <= node->depth; });
   }
 
-  /// Adds a part in front of the elements below `parent`. The names of attributes stay different.
+  /// Inserts `part` before the child elements of `parent`, unless it is an attribute that the element already has.
   void insertBelow(std::size_t parent, Nodes part) {
     while (m_nodes[parent].isAttribute)
       --parent;
@@ -203,7 +203,7 @@ private:
     case 0:
       text = kTexts[below(std::size(kTexts))];
       break;
-    case 1: // what stands elsewhere too, such as a key
+    case 1: // a text from elsewhere in the file, such as a key
       text = m_nodes[below(m_nodes.size())].text;
       break;
     case 2:
@@ -228,7 +228,7 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(unsigned char *data, std::size_t 
   const std::string_view input(reinterpret_cast<const char *>(data), size);
   const std::size_t mark = input.find(kCompanionMark);
   const std::size_t cut = mark == std::string_view::npos ? size : mark;
-  // One of the two files; the rest of the input stays.
+  // Changes one of the two files; the rest of the input stays.
   const bool inCompanion = cut != size && random() % 2 == 0;
   const std::size_t begin = inCompanion ? cut + kCompanionMark.size() : 0;
   const std::size_t end = inCompanion ? size : cut;

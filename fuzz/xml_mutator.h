@@ -2,11 +2,11 @@
 
 #include <string_view>
 
-// A mutator for the fuzzers of data files: it reads the input, changes its elements, attributes and values, and writes
-// it again, so that most of what it makes is well-formed and has names that the library knows. At times, and where the
-// input is not well-formed, it leaves the bytes to the fuzzer.
+// A mutator for the fuzzers of data files. It parses the input, changes its elements, attributes and values, and writes
+// it again, so that most results are well-formed and use names that the library knows. Sometimes, and always if the
+// input is not well-formed, it leaves the bytes to the fuzzer's own mutations.
 
-/// Where the file beside the first one begins. The mutator changes one of the two.
+/// Where the companion file begins. The mutator changes only one of the two files.
 constexpr std::string_view kCompanionMark = "<!--companion-->";
-/// In front of the root: the library works in code page 932.
+/// Put before the root, it makes the library work in code page 932.
 constexpr std::string_view kPage932Mark = "<!--932-->";

@@ -7,11 +7,11 @@
 
 namespace {
 
-/// Whether each add-on gets a document of its own, or finds the one that the add-on before it has left.
+/// Whether each add-on is loaded into a new document, or into the one that the previous add-on has filled.
 enum class AddOnDocument { kNew, kReused };
 
-/// Adds the models of all add-on files of the document that is called `name`, and returns the result of the last of
-/// them; `result` when there is none.
+/// Adds the models of all add-on files of the document `name`. Returns the result of the last one, or `result` if there
+/// is none.
 template <class Document, class Models>
 long LoadAddOns(Document &document, Models Document::*models, AddOnDocument use, const CString &name, long result) {
   AddOnFiles files(name);
@@ -32,7 +32,7 @@ long LoadAddOns(Document &document, Models Document::*models, AddOnDocument use,
   return result;
 }
 
-/// Loads a document of the versions 1 to 3. The name is a copy: what the caller has passed may be a text of the
+/// Loads a document of version 1, 2 or 3. The name is a copy because the caller's argument may be a text of the
 /// document.
 template <class Document, class Models>
 long LoadWithAddOns(Document &document, Models Document::*models, const CString &name) {
@@ -40,10 +40,10 @@ long LoadWithAddOns(Document &document, Models Document::*models, const CString 
   return result < 0 ? result : LoadAddOns(document, models, AddOnDocument::kNew, name, result);
 }
 
-/// How many calls of CVorlanTyp4::LoadFromFile are on the way in this thread, in whatever document.
+/// How many calls of CVorlanTyp4::LoadFromFile are in progress in this thread, for any document.
 constinit thread_local int loadDepth = 0;
 
-/// One call more on the way, until the end of its life, however that comes.
+/// Counts a call as in progress until the object is destroyed, so that an exception ends it too.
 class LoadDepth {
 public:
   LoadDepth() { ++loadDepth; }

@@ -6,9 +6,8 @@
 #include "kestrune/xml/xml_document.h"
 
 // The chip data file: chip models, the table of link compatible models, and clocking schemes. All four versions read
-// the files of each other: what a file lacks keeps its default, what a version does not know is passed over, and is
-// gone after saving. A document reads and writes the newest of its sets of collections; the older ones stay as they
-// are.
+// each other's files: what a file lacks keeps its default, and what a version does not know is ignored and lost on
+// saving. A document reads and writes the newest of its sets of collections; the older sets stay as they are.
 
 /// The chip data document of format version 1.
 class KESTRUNE_API CVorlanTyp : public CXMLTopLevelFolder {
@@ -16,22 +15,23 @@ public:
   CVorlanTyp();
   CVorlanTyp(const CVorlanTyp &rhs);
   ~CVorlanTyp() override;
-  /// Copies tag, text, header and all collections, those of the older versions too; the remembered file name stays.
+  /// Copies tag, text, header and all collections, including those of the older versions; the remembered file name
+  /// stays.
   CVorlanTyp &operator=(const CVorlanTyp &rhs);
 
   void Init() override;
   void pushMembers() override;
 
-  /// With two arguments: loads that file and nothing else.
+  /// With two arguments: loads only that file.
   using CXMLTopLevelFolder::LoadFromFile;
-  /// Loads the file, and then adds the chip models of its add-on files: of x.xml these are x-1.xml, x-2.xml and so on
-  /// beside it, up to the first that is not there. They may have add-ons of their own. Of an add-on nothing else is
-  /// taken, and no model that Add refuses. `fileName` may be relative and may hold macros; null or empty stands for the
-  /// remembered name, whose add-ons are not looked for.
-  /// Returns the result of the last add-on file, or that of the file itself where there is none; a failure of the file
-  /// itself at once. The codes are those of LoadFromFile with two arguments. After the failure of an add-on, the models
-  /// of the file and of the other add-ons are in the document. An added model sets the modified flag. An exception of
-  /// an overridden Load passes through.
+  /// Loads the file, then adds the chip models of its add-on files: for x.xml these are x-1.xml, x-2.xml and so on in
+  /// the same folder, up to the first that does not exist. Add-ons may have add-ons of their own. Only the models of an
+  /// add-on are used, and only those that Add accepts. `fileName` may be relative and may contain macros; null or empty
+  /// means the remembered name, and then no add-ons are loaded.
+  /// Returns the result of the last add-on file, or that of the file itself if there is none; a failure of the file
+  /// itself is returned at once. The codes are those of LoadFromFile with two arguments. If an add-on fails, the
+  /// document still has the models of the file and of the other add-ons. An added model sets the modified flag. An
+  /// exception thrown by an overridden Load passes through.
   virtual long LoadFromFile(const char *fileName);
 
   CVorlanModels VorlanModels;
@@ -95,8 +95,8 @@ public:
 
   using CXMLTopLevelFolder::LoadFromFile;
   /// As in the older versions, with three differences. A file vorlan.xml in the folder $PFDT$ (a macro or an
-  /// environment variable), or in the current directory where $PFDT$ has no value, takes the place of `fileName`.
-  /// Add-ons have no add-ons of their own. One document reads all add-ons, so that the models of an add-on are offered
+  /// environment variable), or in the current directory if $PFDT$ has no value, is loaded instead of `fileName`.
+  /// Add-ons do not have add-ons of their own. One document reads all add-ons, so the models of an add-on are offered
   /// again for the next one if that has no element VorlanModels.
   long LoadFromFile(const char *fileName) override;
 

@@ -52,7 +52,7 @@ int causeOf(int error) {
 
 [[noreturn]] void fail(int error, const char *name) { throw new CFileException(causeOf(error), error, name); }
 
-/// The host path, or a thrown failure.
+/// The host path; throws if the name has none.
 std::string hostPathOf(const char *name) {
   std::string path;
   if (!kestrune::platform::ToHostPath(name, path))
@@ -60,7 +60,7 @@ std::string hostPathOf(const char *name) {
   return path;
 }
 
-/// The status of what `name` leads to in the end.
+/// The status of `name`, with symbolic links followed.
 bool readStatus(const char *name, std::string &path, struct stat &status) {
   return kestrune::platform::ToHostPath(name, path) && ::stat(path.c_str(), &status) == 0;
 }
@@ -72,14 +72,14 @@ DWORD attributesOf(const struct stat &status) {
 }
 
 bool setReadOnly(const std::string &path, const struct stat &status, bool on) {
-  // The mode is touched only when that is needed: it may belong to somebody else.
+  // The mode is changed only if needed: the file may belong to another user.
   if (IsReadOnly(status) == on)
     return true;
   const mode_t mode = status.st_mode & 07777U;
   return ::chmod(path.c_str(), on ? mode & ~static_cast<mode_t>(S_IWUSR | S_IWGRP | S_IWOTH) : mode | S_IWUSR) == 0;
 }
 
-/// The last component of a name, as it is written.
+/// The last component of a name, as written.
 std::string lastComponent(const char *name) {
   std::string utf8;
   if (!kestrune::platform::TextToUtf8(name, utf8))
@@ -118,13 +118,13 @@ bool CFile::Open(const char *name, unsigned flags) {
   std::string path;
   if (m_handle != -1 || !kestrune::platform::ToHostPath(name, path))
     return false;
-  m_name = name; // first: with too little memory for it nothing is made or emptied
+  m_name = name; // first: if memory runs out here, nothing has been created or emptied
   const bool exclusive = (flags & shareDenyWrite) != 0;
   if ((flags & modeWrite) != 0) {
     WritableFile file;
     if (file.open(path, (flags & modeCreate) != 0) != 0)
       return false;
-    // The lock comes first: a file that somebody reads must not be emptied.
+    // The lock comes first: a file that somebody is reading must not be emptied.
     if ((exclusive && Retried([&] { return ::flock(file.handle(), LOCK_EX | LOCK_NB); }) != 0) ||
         ((flags & modeCreate) != 0 && file.isRegular() && file.resize(0) != 0)) {
       file.removeIfMade();
@@ -136,7 +136,7 @@ bool CFile::Open(const char *name, unsigned flags) {
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || S_ISDIR(status.st_mode))
       return false;
-    // Where the host has no locks a reader does no harm.
+    // If the host has no locks, a reader still does no harm.
     if (exclusive && Retried([&] { return ::flock(file.get(), LOCK_SH | LOCK_NB); }) != 0 && errno == EWOULDBLOCK)
       return false;
     m_handle = file.release();
@@ -194,7 +194,7 @@ bool CFile::GetStatus(const char *name, CFileStatus &status) {
 
 void CFile::SetStatus(const char *name, const CFileStatus &status) {
   const std::string path = hostPathOf(name);
-  // The host keeps the time of creation for itself.
+  // The host does not let anyone set the time of creation.
   const struct timespec times[] = {{status.m_atime, 0}, {status.m_mtime, 0}};
   struct stat old {};
   if (::stat(path.c_str(), &old) != 0 || ::utimensat(AT_FDCWD, path.c_str(), times, 0) != 0 ||
@@ -209,7 +209,7 @@ void CFile::Rename(const char *oldName, const char *newName) {
   if (::lstat(oldPath.c_str(), &status) != 0)
     fail(errno, oldName);
   if (newPath == oldPath) {
-    // The file itself: it takes its own name as it is written now.
+    // A file renamed to its own name takes the new upper and lower case.
     const std::size_t start = newPath.rfind('/') + 1;
     const std::string written = lastComponent(newName);
     if (kestrune::platform::AsciiLower(written) == kestrune::platform::AsciiLower(newPath.substr(start)))

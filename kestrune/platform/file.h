@@ -6,26 +6,25 @@
 
 #include <cstdint>
 
-// Files and their attributes. Each function takes a name in any form and finds its place on the host as `drives.h`
-// tells.
+// Files and their attributes. Names may have any form; `drives.h` describes where they are on the host.
 
 constexpr DWORD FILE_ATTRIBUTE_READONLY = 0x1;
 constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
 constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
 constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 
-/// The attributes of a file or directory, or INVALID_FILE_ATTRIBUTES when nothing is there (a symbolic link to nothing
+/// The attributes of a file or directory, or INVALID_FILE_ATTRIBUTES if nothing is there (a symbolic link to nothing
 /// counts as nothing). Read-only means that no write bit is set.
 DWORD GetFileAttributesA(const char *name);
 
-/// Sets or clears the read-only attribute: setting clears all three write bits, clearing gives the owner's back. Other
-/// attributes are ignored. Returns 1, or 0 on failure.
+/// Sets or clears the read-only attribute: setting it clears all three write bits, clearing it sets the owner's again.
+/// Other attributes are ignored. Returns 1, or 0 on failure.
 int SetFileAttributesA(const char *name, DWORD attributes);
 
-/// There are no short names here: always 0.
+/// Always 0: there are no short names here.
 DWORD GetShortPathNameA(const char *name, char *buffer, DWORD size);
 
-/// Makes one directory: 0, or -1 on failure.
+/// Makes one directory. Returns 0, or -1 on failure.
 int _mkdir(const char *name);
 
 /// Status of a file: times in seconds since 1970, size in bytes, attributes as above.
@@ -37,7 +36,7 @@ struct CFileStatus {
   DWORD m_attribute = 0;
 };
 
-/// An open file. Every failure other than that of Open is thrown as CFileException*.
+/// An open file. Open and GetStatus return false on failure; everything else throws CFileException*.
 class CFile {
 public:
   enum OpenFlags : unsigned {
@@ -52,10 +51,10 @@ public:
   CFile &operator=(const CFile &) = delete;
   ~CFile();
 
-  /// Opens for reading, or for writing with modeWrite; with both modeWrite and modeCreate the file is made or emptied.
-  /// Opening for writing fails where the read-only attribute is set, and, with shareDenyWrite, where somebody has the
-  /// file open with shareDenyWrite. A refused open leaves the file as it was. Returns false on failure, and where this
-  /// object is open already.
+  /// Opens for reading, or for writing with modeWrite. With both modeWrite and modeCreate the file is created or
+  /// emptied. Opening for writing fails if the read-only attribute is set and, with shareDenyWrite, if the file is
+  /// already open with shareDenyWrite elsewhere. A refused open leaves the file unchanged. Returns false on failure,
+  /// and if this object is already open.
   bool Open(const char *name, unsigned flags);
   void Close();
   std::uint64_t GetLength() const;
@@ -74,7 +73,7 @@ private:
 
 namespace kestrune::platform {
 
-/// Whether the name leads to a pipe, a device or a socket: reading it may wait for ever.
+/// Whether the name leads to a pipe, a device or a socket, where a read may wait for ever.
 bool IsSpecialFile(const char *name);
 
 } // namespace kestrune::platform

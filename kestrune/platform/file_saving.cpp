@@ -39,7 +39,7 @@ int synchronize(int handle) {
   return done || errno == EINVAL || errno == EROFS ? 0 : errno; // some files cannot be synchronised
 }
 
-/// The bytes of a file that a save overwrites.
+/// The bytes that a save overwrites, kept so that they can be written back.
 class OldBytes {
 public:
   int read(int handle, std::size_t size) {
@@ -69,7 +69,7 @@ private:
   std::size_t m_size = 0;
 };
 
-/// All of it in place, but not yet closed.
+/// Writes everything in place; the caller closes the file.
 int overwrite(const WritableFile &file, const Blocks &blocks) {
   if (!file.isRegular())
     return writeBlocks(file.handle(), blocks);
@@ -83,7 +83,7 @@ int overwrite(const WritableFile &file, const Blocks &blocks) {
     if (const int error = old.read(file.handle(), static_cast<std::size_t>(std::min(oldSize, size))); error != 0)
       return error;
   }
-  // An old file may have holes, which take room too. Some hosts have to read for that.
+  // An old file may have holes, which need space too. Some hosts have to read the file to reserve it.
   int error = Reserve(file.handle(), file.isReadable() ? 0 : oldSize, size);
   if (error == 0) {
     error = writeBlocks(file.handle(), blocks);
@@ -97,7 +97,7 @@ int overwrite(const WritableFile &file, const Blocks &blocks) {
   return error;
 }
 
-/// Whether the file has what a new one in its place would lack.
+/// Whether the file has attributes that a new file in its place would lack.
 bool hasOwnAttributes(int handle) {
   std::string names(std::size_t{64} << 10, '\0');
   const ssize_t length = ::flistxattr(handle, names.data(), names.size());
@@ -110,7 +110,7 @@ bool hasOwnAttributes(int handle) {
   return false;
 }
 
-/// The file that takes the place of another one; gone at the end unless it did.
+/// A new file that is to replace another one; the destructor removes it if it did not.
 class NewFile {
 public:
   explicit NewFile(std::string target)
@@ -134,7 +134,7 @@ public:
     return m_isThere ? 0 : errno;
   }
 
-  /// Takes owner and mode of the old file.
+  /// Takes over the owner and mode of the old file.
   int become(const struct stat &old) {
     struct stat own {};
     if (::fstat(m_file.get(), &own) != 0)
@@ -175,7 +175,7 @@ bool allowsInPlaceOnly(int error) {
          error == ENAMETOOLONG;
 }
 
-/// Replaces the file at `path`, `old` where it is there. Nothing where it can only be saved in place.
+/// Replaces the file at `path`, open as `old` if it exists. Returns nothing if it can only be saved in place.
 std::optional<int> replace(const std::string &path, const WritableFile *old, const Blocks &blocks) {
   if (old != nullptr && (!old->isRegular() || old->status().st_nlink > 1 || hasOwnAttributes(old->handle())))
     return std::nullopt;
@@ -185,7 +185,7 @@ std::optional<int> replace(const std::string &path, const WritableFile *old, con
   if (old != nullptr && real == nullptr)
     return std::nullopt;
   NewFile file(old != nullptr ? real.get() : LinkTarget(path));
-  // Until it has the old one's mode, nobody else may open it.
+  // Nobody else may open it until it has the mode of the old file.
   int error = file.open(old != nullptr ? 0600 : 0666);
   if (error == 0 && old != nullptr && file.become(old->status()) != 0)
     return std::nullopt;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr mode_t kWriteBits = S_IWUSR | S_IWGRP | S_IWOTH;
 
-/// Between two looks at the host somebody may make, replace or remove the file; then it is tried again.
+/// Another process may create, replace or remove the file between two calls of the host; then the open is tried again.
 constexpr int kTries = 10;
 
 } // namespace
@@ -99,7 +99,7 @@ int WritableFile::openLocked(const std::string &path, bool create) {
       removeIfMade();
       return EWOULDBLOCK;
     }
-    // Whoever had the lock may have changed its size, put another file in its place or removed it.
+    // The previous holder of the lock may have resized, replaced or removed the file.
     if (isStillAt(path) || i == kTries)
       return ::fstat(handle(), &m_status) == 0 ? 0 : errno;
   }
@@ -115,7 +115,7 @@ void WritableFile::removeIfMade() {
   m_made.clear();
 }
 
-/// A new file is opened apart from an existing one, so that nobody else's is taken for the one made here.
+/// Creating is a separate, exclusive open, so that somebody else's file is never taken for the one created here.
 int WritableFile::openOrMake(const std::string &path, bool create) {
   const auto attempt = [&](const std::string &name, int flags) {
     m_file = Descriptor(Retried([&] { return ::open(name.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0666); }));
@@ -123,7 +123,7 @@ int WritableFile::openOrMake(const std::string &path, bool create) {
   };
   int error = 0;
   for (int i = 0; i < kTries; ++i) {
-    // A pipe has to be opened for writing alone: only then does it wait for its reader.
+    // A pipe has to be opened only for writing: otherwise the open does not wait for its reader.
     struct stat status {};
     m_isReadable = ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
     error = attempt(path, m_isReadable ? O_RDWR : O_WRONLY);

@@ -5,21 +5,21 @@
 
 namespace kestrune::platform {
 
-/// A file that a load reads. While it is open, saves wait for it; it waits itself up to a second for a save that is on
-/// the way, and then reads what is there. A pipe or a terminal is read as its bytes come.
+/// A file that a load reads. While it is open, saves wait for it. Opening waits up to a second for a save in progress,
+/// and then what is there is read. A pipe or a terminal is read as its bytes arrive.
 class InputFile {
 public:
-  /// `path` is a host path. A failure shows at the first reading.
+  /// `path` is a host path. A failure to open it is reported by the first read.
   explicit InputFile(const std::string &path);
   InputFile(const InputFile &) = delete;
   InputFile &operator=(const InputFile &) = delete;
   ~InputFile();
 
-  /// The number of bytes read, 0 at the end, or -1: then `error` has the reason.
+  /// Returns the number of bytes read, 0 at the end, or -1: then `error` has the reason.
   long read(void *buffer, std::size_t size);
-  /// Appends all bytes up to the end. False on failure.
+  /// Appends all bytes up to the end. Returns false on failure.
   bool readAll(std::string &bytes);
-  /// The host's error number of what failed.
+  /// The host's error number of the failure.
   int error() const { return m_error; }
 
 private:

@@ -5,8 +5,8 @@
 
 namespace kestrune::platform {
 
-/// The folders that one operation makes on its way. At the end they are removed, unless it says that they are to stay
-/// or somebody has put something into them.
+/// The folders that one operation creates. The destructor removes them, unless `keep` was called or somebody has put
+/// something into them.
 class MadeFolders {
 public:
   MadeFolders() = default;
@@ -14,12 +14,12 @@ public:
   MadeFolders &operator=(const MadeFolders &) = delete;
   ~MadeFolders();
 
-  /// Makes one folder where there is none.
+  /// Creates one folder if it does not exist.
   void make(const char *name);
   void keep() { m_paths.clear(); }
 
 private:
-  std::vector<std::string> m_paths; // host paths: nothing is needed to remove them
+  std::vector<std::string> m_paths; // host paths, so that removing them needs no memory
 };
 
 } // namespace kestrune::platform

@@ -7,12 +7,12 @@
 
 namespace {
 
-/// What CTransceivers3::FindByID finds out, each item being converted once: for a list that only grows at its end.
+/// Answers like CTransceivers3::FindByID, but converts each item only once. The list may only grow at its end.
 class KnownIds {
 public:
   explicit KnownIds(CTransceivers3 &items) : m_items(items) {}
 
-  /// Whether an item has that number. Throws like the search, and like it only when no item before the bad one has it.
+  /// Whether an item has that number. Throws like the search: only if no item before the bad one has it.
   bool contain(int id) {
     if (m_ids.contains(id))
       return true;
@@ -32,12 +32,12 @@ private:
   int m_known = 0;
 };
 
-/// Adds to `list` the user's items whose name and number it does not have yet.
+/// Adds to `list` the user's items whose name and number are both new to it.
 void merge(CTransceivers3 &list, CTransceivers3 &userItems) {
   KnownIds ids(list);
   list.AddMany(userItems.Count(), [&](int index) {
     CTransceiver3 &item = *userItems[index];
-    const int id = item.std_id; // also of an item whose name is known: a text that is no number always shows
+    const int id = item.std_id; // read even if the name is known, so that a text that is not a number always throws
     if (list.Find(item.Name) != nullptr || ids.contain(id))
       return;
     if (CTransceiver3 *const added = list.Add(item.Name))

@@ -4,7 +4,7 @@
 #include "kestrune/xml/xml_document.h"
 
 /// The transceiver file, root "StdXcvr". Each version reads the files of the others: what the file lacks keeps its
-/// default, what the class does not know is left out.
+/// default, what the class does not know is ignored.
 class KESTRUNE_API CStdXcvr : public CXMLTopLevelFolder {
 public:
   CStdXcvr();
@@ -12,14 +12,14 @@ public:
   ~CStdXcvr() override;
   CStdXcvr &operator=(const CStdXcvr &rhs);
 
-  /// Gives the header the values of this kind of file.
+  /// Sets the header values for this kind of file.
   void Init() override;
   void pushMembers() override;
 
   using CXMLTopLevelFolder::LoadFromFile;
-  /// Reads the document from the file `name`, which may hold macros, as the two-argument form without a base folder:
-  /// S_OK or a positive remark, or its failures. KRX_E_DUPLICATE_KEY means that the list names something twice; all
-  /// else was read.
+  /// Reads the document from the file `name`, which may contain macros, like the two-argument form without a base
+  /// folder. Returns S_OK or a positive remark, or its failures. KRX_E_DUPLICATE_KEY means that a name is in the list
+  /// twice; everything else was read.
   virtual long LoadFromFile(const char *name);
 
   CTransceivers Transceivers;
@@ -28,7 +28,7 @@ private:
   struct Members;
 };
 
-/// The file with transceivers of the second version. It reads and writes its own list; that of the first stays empty.
+/// The transceiver file of the second version. It reads and writes its own list; the first version's list stays empty.
 class KESTRUNE_API CStdXcvr2 : public CStdXcvr {
 public:
   CStdXcvr2();
@@ -44,8 +44,8 @@ private:
   struct Members;
 };
 
-/// The file with transceivers of the third version, into whose list a load merges the user's own file. It reads and
-/// writes its own list; those of the older versions stay empty.
+/// The transceiver file of the third version; a load merges the user's own file into its list. It reads and writes its
+/// own list; the lists of the older versions stay empty.
 class KESTRUNE_API CStdXcvr3 : public CStdXcvr2 {
 public:
   CStdXcvr3();
@@ -57,13 +57,13 @@ public:
   void pushMembers() override;
 
   using CStdXcvr2::LoadFromFile;
-  /// Reads the document from the file `name`, or from stdxcvr.xml in the folder that $PFDT$ names, if there is one.
-  /// Then, unless the file is called "UserXcvr" itself, adds to the end of the list those items of the UserXcvr.xml
-  /// beside it whose name and `std_id` are both new. The document then counts as modified if items were added, and is
-  /// saved, all in one, under the name of the first file.
-  /// Returns the result of the user's file where there is one: a failure means that no item was added, a success does
-  /// not tell whether the first file was read. Without one, the result of the first. Throws CKRXException* (text 101)
-  /// when a `std_id` that has to be compared is no number; the items added before it stay.
+  /// Reads the document from the file `name`. If that is called "UserXcvr", nothing else happens. Otherwise stdxcvr.xml
+  /// in the folder that $PFDT$ names is read instead, if it exists; then the items of the UserXcvr.xml in the same
+  /// folder whose name and `std_id` are both new are added to the end of the list. If items were added, the document
+  /// counts as modified, and a save writes them all under the name of the first file.
+  /// Returns the result of the user's file if there is one: a failure means that no item was added, and a success does
+  /// not show whether the first file was read. Without one, returns the result of the first. Throws CKRXException*
+  /// (text 101) if a `std_id` that has to be compared is not a number; the items added before it stay.
   long LoadFromFile(const char *name) override;
 
   CTransceivers3 Transceivers3;

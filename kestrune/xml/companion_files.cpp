@@ -16,7 +16,7 @@ CFilename CompanionName(const char *name) {
   const CString given = kestrune::platform::ToDrivePath(name);
   CFilename result(given);
   if (given.Find('/') >= 0 && given.Find('\\') < 0)
-    result = given; // brings it into its normal form
+    result = given; // normalises it
   if (kestrune::platform::IsRelativeHostName(name))
     result.GetAbsolute(result, nullptr);
   return result;

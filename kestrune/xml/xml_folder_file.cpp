@@ -8,8 +8,8 @@
 
 namespace {
 
-/// The full path of a remembered name. A host path takes its drive form first; the result of the resolution plays no
-/// part: a name that cannot be resolved shows as an empty path.
+/// The full path of a remembered name. A host path is put in drive form first. The result of GetAbsolute is ignored: a
+/// name that cannot be resolved shows as an empty path.
 CFilename resolve(const CString &name, const char *base) {
   CFilename file;
   file = kestrune::platform::ToDrivePath(name);
@@ -18,7 +18,7 @@ CFilename resolve(const CString &name, const char *base) {
   return resolved;
 }
 
-/// Sends a text about a COM failure, with its code and description, to the debug channel.
+/// Reports a COM failure, with its code and description, on the debug channel.
 void reportFailure(const char *format, const char *subject, const _com_error &error, const char *end) {
   if (!kestrune::platform::DebugOutputWanted())
     return;
@@ -85,7 +85,7 @@ long CXMLFolder::LoadFromXMLFile(const char *path) {
       return KRX_E_WRONG_ROOT_TAG;
     }
     const long result = Load(root);
-    // A member whose text could not be read would only look as if it were missing.
+    // Without this, a member whose text could not be read would only look missing.
     document->CheckReadable();
     return result;
   } catch (const _com_error &error) {

@@ -4,7 +4,8 @@
 #include <cstddef>
 #include <cstdlib>
 
-// The memory functions of the whole process, which the parser, the conversion of encodings and the C library use too.
+// Replaces the memory functions of the whole process: the parser, the conversion of encodings and the C library use
+// them too.
 
 extern "C" {
 void *__libc_malloc(std::size_t size);

@@ -13,7 +13,7 @@ namespace faults {
 
 namespace {
 
-// How a child ends.
+// The exit statuses of a child.
 constexpr int kSurvived = 10;
 constexpr int kNothingFailed = 11;
 constexpr int kBroken = 12;
@@ -32,7 +32,7 @@ long act(Operation &operation) {
   }
 }
 
-/// What a success gives: found in a child without a fault.
+/// The result of a success, found in a child without a fault.
 struct Expected {
   long result = 0;
   std::string outcome;
@@ -60,7 +60,7 @@ Expected expectedOf(const Scenario &scenario) {
   return {std::atol(text.c_str()), text.substr(end + 1)};
 }
 
-/// Acts the operation with one fault and checks everything that is promised afterwards.
+/// Runs the operation with one fault and checks everything that is promised afterwards.
 [[noreturn]] void actWithFault(const Scenario &scenario, const Expected &expected, Fault &fault, long number,
                                bool forEver) {
   CoInitialize(nullptr);
@@ -98,7 +98,7 @@ Expected expectedOf(const Scenario &scenario) {
   std::_Exit(kSurvived);
 }
 
-/// The exit status of a child, or nothing when a signal has ended it.
+/// The exit status of a child, or nothing if a signal ended it.
 std::optional<int> statusOf(pid_t child) {
   int status = 0;
   ::waitpid(child, &status, 0);
@@ -145,7 +145,7 @@ int Run(const std::vector<Fault *> &faults) {
     counts.broken += ofFault.broken;
   }
   std::printf("%-28s %6ld failures, %ld not survived\n", "together", counts.children, counts.broken);
-  // A run in which nothing failed has shown nothing.
+  // A run in which nothing failed proves nothing.
   return counts.broken == 0 && counts.children > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

@@ -55,19 +55,19 @@ std::string inUtf16(const std::string &ascii) {
   return wide;
 }
 
-/// The bytes that saving `document` gives.
+/// The bytes that a save of `document` writes.
 std::string savedText(CXMLFolder &document) {
   document.SaveToFile("outcome.xml", nullptr, TRUE);
   return Read("outcome.xml");
 }
 
-/// An operation whose results are codes of the library.
+/// An operation whose results are result codes of the library.
 class OnDocument : public Operation {
 public:
   bool documents(long result) const override {
     constexpr long kFailures[] = {KRX_E_COM_CREATE, KRX_E_FILE_NOT_FOUND, KRX_E_UNEXPECTED_DATA, KRX_E_SAVE_FAILED,
                                   KRX_E_LOAD_EXCEPTION, KRX_E_WRITE_PROTECTED,
-                                  // Without a current directory a relative name is none.
+                                  // Without a current directory a relative name cannot be resolved.
                                   KRX_E_SAVE_NOT_NAMED, KRX_E_LOAD_NOT_NAMED};
     return std::find(std::begin(kFailures), std::end(kFailures), result) != std::end(kFailures);
   }
@@ -112,7 +112,8 @@ long saveReplacing(CXMLFolder &document, const char *path) {
   return kestrune::SaveReplacing(document, path, nullptr, TRUE);
 }
 
-/// Saves a document of a little more than `size` bytes over a file that holds `old`, or makes it where `old` is null.
+/// Saves a document of a little more than `size` bytes over a file that holds `old`, or creates the file if `old` is
+/// null.
 class Save : public OnDocument {
 public:
   Save(decltype(saveInPlace) *save, const char *path, const char *old, std::size_t size = 300)
@@ -147,7 +148,7 @@ private:
   CKestruneUI m_document;
 };
 
-/// Shows the whole table of macros.
+/// Gives access to the whole table of macros.
 class Names : public CFilename {
 public:
   using CFilename::CFilename;
@@ -161,7 +162,7 @@ public:
 
 class Resolve : public Operation {
 public:
-  // Without a current directory, say, a name has no full path and no file is found.
+  // Without a current directory, for example, a name has no full path and no file is found.
   bool documents(long result) const override { return result >= 0; }
   long act() override {
     CString exploded;

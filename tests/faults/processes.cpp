@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 // Processes that work on one file: one saves while another loads, and one is killed while it saves. The documents
-// differ in every model and in length, so that a mixture of two of them always shows.
+// differ in every model and in length, so that a mixture of the two always shows.
 
 namespace {
 
@@ -24,7 +24,7 @@ constexpr const char *kLong = "new and longer";
 
 enum class State { Old, New, Failure, Mixture };
 
-/// In place, or by a new file that takes the old one's place.
+/// In place, or through a new file that replaces the old one.
 using SaveWay = long (*)(CVorlanTyp4 &document);
 
 long saveInPlace(CVorlanTyp4 &document) { return document.SaveToFile(kFile, nullptr, TRUE); }
@@ -69,7 +69,7 @@ void end(pid_t child) {
 
 using Counts = std::map<State, int>;
 
-/// Loads for `duration` while another process saves one document after the other.
+/// Loads for `duration` while another process saves the two documents in turn.
 Counts loadWhileSaving(SaveWay save, std::chrono::milliseconds duration) {
   const pid_t saver = inChild([save] {
     CVorlanTyp4 shorter;
@@ -88,7 +88,7 @@ Counts loadWhileSaving(SaveWay save, std::chrono::milliseconds duration) {
   return counts;
 }
 
-/// Loads after each of `kills` processes that were killed at some moment of saving the longer document.
+/// Kills `kills` processes, each at a random moment while it saves the longer document, and loads after each.
 Counts loadAfterKills(SaveWay save, int kills) {
   std::mt19937 random(1);
   CVorlanTyp4 shorter;

@@ -12,11 +12,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// The system calls of the whole process: a library's own call of them ends here too.
+// Replaces the system calls of the whole process: a call from inside a library ends here too.
 
 namespace {
 
-/// The error of a read or write that does less than it was asked for.
+/// Used as the error of a read or write that does less than it was asked to do.
 constexpr int kShortCount = -1;
 
 class CallFault;
@@ -31,7 +31,7 @@ public:
   }
   void arm(long number, bool forEver) override {
     m_first = number;
-    // No host interrupts a call for ever.
+    // A host never interrupts a call for ever.
     m_last = !forEver ? number : m_error == EINTR ? number + 2 : std::numeric_limits<long>::max();
     m_calls = 0;
     armed = this;
@@ -44,7 +44,7 @@ public:
   bool mayTearFile(bool forEver) const override { return forEver && (m_call == "write" || m_call == "ftruncate"); }
   bool mayHideFile() const override { return !mustPassUnseen(); }
 
-  /// The error with which this call fails, or 0.
+  /// The error with which this call is to fail, or 0.
   static int next(std::string_view call) {
     if (armed == nullptr || armed->m_call != call)
       return 0;
@@ -60,13 +60,13 @@ private:
   long m_calls = 0;
 };
 
-/// The call of the host itself.
+/// The host's own function.
 template <class Function>
 Function *real(const char *name) {
   return reinterpret_cast<Function *>(::dlsym(RTLD_NEXT, name));
 }
 
-/// Calls the host, or fails in its place.
+/// Calls the host, or fails instead.
 template <class Function, class... Arguments>
 auto callOrFail(const char *name, Function *host, Arguments... arguments) -> decltype(host(arguments...)) {
   if (const int error = CallFault::next(name); error != 0) {
@@ -141,7 +141,7 @@ int posix_fallocate(int file, off_t offset, off_t size) {
   return error != 0 ? error : host(file, offset, size);
 }
 
-// The host closes a file whatever it reports.
+// The host closes a file even if it reports an error.
 int close(int file) {
   static auto *const host = real<int(int)>("close");
   const int result = host(file);

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <thread>
 
-// Threads that share nothing but the library: each has documents and files of its own. Any wrong answer is reported; a
-// data race is what the thread sanitizer reports.
+// Threads that share nothing but the library: each has its own documents and files. This program reports wrong answers;
+// the thread sanitizer reports data races.
 
 namespace {
 
@@ -21,7 +21,6 @@ void demand(bool condition, const char *what) {
     std::fprintf(stderr, "wrong: %s\n", what);
 }
 
-/// Loads a document of its kind, searches it, copies it, and saves the copy.
 template <class Document, class Check>
 void workWith(const char *file, const std::string &ownFile, Check check) {
   Document document;
