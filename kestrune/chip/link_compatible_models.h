@@ -3,12 +3,15 @@
 #include "kestrune/xml/xml_collection.h"
 
 /// The chip models that one chip model is link compatible with.
+/// \members{link_compatible_models.cpp,CLinkCompatibleModel}
 class KESTRUNE_API CLinkCompatibleModel : public CXMLFolder {
 public:
+  /// Every member starts with its default text; copying copies all members. @{
   CLinkCompatibleModel();
   CLinkCompatibleModel(const CLinkCompatibleModel &rhs);
   ~CLinkCompatibleModel() override;
   CLinkCompatibleModel &operator=(const CLinkCompatibleModel &rhs);
+  ///@}
 
   void Init() override;
   /// The text of "Name".
@@ -29,10 +32,12 @@ private:
 /// two models lists the other.
 class KESTRUNE_API CLinkCompatibleModels : public CXMLCollectionFolder {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CLinkCompatibleModels();
   CLinkCompatibleModels(const CLinkCompatibleModels &rhs);
   ~CLinkCompatibleModels() override;
   CLinkCompatibleModels &operator=(const CLinkCompatibleModels &rhs);
+  ///@}
 
   void Init() override;
   long Load(MSXML::IXMLDOMElement *parent) override;

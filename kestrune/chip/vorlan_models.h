@@ -6,10 +6,12 @@
 /// items before it, not with their names, so several models may have the same name or the same key.
 class KESTRUNE_API CVorlanModels : public CXMLCollectionFolder {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CVorlanModels();
   CVorlanModels(const CVorlanModels &rhs);
   ~CVorlanModels() override;
   CVorlanModels &operator=(const CVorlanModels &rhs);
+  ///@}
 
   void Init() override;
   long Load(MSXML::IXMLDOMElement *parent) override;
@@ -31,17 +33,23 @@ protected:
 /// The chip models of a file in format version 2.
 class KESTRUNE_API CVorlanModels2 : public CVorlanModels {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CVorlanModels2();
   CVorlanModels2(const CVorlanModels2 &rhs);
   ~CVorlanModels2() override;
   CVorlanModels2 &operator=(const CVorlanModels2 &rhs);
+  ///@}
 
   void Init() override;
   long Load(MSXML::IXMLDOMElement *parent) override;
 
+  /// \copydoc CVorlanModels::Add
   CVorlanModel2 *Add(const char *name);
+  /// \copydoc CVorlanModels::operator[]
   CVorlanModel2 *operator[](int index);
+  /// \copydoc CVorlanModels::Find
   CVorlanModel2 *Find(const char *key);
+  /// \copydoc CVorlanModels::FindByName
   CVorlanModel2 *FindByName(const char *name);
 
 protected:
@@ -51,17 +59,23 @@ protected:
 /// The chip models of a file in format version 3.
 class KESTRUNE_API CVorlanModels3 : public CVorlanModels2 {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CVorlanModels3();
   CVorlanModels3(const CVorlanModels3 &rhs);
   ~CVorlanModels3() override;
   CVorlanModels3 &operator=(const CVorlanModels3 &rhs);
+  ///@}
 
   void Init() override;
   long Load(MSXML::IXMLDOMElement *parent) override;
 
+  /// \copydoc CVorlanModels::Add
   CVorlanModel3 *Add(const char *name);
+  /// \copydoc CVorlanModels::operator[]
   CVorlanModel3 *operator[](int index);
+  /// \copydoc CVorlanModels::Find
   CVorlanModel3 *Find(const char *key);
+  /// \copydoc CVorlanModels::FindByName
   CVorlanModel3 *FindByName(const char *name);
 
 protected:
@@ -71,17 +85,23 @@ protected:
 /// The chip models of a file in format version 4.
 class KESTRUNE_API CVorlanModels4 : public CVorlanModels3 {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CVorlanModels4();
   CVorlanModels4(const CVorlanModels4 &rhs);
   ~CVorlanModels4() override;
   CVorlanModels4 &operator=(const CVorlanModels4 &rhs);
+  ///@}
 
   void Init() override;
   long Load(MSXML::IXMLDOMElement *parent) override;
 
+  /// \copydoc CVorlanModels::Add
   CVorlanModel4 *Add(const char *name);
+  /// \copydoc CVorlanModels::operator[]
   CVorlanModel4 *operator[](int index);
+  /// \copydoc CVorlanModels::Find
   CVorlanModel4 *Find(const char *key);
+  /// \copydoc CVorlanModels::FindByName
   CVorlanModel4 *FindByName(const char *name);
 
 protected:

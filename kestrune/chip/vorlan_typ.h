@@ -5,19 +5,22 @@
 #include "kestrune/chip/vorlan_models.h"
 #include "kestrune/xml/xml_document.h"
 
-// The chip data file: chip models, the table of link compatible models, and clocking schemes. All four versions read
-// each other's files: what a file lacks keeps its default, and what a version does not know is ignored and lost on
-// saving. A document reads and writes the newest of its sets of collections; the older sets stay as they are.
+/// \file
+/// The chip data file: chip models, the table of link compatible models, and clocking schemes. All four versions read
+/// each other's files: what a file lacks keeps its default, and what a version does not know is ignored and lost on
+/// saving. A document reads and writes the newest of its sets of collections; the older sets stay as they are.
 
 /// The chip data document of format version 1.
+/// \members{vorlan_typ.cpp,CVorlanTyp}
 class KESTRUNE_API CVorlanTyp : public CXMLTopLevelFolder {
 public:
+  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
+  /// older versions too, but not the remembered file name. @{
   CVorlanTyp();
   CVorlanTyp(const CVorlanTyp &rhs);
   ~CVorlanTyp() override;
-  /// Copies tag, text, header and all collections, including those of the older versions; the remembered file name
-  /// stays.
   CVorlanTyp &operator=(const CVorlanTyp &rhs);
+  ///@}
 
   void Init() override;
   void pushMembers() override;
@@ -34,19 +37,23 @@ public:
   /// exception thrown by an overridden Load passes through.
   virtual long LoadFromFile(const char *fileName);
 
-  CVorlanModels VorlanModels;
+  CVorlanModels VorlanModels; ///< The chip models.
 
 private:
   struct Members;
 };
 
 /// The chip data document of format version 2.
+/// \members{vorlan_typ.cpp,CVorlanTyp2}
 class KESTRUNE_API CVorlanTyp2 : public CVorlanTyp {
 public:
+  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
+  /// older versions too, but not the remembered file name. @{
   CVorlanTyp2();
   CVorlanTyp2(const CVorlanTyp2 &rhs);
   ~CVorlanTyp2() override;
   CVorlanTyp2 &operator=(const CVorlanTyp2 &rhs);
+  ///@}
 
   void Init() override;
   void pushMembers() override;
@@ -54,20 +61,24 @@ public:
   using CXMLTopLevelFolder::LoadFromFile;
   long LoadFromFile(const char *fileName) override;
 
-  CVorlanModels2 VorlanModels2;
-  CLinkCompatibleModels LinkCompatibleModels2;
+  CVorlanModels2 VorlanModels2;                ///< The chip models.
+  CLinkCompatibleModels LinkCompatibleModels2; ///< The table of link compatible models.
 
 private:
   struct Members;
 };
 
 /// The chip data document of format version 3.
+/// \members{vorlan_typ.cpp,CVorlanTyp3}
 class KESTRUNE_API CVorlanTyp3 : public CVorlanTyp2 {
 public:
+  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
+  /// older versions too, but not the remembered file name. @{
   CVorlanTyp3();
   CVorlanTyp3(const CVorlanTyp3 &rhs);
   ~CVorlanTyp3() override;
   CVorlanTyp3 &operator=(const CVorlanTyp3 &rhs);
+  ///@}
 
   void Init() override;
   void pushMembers() override;
@@ -75,20 +86,24 @@ public:
   using CXMLTopLevelFolder::LoadFromFile;
   long LoadFromFile(const char *fileName) override;
 
-  CVorlanModels3 VorlanModels3;
-  CLinkCompatibleModels LinkCompatibleModels3;
+  CVorlanModels3 VorlanModels3;                ///< The chip models.
+  CLinkCompatibleModels LinkCompatibleModels3; ///< The table of link compatible models.
 
 private:
   struct Members;
 };
 
 /// The chip data document of format version 4.
+/// \members{vorlan_typ.cpp,CVorlanTyp4}
 class KESTRUNE_API CVorlanTyp4 : public CVorlanTyp3 {
 public:
+  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
+  /// older versions too, but not the remembered file name. @{
   CVorlanTyp4();
   CVorlanTyp4(const CVorlanTyp4 &rhs);
   ~CVorlanTyp4() override;
   CVorlanTyp4 &operator=(const CVorlanTyp4 &rhs);
+  ///@}
 
   void Init() override;
   void pushMembers() override;
@@ -100,9 +115,9 @@ public:
   /// again for the next one if that has no element VorlanModels.
   long LoadFromFile(const char *fileName) override;
 
-  CVorlanModels4 VorlanModels4;
-  CLinkCompatibleModels LinkCompatibleModels4;
-  CClockingSchemes ClockingSchemes;
+  CVorlanModels4 VorlanModels4;                ///< The chip models.
+  CLinkCompatibleModels LinkCompatibleModels4; ///< The table of link compatible models.
+  CClockingSchemes ClockingSchemes;            ///< The clocking schemes that the models name.
 
 private:
   struct Members;

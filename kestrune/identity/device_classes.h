@@ -3,8 +3,10 @@
 #include "kestrune/xml/xml_collection.h"
 
 /// A class of devices: a name, and a number of the form major.minor.
+/// \members{device_classes.cpp,CTKDeviceClass}
 class KESTRUNE_API CTKDeviceClass : public CXMLFolder {
 public:
+  /// Every member starts with its default text; copying copies all members. @{
   CTKDeviceClass();
   /// Stores `number` as decimal text. NumberMajor and NumberMinor stay 0.
   CTKDeviceClass(const char *name, int number);
@@ -13,6 +15,7 @@ public:
   CTKDeviceClass(const CTKDeviceClass &rhs);
   ~CTKDeviceClass() override;
   CTKDeviceClass &operator=(const CTKDeviceClass &rhs);
+  ///@}
 
   /// Sets the members' usual tags and keeps their texts.
   void Init() override;
@@ -27,12 +30,13 @@ public:
   /// Orders by name, case-sensitive.
   bool operator<(const CTKDeviceClass &rhs) const;
 
-  /// The parts of `Number` before and after its first dot, as decimal numbers; 0 for a part that is missing or not a
-  /// number. Only `Load` works them out, and a copy takes them over: changing `Number` does not change them.
+  /// The part of `Number` before its first dot, as a decimal number; 0 if it is missing or not a number. Only `Load`
+  /// works it out, and a copy takes it over: changing `Number` does not change it.
   int NumberMajor = 0;
+  /// The same for the part after the first dot.
   int NumberMinor = 0;
-  CXMLAttribute Name;
-  CXMLAttribute Number;
+  CXMLAttribute Name;   ///< The name, by which a collection finds the class.
+  CXMLAttribute Number; ///< The number as text: major.minor, or major alone.
 
 private:
   struct Members;
@@ -41,21 +45,27 @@ private:
 };
 
 /// A device class in the second version of the record.
+/// \members{device_classes.cpp,CTKDeviceClass2}
 class KESTRUNE_API CTKDeviceClass2 : public CTKDeviceClass {
 public:
+  /// Every member starts with its default text; copying copies all members. @{
   CTKDeviceClass2();
+  /// \copydoc CTKDeviceClass::CTKDeviceClass(const char *name, int number)
   CTKDeviceClass2(const char *name, int number);
+  /// \copydoc CTKDeviceClass::CTKDeviceClass(const char *tag, const char *nameTag, const char *numberTag)
   CTKDeviceClass2(const char *tag, const char *nameTag, const char *numberTag);
   CTKDeviceClass2(const CTKDeviceClass2 &rhs);
   ~CTKDeviceClass2() override;
   CTKDeviceClass2 &operator=(const CTKDeviceClass2 &rhs);
+  ///@}
 
   void Init() override;
   void pushMembers() override;
 
-  CXMLAttribute Category;
-  CXMLAttribute Profile;
-  /// The default is "Unassigned", so converting it throws if the file lacks the attribute.
+  CXMLAttribute Category; ///< The category, a text of any form.
+  CXMLAttribute Profile;  ///< The profile, a text of any form.
+  /// Whether the class is obsolete. The default is "Unassigned", so converting it throws if the file lacks the
+  /// attribute.
   CXMLBoolAttribute Obsolete;
 
 private:
@@ -66,10 +76,12 @@ private:
 /// are "Unassigned".
 class KESTRUNE_API CTKDeviceClasses : public CXMLCollectionFolder {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CTKDeviceClasses();
   CTKDeviceClasses(const CTKDeviceClasses &rhs);
   ~CTKDeviceClasses() override;
   CTKDeviceClasses &operator=(const CTKDeviceClasses &rhs);
+  ///@}
 
   void Init() override;
 
@@ -90,14 +102,20 @@ protected:
 /// A list of device classes of the second version, with the same operations.
 class KESTRUNE_API CTKDeviceClasses2 : public CTKDeviceClasses {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CTKDeviceClasses2();
   CTKDeviceClasses2(const CTKDeviceClasses2 &rhs);
   ~CTKDeviceClasses2() override;
   CTKDeviceClasses2 &operator=(const CTKDeviceClasses2 &rhs);
+  ///@}
 
+  /// \copydoc CTKDeviceClasses::Add
   CTKDeviceClass2 *Add(const char *name, int number);
+  /// \copydoc CTKDeviceClasses::operator[]
   CTKDeviceClass2 *operator[](int index);
+  /// \copydoc CTKDeviceClasses::Find
   CTKDeviceClass2 *Find(const char *name);
+  /// \copydoc CTKDeviceClasses::FindByNumber
   CTKDeviceClass2 *FindByNumber(int major, int minor);
 
 protected:

@@ -3,15 +3,19 @@
 #include "kestrune/xml/xml_collection.h"
 
 /// A row with a name and a number, both attributes. The number is text of any form.
+/// \members{name_number_pairs.cpp,CXMLPair}
 class KESTRUNE_API CXMLPair : public CXMLFolder {
 public:
+  /// Every member starts with its default text; copying copies all members. @{
   CXMLPair();
+  /// With that name and number; null counts as empty.
   CXMLPair(const char *name, const char *number);
   /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its attributes.
   CXMLPair(const char *tag, const char *nameTag, const char *numberTag);
   CXMLPair(const CXMLPair &rhs);
   ~CXMLPair() override;
   CXMLPair &operator=(const CXMLPair &rhs);
+  ///@}
 
   /// Sets the members' usual tags and keeps their texts.
   void Init() override;
@@ -24,8 +28,8 @@ public:
   /// Orders by name, case-sensitive.
   bool operator<(const CXMLPair &rhs) const;
 
-  CXMLAttribute Name;
-  CXMLAttribute Number;
+  CXMLAttribute Name;   ///< The name, by which a collection finds the row.
+  CXMLAttribute Number; ///< The number, as text.
 
 private:
   struct Members;
@@ -33,15 +37,19 @@ private:
 
 /// A row with a name, which is an attribute, and a number, which is a child element with hexadecimal text such as
 /// "0x1F".
+/// \members{name_number_pairs.cpp,CXMLNameHexPair}
 class KESTRUNE_API CXMLNameHexPair : public CXMLFolder {
 public:
+  /// Every member starts with its default text; copying copies all members. @{
   CXMLNameHexPair();
+  /// With that name, and the number as "0x" and capital digits.
   CXMLNameHexPair(const char *name, int number);
   /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its members.
   CXMLNameHexPair(const char *tag, const char *nameTag, const char *numberTag);
   CXMLNameHexPair(const CXMLNameHexPair &rhs);
   ~CXMLNameHexPair() override;
   CXMLNameHexPair &operator=(const CXMLNameHexPair &rhs);
+  ///@}
 
   /// Sets the members' usual tags and keeps their texts.
   void Init() override;
@@ -54,8 +62,8 @@ public:
   /// Orders by name, case-sensitive.
   bool operator<(const CXMLNameHexPair &rhs) const;
 
-  CXMLAttribute Name;
-  CXMLHexElement Number;
+  CXMLAttribute Name;    ///< The name, by which a collection finds the row.
+  CXMLHexElement Number; ///< The number, as hexadecimal text.
 
 private:
   struct Members;
@@ -65,17 +73,20 @@ private:
 /// "Unassigned".
 class KESTRUNE_API CXMLPairCollection : public CXMLCollectionFolder {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CXMLPairCollection();
   CXMLPairCollection(const CXMLPairCollection &rhs);
   ~CXMLPairCollection() override;
   CXMLPairCollection &operator=(const CXMLPairCollection &rhs);
+  ///@}
 
   void Init() override;
 
   /// Adds a row and returns it; the collection owns it. `name` is only checked for duplicates: the row's name and
   /// number stay "Unassigned". Returns null when `name` is null, empty or already present.
   CXMLPair *Add(const char *name);
-  /// The same, but sets the name, and the number unless `number` is null.
+  /// Adds a row with that name and, unless `number` is null, that number, and returns it; the collection owns it.
+  /// Returns null when `name` is null, empty or already present.
   CXMLPair *Add(const char *name, const char *number);
   /// The row at `index`; throws std::out_of_range outside the list.
   CXMLPair *operator[](int index);
@@ -91,10 +102,12 @@ protected:
 /// A list of pairs with hexadecimal numbers. Its owner names it with setTags, as for CXMLPairCollection.
 class KESTRUNE_API CXMLNameHexPairs : public CXMLCollectionFolder {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CXMLNameHexPairs();
   CXMLNameHexPairs(const CXMLNameHexPairs &rhs);
   ~CXMLNameHexPairs() override;
   CXMLNameHexPairs &operator=(const CXMLNameHexPairs &rhs);
+  ///@}
 
   void Init() override;
 

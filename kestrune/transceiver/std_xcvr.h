@@ -5,12 +5,16 @@
 
 /// The transceiver file, root "StdXcvr". Each version reads the files of the others: what the file lacks keeps its
 /// default, what the class does not know is ignored.
+/// \members{std_xcvr.cpp,CStdXcvr}
 class KESTRUNE_API CStdXcvr : public CXMLTopLevelFolder {
 public:
+  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
+  /// older versions too, but not the remembered file name. @{
   CStdXcvr();
   CStdXcvr(const CStdXcvr &rhs);
   ~CStdXcvr() override;
   CStdXcvr &operator=(const CStdXcvr &rhs);
+  ///@}
 
   /// Sets the header values for this kind of file.
   void Init() override;
@@ -22,23 +26,27 @@ public:
   /// twice; everything else was read.
   virtual long LoadFromFile(const char *name);
 
-  CTransceivers Transceivers;
+  CTransceivers Transceivers; ///< The list.
 
 private:
   struct Members;
 };
 
 /// The transceiver file of the second version. It reads and writes its own list; the first version's list stays empty.
+/// \members{std_xcvr.cpp,CStdXcvr2}
 class KESTRUNE_API CStdXcvr2 : public CStdXcvr {
 public:
+  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
+  /// older versions too, but not the remembered file name. @{
   CStdXcvr2();
   CStdXcvr2(const CStdXcvr2 &rhs);
   ~CStdXcvr2() override;
   CStdXcvr2 &operator=(const CStdXcvr2 &rhs);
+  ///@}
 
   void pushMembers() override;
 
-  CTransceivers2 Transceivers2;
+  CTransceivers2 Transceivers2; ///< The list.
 
 private:
   struct Members;
@@ -46,12 +54,16 @@ private:
 
 /// The transceiver file of the third version; a load merges the user's own file into its list. It reads and writes its
 /// own list; the lists of the older versions stay empty.
+/// \members{std_xcvr.cpp,CStdXcvr3}
 class KESTRUNE_API CStdXcvr3 : public CStdXcvr2 {
 public:
+  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
+  /// older versions too, but not the remembered file name. @{
   CStdXcvr3();
   CStdXcvr3(const CStdXcvr3 &rhs);
   ~CStdXcvr3() override;
   CStdXcvr3 &operator=(const CStdXcvr3 &rhs);
+  ///@}
 
   void Init() override;
   void pushMembers() override;
@@ -66,7 +78,7 @@ public:
   /// (text 101) if a `std_id` that has to be compared is not a number; the items added before it stay.
   long LoadFromFile(const char *name) override;
 
-  CTransceivers3 Transceivers3;
+  CTransceivers3 Transceivers3; ///< The list.
 
 private:
   struct Members;

@@ -4,13 +4,17 @@
 #include "kestrune/xml/xml_collection.h"
 
 /// One kind of transceiver, element "Transceiver". Members hold the text of the file and are named like their tags.
+/// \members{transceivers.cpp,CTransceiver}
 class KESTRUNE_API CTransceiver : public CXMLFolder {
 public:
+  /// Every member starts with its default text; copying copies all members. @{
   CTransceiver();
+  /// With that name; every other member has its default text.
   explicit CTransceiver(const char *name);
   CTransceiver(const CTransceiver &rhs);
   ~CTransceiver() override;
   CTransceiver &operator=(const CTransceiver &rhs);
+  ///@}
 
   /// Sets the members' tags, and resets the members that have a default of their own.
   void Init() override;
@@ -18,18 +22,18 @@ public:
   CString Key() const override;
   void pushMembers() override;
 
-  CXMLBoolAttribute TevroskApproved;
-  CXMLAttribute Name;
+  CXMLBoolAttribute TevroskApproved; ///< Whether it is approved under the interoperability brand.
+  CXMLAttribute Name;                ///< The name, by which a collection finds it.
   /// The number that FindByID compares: decimal, hexadecimal with 0x, or octal with a leading 0.
   CXMLElement std_id;
-  CXMLElement support_level;
-  CXMLElement ChannelTypeNumber;
+  CXMLElement support_level;     ///< The support level, a text of any form.
+  CXMLElement ChannelTypeNumber; ///< The number of the channel type.
   /// A second number; no search uses it.
   CXMLElement std_xcvr_id;
-  CXMLBoolAttribute UsesVorlanComPort;
-  CTransceiverTiming Timing;
-  CTransceiverChannel Channel;
-  CTransceiverModeSpec ModeSpec;
+  CXMLBoolAttribute UsesVorlanComPort; ///< Whether it uses the chip's communications port.
+  CTransceiverTiming Timing;           ///< The timing parameters.
+  CTransceiverChannel Channel;         ///< The channel parameters.
+  CTransceiverModeSpec ModeSpec;       ///< The mode parameters.
 
 private:
   struct Members;
@@ -38,19 +42,23 @@ private:
 };
 
 /// A transceiver in the second version of the record.
+/// \members{transceivers.cpp,CTransceiver2}
 class KESTRUNE_API CTransceiver2 : public CTransceiver {
 public:
+  /// Every member starts with its default text; copying copies all members. @{
   CTransceiver2();
+  /// With that name; every other member has its default text.
   explicit CTransceiver2(const char *name);
   CTransceiver2(const CTransceiver2 &rhs);
   ~CTransceiver2() override;
   CTransceiver2 &operator=(const CTransceiver2 &rhs);
+  ///@}
 
   void Init() override;
   void pushMembers() override;
 
-  CXMLBoolAttribute SignalStrengthIndicator;
-  CXMLBoolAttribute SupportAlternateClockRates;
+  CXMLBoolAttribute SignalStrengthIndicator;    ///< Whether it has a signal strength indicator.
+  CXMLBoolAttribute SupportAlternateClockRates; ///< Whether it supports alternate clock rates.
 
 private:
   struct Members;
@@ -60,13 +68,17 @@ private:
 
 /// A transceiver in the third version of the record. `ModeSpec2` holds the mode parameters of the file. `ModeSpec` is
 /// neither read nor written; `Load`, `LoadFromFile` and assignment copy into it what it shares with `ModeSpec2`.
+/// \members{transceivers.cpp,CTransceiver3}
 class KESTRUNE_API CTransceiver3 : public CTransceiver2 {
 public:
+  /// Every member starts with its default text; copying copies all members. @{
   CTransceiver3();
+  /// With that name; every other member has its default text.
   explicit CTransceiver3(const char *name);
   CTransceiver3(const CTransceiver3 &rhs);
   ~CTransceiver3() override;
   CTransceiver3 &operator=(const CTransceiver3 &rhs);
+  ///@}
 
   void Init() override;
   /// As the base, and then copies `ModeSpec2` to `ModeSpec`, whatever the base returned.
@@ -80,8 +92,8 @@ public:
   /// when anything is left after the number.
   unsigned int GetSchedulerMode() const;
 
-  CTransceiverModeSpec2 ModeSpec2;
-  CXMLElement SchedulerMode;
+  CTransceiverModeSpec2 ModeSpec2; ///< The mode parameters; in the file in the place of `ModeSpec`.
+  CXMLElement SchedulerMode;       ///< The scheduler mode, a decimal number or "Unassigned".
 
 private:
   struct Members;
@@ -90,10 +102,12 @@ private:
 /// A list of transceivers, element "Transceivers".
 class KESTRUNE_API CTransceivers : public CXMLCollectionFolder {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CTransceivers();
   CTransceivers(const CTransceivers &rhs);
   ~CTransceivers() override;
   CTransceivers &operator=(const CTransceivers &rhs);
+  ///@}
 
   void Init() override;
 
@@ -115,14 +129,20 @@ protected:
 /// A list of transceivers of the second version, with the same operations.
 class KESTRUNE_API CTransceivers2 : public CTransceivers {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CTransceivers2();
   CTransceivers2(const CTransceivers2 &rhs);
   ~CTransceivers2() override;
   CTransceivers2 &operator=(const CTransceivers2 &rhs);
+  ///@}
 
+  /// \copydoc CTransceivers::Add
   CTransceiver2 *Add(const char *name);
+  /// \copydoc CTransceivers::operator[]
   CTransceiver2 *operator[](int index);
+  /// \copydoc CTransceivers::Find
   CTransceiver2 *Find(const char *name);
+  /// \copydoc CTransceivers::FindByID
   CTransceiver2 *FindByID(int id);
 
 protected:
@@ -132,14 +152,20 @@ protected:
 /// A list of transceivers of the third version, with the same operations.
 class KESTRUNE_API CTransceivers3 : public CTransceivers2 {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CTransceivers3();
   CTransceivers3(const CTransceivers3 &rhs);
   ~CTransceivers3() override;
   CTransceivers3 &operator=(const CTransceivers3 &rhs);
+  ///@}
 
+  /// \copydoc CTransceivers::Add
   CTransceiver3 *Add(const char *name);
+  /// \copydoc CTransceivers::operator[]
   CTransceiver3 *operator[](int index);
+  /// \copydoc CTransceivers::Find
   CTransceiver3 *Find(const char *name);
+  /// \copydoc CTransceivers::FindByID
   CTransceiver3 *FindByID(int id);
 
 protected:
