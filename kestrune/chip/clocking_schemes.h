@@ -4,6 +4,7 @@
 
 /// A numbered set of clock rates.
 /// \members{clocking_schemes.cpp,CClockingScheme}
+/// \fields{clocking_schemes.h,CClockingScheme}
 class KESTRUNE_API CClockingScheme : public CXMLFolder {
 public:
   /// Every member starts with its default text; copying copies all members. @{

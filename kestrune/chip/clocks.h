@@ -15,6 +15,7 @@
 
 /// The factor from the crystal's rate to the rate of the core.
 /// \members{clocks.cpp,CMultiplier}
+/// \fields{clocks.h,CMultiplier}
 class KESTRUNE_API CMultiplier : public CXMLFolder {
 public:
   /// Every member starts with its default text; copying copies all members. @{
@@ -83,6 +84,7 @@ protected:
 
 /// An oscillator of a clock rate.
 /// \members{clocks.cpp,COscillator}
+/// \fields{clocks.h,COscillator}
 class KESTRUNE_API COscillator : public CXMLFolder {
 public:
   /// Every member starts with its default text; copying copies all members. @{
@@ -150,6 +152,7 @@ private:
 
 /// A clock rate with its multipliers and oscillators.
 /// \members{clocks.cpp,CClock}
+/// \fields{clocks.h,CClock}
 class KESTRUNE_API CClock : public CXMLFolder {
 public:
   /// Every member starts with its default text; copying copies all members. @{

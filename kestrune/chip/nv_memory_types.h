@@ -5,6 +5,7 @@
 /// A non-volatile memory that a chip model can work with. An accessor for a text returns the member's own text, valid
 /// until the member changes.
 /// \members{nv_memory_types.cpp,CNVMemoryType}
+/// \fields{nv_memory_types.h,CNVMemoryType}
 class KESTRUNE_API CNVMemoryType : public CXMLFolder {
 public:
   /// Every member starts with its default text; copying copies all members. @{

@@ -119,6 +119,7 @@ enum capacityModel : int {};
 /// A Vorlan chip model in format version 4. The accessors convert the member's text at each call: an empty text is 0,
 /// and anything left after the number throws CKRXException* (text 101).
 /// \members{vorlan_model.cpp,CVorlanModel4}
+/// \fields{vorlan_model.h,CVorlanModel4}
 class KESTRUNE_API CVorlanModel4 : public CVorlanModel3 {
 public:
   /// Every member starts with its default text; copying copies all members. @{

@@ -62,14 +62,14 @@ public:
     none = 0,              ///< No failure.
     genericException = 1,  ///< Any other cause.
     fileNotFound = 2,      ///< There is no such file.
-    badPath = 3,           ///< A folder of the path does not exist, or is none.
+    badPath = 3,           ///< The path is on no drive, is too long, or leads through what is no folder.
     tooManyOpenFiles = 4,  ///< The process or the host cannot open another file.
-    accessDenied = 5,      ///< The file, or the right to it, does not permit the operation.
+    accessDenied = 5,      ///< The right is missing, or what is there does not permit the operation.
     invalidFile = 6,       ///< The file is not open.
     directoryFull = 8,     ///< The folder takes no further entry.
     hardIO = 10,           ///< The device failed.
     sharingViolation = 11, ///< Somebody else uses the file.
-    diskFull = 13,         ///< There is no space left.
+    diskFull = 13,         ///< There is no space left, or the file may not grow so far.
   };
 
   /// A failure with that cause, the host's error number, and the name of the file.

@@ -3,21 +3,24 @@
 #include "kestrune/xml/xml_collection.h"
 
 /// A file name with option flags.
+/// \members{xml_file_names.cpp,CXMLFileName}
 class KESTRUNE_API CXMLFileName : public CXMLFolder {
 public:
+  /// Every member starts with its default text; copying copies all members. @{
   CXMLFileName();
   /// Sets the tag of the element, and the tag that replaces "Name" for the attribute.
   CXMLFileName(const char *tag, const char *keyName);
   CXMLFileName(const CXMLFileName &rhs);
   ~CXMLFileName() override;
   CXMLFileName &operator=(const CXMLFileName &rhs);
+  ///@}
 
   /// The file name.
   CString Key() const override;
   void pushMembers() override;
 
-  CXMLAttribute Name;
-  /// Hexadecimal text, "0x0" by default.
+  CXMLAttribute Name; ///< The file name, by which a list finds it.
+  /// The option flags: hexadecimal text, "0x0" by default. Their meaning is up to the caller.
   CXMLHexElement OptionFlags;
 
 private:
@@ -27,10 +30,12 @@ private:
 /// A list of file names.
 class KESTRUNE_API CXMLFileNames : public CXMLCollectionFolder {
 public:
+  /// Starts empty; copying copies all items, and the copy owns its own. @{
   CXMLFileNames();
   CXMLFileNames(const CXMLFileNames &rhs);
   ~CXMLFileNames() override;
   CXMLFileNames &operator=(const CXMLFileNames &rhs);
+  ///@}
 
   void Init() override;
   void pushMembers() override;
