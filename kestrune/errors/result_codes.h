@@ -13,7 +13,6 @@ constexpr long KRX_S_NO_ELEMENT = kestrune::platform::ResultFromBits(0x00041002)
 /// The collection's element contains no item; the collection is empty.
 constexpr long KRX_S_EMPTY_COLLECTION = kestrune::platform::ResultFromBits(0x00041003);
 
-
 /// No XML document could be created, for instance on a thread that has not initialised COM. Nothing was read or
 /// written.
 constexpr long KRX_E_COM_CREATE = kestrune::platform::ResultFromBits(0x80040001);
