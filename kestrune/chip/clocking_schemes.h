@@ -7,14 +7,12 @@
 /// \fields{clocking_schemes.h,CClockingScheme}
 class KESTRUNE_API CClockingScheme : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CClockingScheme();
-  CClockingScheme(const CClockingScheme &rhs);
-  ~CClockingScheme() override;
-  CClockingScheme &operator=(const CClockingScheme &rhs);
-  ///@}
+  CClockingScheme();                                      ///< Every member has its default text.
+  CClockingScheme(const CClockingScheme &rhs);            ///< Copies all members.
+  ~CClockingScheme() override;                            ///< Does not save.
+  CClockingScheme &operator=(const CClockingScheme &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of "Id".
   CString Key() const override;
   void pushMembers() override;
@@ -51,14 +49,13 @@ private:
 /// The clocking schemes of a chip data file.
 class KESTRUNE_API CClockingSchemes : public CXMLCollectionFolder {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CClockingSchemes();
-  CClockingSchemes(const CClockingSchemes &rhs);
-  ~CClockingSchemes() override;
-  CClockingSchemes &operator=(const CClockingSchemes &rhs);
-  ///@}
+  CClockingSchemes();                                       ///< Without items.
+  CClockingSchemes(const CClockingSchemes &rhs);            ///< Copies all items.
+  ~CClockingSchemes() override;                             ///< Destroys the items.
+  CClockingSchemes &operator=(const CClockingSchemes &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
   void pushMembers() override;
 

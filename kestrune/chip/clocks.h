@@ -18,14 +18,12 @@
 /// \fields{clocks.h,CMultiplier}
 class KESTRUNE_API CMultiplier : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CMultiplier();
-  CMultiplier(const CMultiplier &rhs);
-  ~CMultiplier() override;
-  CMultiplier &operator=(const CMultiplier &rhs);
-  ///@}
+  CMultiplier();                                  ///< Every member has its default text.
+  CMultiplier(const CMultiplier &rhs);            ///< Copies all members.
+  ~CMultiplier() override;                        ///< Does not save.
+  CMultiplier &operator=(const CMultiplier &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of "Value".
   CString Key() const override;
   void pushMembers() override;
@@ -58,14 +56,13 @@ private:
 /// The multipliers of one clock rate.
 class KESTRUNE_API CMultipliers : public CXMLCollectionFolder2 {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CMultipliers();
-  CMultipliers(const CMultipliers &rhs);
-  ~CMultipliers() override;
-  CMultipliers &operator=(const CMultipliers &rhs);
-  ///@}
+  CMultipliers();                                   ///< Without items.
+  CMultipliers(const CMultipliers &rhs);            ///< Copies all items.
+  ~CMultipliers() override;                         ///< Destroys the items.
+  CMultipliers &operator=(const CMultipliers &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
   /// The item at `index`; throws std::out_of_range outside the list.
@@ -87,14 +84,12 @@ protected:
 /// \fields{clocks.h,COscillator}
 class KESTRUNE_API COscillator : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  COscillator();
-  COscillator(const COscillator &rhs);
-  ~COscillator() override;
-  COscillator &operator=(const COscillator &rhs);
-  ///@}
+  COscillator();                                  ///< Every member has its default text.
+  COscillator(const COscillator &rhs);            ///< Copies all members.
+  ~COscillator() override;                        ///< Does not save.
+  COscillator &operator=(const COscillator &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of "Value".
   CString Key() const override;
   void pushMembers() override;
@@ -119,14 +114,13 @@ private:
 /// it to these values at each such search.
 class KESTRUNE_API COscillators : public CXMLCollectionFolder2 {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  COscillators();
-  COscillators(const COscillators &rhs);
-  ~COscillators() override;
-  COscillators &operator=(const COscillators &rhs);
-  ///@}
+  COscillators();                                   ///< Without items.
+  COscillators(const COscillators &rhs);            ///< Copies all items.
+  ~COscillators() override;                         ///< Destroys the items.
+  COscillators &operator=(const COscillators &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
   /// The item at `index`; throws std::out_of_range outside the list.
@@ -155,14 +149,12 @@ private:
 /// \fields{clocks.h,CClock}
 class KESTRUNE_API CClock : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CClock();
-  CClock(const CClock &rhs);
-  ~CClock() override;
-  CClock &operator=(const CClock &rhs);
-  ///@}
+  CClock();                             ///< Every member has its default text.
+  CClock(const CClock &rhs);            ///< Copies all members.
+  ~CClock() override;                   ///< Does not save.
+  CClock &operator=(const CClock &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of "Value".
   CString Key() const override;
   void pushMembers() override;
@@ -201,14 +193,13 @@ private:
 /// The clock rates of one scheme.
 class KESTRUNE_API CClocks : public CXMLCollectionFolder {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CClocks();
-  CClocks(const CClocks &rhs);
-  ~CClocks() override;
-  CClocks &operator=(const CClocks &rhs);
-  ///@}
+  CClocks();                              ///< Without items.
+  CClocks(const CClocks &rhs);            ///< Copies all items.
+  ~CClocks() override;                    ///< Destroys the items.
+  CClocks &operator=(const CClocks &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
   /// The item at `index`; throws std::out_of_range outside the list.

@@ -8,17 +8,15 @@
 /// \fields{nv_memory_types.h,CNVMemoryType}
 class KESTRUNE_API CNVMemoryType : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CNVMemoryType();
+  CNVMemoryType(); ///< Every member has its default text.
   /// Sector sizes are "0", the write time flag is "FALSE", and description, symbol and driver id are empty. A null
   /// `key` or `name` counts as empty.
   CNVMemoryType(const char *key, const char *name);
-  CNVMemoryType(const CNVMemoryType &rhs);
-  ~CNVMemoryType() override;
-  CNVMemoryType &operator=(const CNVMemoryType &rhs);
-  ///@}
+  CNVMemoryType(const CNVMemoryType &rhs);            ///< Copies all members.
+  ~CNVMemoryType() override;                          ///< Does not save.
+  CNVMemoryType &operator=(const CNVMemoryType &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of "Key".
   CString Key() const override;
   void pushMembers() override;
@@ -55,14 +53,13 @@ private:
 /// The non-volatile memories of one chip model.
 class KESTRUNE_API CNVMemoryTypes : public CXMLCollectionFolder {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CNVMemoryTypes();
-  CNVMemoryTypes(const CNVMemoryTypes &rhs);
-  ~CNVMemoryTypes() override;
-  CNVMemoryTypes &operator=(const CNVMemoryTypes &rhs);
-  ///@}
+  CNVMemoryTypes();                                     ///< Without items.
+  CNVMemoryTypes(const CNVMemoryTypes &rhs);            ///< Copies all items.
+  ~CNVMemoryTypes() override;                           ///< Destroys the items.
+  CNVMemoryTypes &operator=(const CNVMemoryTypes &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
   void pushMembers() override;
 

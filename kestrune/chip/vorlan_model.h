@@ -12,14 +12,12 @@
 /// \members{vorlan_model.cpp,CVorlanModel}
 class KESTRUNE_API CVorlanModel : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CVorlanModel();
-  CVorlanModel(const CVorlanModel &rhs);
-  ~CVorlanModel() override;
-  CVorlanModel &operator=(const CVorlanModel &rhs);
-  ///@}
+  CVorlanModel();                                   ///< Every member has its default text.
+  CVorlanModel(const CVorlanModel &rhs);            ///< Copies all members.
+  ~CVorlanModel() override;                         ///< Does not save.
+  CVorlanModel &operator=(const CVorlanModel &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of KeyText, which identifies the model in a collection.
   CString Key() const override;
   void pushMembers() override;
@@ -64,14 +62,12 @@ private:
 /// \members{vorlan_model.cpp,CVorlanModel2}
 class KESTRUNE_API CVorlanModel2 : public CVorlanModel {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CVorlanModel2();
-  CVorlanModel2(const CVorlanModel2 &rhs);
-  ~CVorlanModel2() override;
-  CVorlanModel2 &operator=(const CVorlanModel2 &rhs);
-  ///@}
+  CVorlanModel2();                                    ///< Every member has its default text.
+  CVorlanModel2(const CVorlanModel2 &rhs);            ///< Copies all members.
+  ~CVorlanModel2() override;                          ///< Does not save.
+  CVorlanModel2 &operator=(const CVorlanModel2 &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   CString Key() const override;
   void pushMembers() override;
 
@@ -93,14 +89,12 @@ private:
 /// \members{vorlan_model.cpp,CVorlanModel3}
 class KESTRUNE_API CVorlanModel3 : public CVorlanModel2 {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CVorlanModel3();
-  CVorlanModel3(const CVorlanModel3 &rhs);
-  ~CVorlanModel3() override;
-  CVorlanModel3 &operator=(const CVorlanModel3 &rhs);
-  ///@}
+  CVorlanModel3();                                    ///< Every member has its default text.
+  CVorlanModel3(const CVorlanModel3 &rhs);            ///< Copies all members.
+  ~CVorlanModel3() override;                          ///< Does not save.
+  CVorlanModel3 &operator=(const CVorlanModel3 &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   CString Key() const override;
   void pushMembers() override;
 
@@ -122,14 +116,12 @@ enum capacityModel : int {};
 /// \fields{vorlan_model.h,CVorlanModel4}
 class KESTRUNE_API CVorlanModel4 : public CVorlanModel3 {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CVorlanModel4();
-  CVorlanModel4(const CVorlanModel4 &rhs);
-  ~CVorlanModel4() override;
-  CVorlanModel4 &operator=(const CVorlanModel4 &rhs);
-  ///@}
+  CVorlanModel4();                                    ///< Every member has its default text.
+  CVorlanModel4(const CVorlanModel4 &rhs);            ///< Copies all members.
+  ~CVorlanModel4() override;                          ///< Does not save.
+  CVorlanModel4 &operator=(const CVorlanModel4 &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   CString Key() const override;
   void pushMembers() override;
 

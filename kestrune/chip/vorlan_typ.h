@@ -14,15 +14,12 @@
 /// \members{vorlan_typ.cpp,CVorlanTyp}
 class KESTRUNE_API CVorlanTyp : public CXMLTopLevelFolder {
 public:
-  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
-  /// older versions too, but not the remembered file name. @{
-  CVorlanTyp();
-  CVorlanTyp(const CVorlanTyp &rhs);
-  ~CVorlanTyp() override;
-  CVorlanTyp &operator=(const CVorlanTyp &rhs);
-  ///@}
+  CVorlanTyp();                                 ///< With the header of a new file and no items.
+  CVorlanTyp(const CVorlanTyp &rhs);            ///< Copies header and all lists, not the file name.
+  ~CVorlanTyp() override;                       ///< Does not save.
+  CVorlanTyp &operator=(const CVorlanTyp &rhs); ///< Copies header and all lists, not the file name.
 
-  void Init() override;
+  void Init() override; ///< Sets the header of a new file; the items stay.
   void pushMembers() override;
 
   /// With two arguments: loads only that file.
@@ -47,15 +44,12 @@ private:
 /// \members{vorlan_typ.cpp,CVorlanTyp2}
 class KESTRUNE_API CVorlanTyp2 : public CVorlanTyp {
 public:
-  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
-  /// older versions too, but not the remembered file name. @{
-  CVorlanTyp2();
-  CVorlanTyp2(const CVorlanTyp2 &rhs);
-  ~CVorlanTyp2() override;
-  CVorlanTyp2 &operator=(const CVorlanTyp2 &rhs);
-  ///@}
+  CVorlanTyp2();                                  ///< With the header of a new file and no items.
+  CVorlanTyp2(const CVorlanTyp2 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CVorlanTyp2() override;                        ///< Does not save.
+  CVorlanTyp2 &operator=(const CVorlanTyp2 &rhs); ///< Copies header and all lists, not the file name.
 
-  void Init() override;
+  void Init() override; ///< Sets the header of a new file; the items stay.
   void pushMembers() override;
 
   using CXMLTopLevelFolder::LoadFromFile;
@@ -72,15 +66,12 @@ private:
 /// \members{vorlan_typ.cpp,CVorlanTyp3}
 class KESTRUNE_API CVorlanTyp3 : public CVorlanTyp2 {
 public:
-  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
-  /// older versions too, but not the remembered file name. @{
-  CVorlanTyp3();
-  CVorlanTyp3(const CVorlanTyp3 &rhs);
-  ~CVorlanTyp3() override;
-  CVorlanTyp3 &operator=(const CVorlanTyp3 &rhs);
-  ///@}
+  CVorlanTyp3();                                  ///< With the header of a new file and no items.
+  CVorlanTyp3(const CVorlanTyp3 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CVorlanTyp3() override;                        ///< Does not save.
+  CVorlanTyp3 &operator=(const CVorlanTyp3 &rhs); ///< Copies header and all lists, not the file name.
 
-  void Init() override;
+  void Init() override; ///< Sets the header of a new file; the items stay.
   void pushMembers() override;
 
   using CXMLTopLevelFolder::LoadFromFile;
@@ -97,15 +88,12 @@ private:
 /// \members{vorlan_typ.cpp,CVorlanTyp4}
 class KESTRUNE_API CVorlanTyp4 : public CVorlanTyp3 {
 public:
-  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
-  /// older versions too, but not the remembered file name. @{
-  CVorlanTyp4();
-  CVorlanTyp4(const CVorlanTyp4 &rhs);
-  ~CVorlanTyp4() override;
-  CVorlanTyp4 &operator=(const CVorlanTyp4 &rhs);
-  ///@}
+  CVorlanTyp4();                                  ///< With the header of a new file and no items.
+  CVorlanTyp4(const CVorlanTyp4 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CVorlanTyp4() override;                        ///< Does not save.
+  CVorlanTyp4 &operator=(const CVorlanTyp4 &rhs); ///< Copies header and all lists, not the file name.
 
-  void Init() override;
+  void Init() override; ///< Sets the header of a new file; the items stay.
   void pushMembers() override;
 
   using CXMLTopLevelFolder::LoadFromFile;

@@ -6,16 +6,14 @@
 /// \members{device_classes.cpp,CTKDeviceClass}
 class KESTRUNE_API CTKDeviceClass : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CTKDeviceClass();
+  CTKDeviceClass(); ///< Every member has its default text.
   /// Stores `number` as decimal text. NumberMajor and NumberMinor stay 0.
   CTKDeviceClass(const char *name, int number);
   /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its attributes.
   CTKDeviceClass(const char *tag, const char *nameTag, const char *numberTag);
-  CTKDeviceClass(const CTKDeviceClass &rhs);
-  ~CTKDeviceClass() override;
-  CTKDeviceClass &operator=(const CTKDeviceClass &rhs);
-  ///@}
+  CTKDeviceClass(const CTKDeviceClass &rhs);            ///< Copies all members.
+  ~CTKDeviceClass() override;                           ///< Does not save.
+  CTKDeviceClass &operator=(const CTKDeviceClass &rhs); ///< Copies all members.
 
   /// Sets the members' usual tags and keeps their texts.
   void Init() override;
@@ -48,17 +46,16 @@ private:
 /// \members{device_classes.cpp,CTKDeviceClass2}
 class KESTRUNE_API CTKDeviceClass2 : public CTKDeviceClass {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CTKDeviceClass2();
+  CTKDeviceClass2(); ///< Every member has its default text.
   /// \copydoc CTKDeviceClass::CTKDeviceClass(const char *name, int number)
   CTKDeviceClass2(const char *name, int number);
   /// \copydoc CTKDeviceClass::CTKDeviceClass(const char *tag, const char *nameTag, const char *numberTag)
   CTKDeviceClass2(const char *tag, const char *nameTag, const char *numberTag);
-  CTKDeviceClass2(const CTKDeviceClass2 &rhs);
-  ~CTKDeviceClass2() override;
-  CTKDeviceClass2 &operator=(const CTKDeviceClass2 &rhs);
-  ///@}
+  CTKDeviceClass2(const CTKDeviceClass2 &rhs);            ///< Copies all members.
+  ~CTKDeviceClass2() override;                            ///< Does not save.
+  CTKDeviceClass2 &operator=(const CTKDeviceClass2 &rhs); ///< Copies all members.
 
+  /// Sets the members' usual tags and keeps their texts.
   void Init() override;
   void pushMembers() override;
 
@@ -76,14 +73,12 @@ private:
 /// are "Unassigned".
 class KESTRUNE_API CTKDeviceClasses : public CXMLCollectionFolder {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CTKDeviceClasses();
-  CTKDeviceClasses(const CTKDeviceClasses &rhs);
-  ~CTKDeviceClasses() override;
-  CTKDeviceClasses &operator=(const CTKDeviceClasses &rhs);
-  ///@}
+  CTKDeviceClasses();                                       ///< Without items.
+  CTKDeviceClasses(const CTKDeviceClasses &rhs);            ///< Copies all items.
+  ~CTKDeviceClasses() override;                             ///< Destroys the items.
+  CTKDeviceClasses &operator=(const CTKDeviceClasses &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets all three tags to "Unassigned".
 
   /// Adds a class with that name and number, and returns it; the collection owns it. Returns null when `name` is null,
   /// empty or already present.
@@ -102,12 +97,10 @@ protected:
 /// A list of device classes of the second version, with the same operations.
 class KESTRUNE_API CTKDeviceClasses2 : public CTKDeviceClasses {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CTKDeviceClasses2();
-  CTKDeviceClasses2(const CTKDeviceClasses2 &rhs);
-  ~CTKDeviceClasses2() override;
-  CTKDeviceClasses2 &operator=(const CTKDeviceClasses2 &rhs);
-  ///@}
+  CTKDeviceClasses2();                                        ///< Without items.
+  CTKDeviceClasses2(const CTKDeviceClasses2 &rhs);            ///< Copies all items.
+  ~CTKDeviceClasses2() override;                              ///< Destroys the items.
+  CTKDeviceClasses2 &operator=(const CTKDeviceClasses2 &rhs); ///< Copies all items.
 
   /// \copydoc CTKDeviceClasses::Add
   CTKDeviceClass2 *Add(const char *name, int number);

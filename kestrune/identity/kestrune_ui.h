@@ -6,12 +6,10 @@
 /// \members{kestrune_ui.cpp,CKestruneUIInfo}
 class KESTRUNE_API CKestruneUIInfo : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CKestruneUIInfo();
-  CKestruneUIInfo(const CKestruneUIInfo &rhs);
-  ~CKestruneUIInfo() override;
-  CKestruneUIInfo &operator=(const CKestruneUIInfo &rhs);
-  ///@}
+  CKestruneUIInfo();                                      ///< Every member has its default text.
+  CKestruneUIInfo(const CKestruneUIInfo &rhs);            ///< Copies all members.
+  ~CKestruneUIInfo() override;                            ///< Does not save.
+  CKestruneUIInfo &operator=(const CKestruneUIInfo &rhs); ///< Copies all members.
 
   void pushMembers() override;
 
@@ -26,12 +24,10 @@ private:
 /// \members{kestrune_ui.cpp,CKestruneUI}
 class KESTRUNE_API CKestruneUI : public CXMLTopLevelFolder {
 public:
-  /// Starts with the header of a new file; copying copies header and values, but not the remembered file name. @{
-  CKestruneUI();
-  CKestruneUI(const CKestruneUI &rhs);
-  ~CKestruneUI() override;
-  CKestruneUI &operator=(const CKestruneUI &rhs);
-  ///@}
+  CKestruneUI();                                  ///< With the header of a new file.
+  CKestruneUI(const CKestruneUI &rhs);            ///< Copies header and values, not the file name.
+  ~CKestruneUI() override;                        ///< Does not save.
+  CKestruneUI &operator=(const CKestruneUI &rhs); ///< Copies header and values, not the file name.
 
   /// Sets the header to the values for this kind of file; `UIInfo` is unchanged.
   void Init() override;

@@ -6,16 +6,14 @@
 /// \members{name_number_pairs.cpp,CXMLPair}
 class KESTRUNE_API CXMLPair : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CXMLPair();
+  CXMLPair(); ///< Every member has its default text.
   /// With that name and number; null counts as empty.
   CXMLPair(const char *name, const char *number);
   /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its attributes.
   CXMLPair(const char *tag, const char *nameTag, const char *numberTag);
-  CXMLPair(const CXMLPair &rhs);
-  ~CXMLPair() override;
-  CXMLPair &operator=(const CXMLPair &rhs);
-  ///@}
+  CXMLPair(const CXMLPair &rhs);            ///< Copies all members.
+  ~CXMLPair() override;                     ///< Does not save.
+  CXMLPair &operator=(const CXMLPair &rhs); ///< Copies all members.
 
   /// Sets the members' usual tags and keeps their texts.
   void Init() override;
@@ -40,16 +38,14 @@ private:
 /// \members{name_number_pairs.cpp,CXMLNameHexPair}
 class KESTRUNE_API CXMLNameHexPair : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CXMLNameHexPair();
+  CXMLNameHexPair(); ///< Every member has its default text.
   /// With that name, and the number as "0x" and capital digits.
   CXMLNameHexPair(const char *name, int number);
   /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its members.
   CXMLNameHexPair(const char *tag, const char *nameTag, const char *numberTag);
-  CXMLNameHexPair(const CXMLNameHexPair &rhs);
-  ~CXMLNameHexPair() override;
-  CXMLNameHexPair &operator=(const CXMLNameHexPair &rhs);
-  ///@}
+  CXMLNameHexPair(const CXMLNameHexPair &rhs);            ///< Copies all members.
+  ~CXMLNameHexPair() override;                            ///< Does not save.
+  CXMLNameHexPair &operator=(const CXMLNameHexPair &rhs); ///< Copies all members.
 
   /// Sets the members' usual tags and keeps their texts.
   void Init() override;
@@ -73,14 +69,12 @@ private:
 /// "Unassigned".
 class KESTRUNE_API CXMLPairCollection : public CXMLCollectionFolder {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CXMLPairCollection();
-  CXMLPairCollection(const CXMLPairCollection &rhs);
-  ~CXMLPairCollection() override;
-  CXMLPairCollection &operator=(const CXMLPairCollection &rhs);
-  ///@}
+  CXMLPairCollection();                                         ///< Without items.
+  CXMLPairCollection(const CXMLPairCollection &rhs);            ///< Copies all items.
+  ~CXMLPairCollection() override;                               ///< Destroys the items.
+  CXMLPairCollection &operator=(const CXMLPairCollection &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets all three tags to "Unassigned".
 
   /// Adds a row and returns it; the collection owns it. `name` is only checked for duplicates: the row's name and
   /// number stay "Unassigned". Returns null when `name` is null, empty or already present.
@@ -102,14 +96,12 @@ protected:
 /// A list of pairs with hexadecimal numbers. Its owner names it with setTags, as for CXMLPairCollection.
 class KESTRUNE_API CXMLNameHexPairs : public CXMLCollectionFolder {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CXMLNameHexPairs();
-  CXMLNameHexPairs(const CXMLNameHexPairs &rhs);
-  ~CXMLNameHexPairs() override;
-  CXMLNameHexPairs &operator=(const CXMLNameHexPairs &rhs);
-  ///@}
+  CXMLNameHexPairs();                                       ///< Without items.
+  CXMLNameHexPairs(const CXMLNameHexPairs &rhs);            ///< Copies all items.
+  ~CXMLNameHexPairs() override;                             ///< Destroys the items.
+  CXMLNameHexPairs &operator=(const CXMLNameHexPairs &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets all three tags to "Unassigned".
 
   /// Adds a row with that name and number, and returns it; the collection owns it. The number is stored as "0x" and
   /// capital digits. Returns null when `name` is null, empty or already present.

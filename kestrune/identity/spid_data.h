@@ -9,13 +9,10 @@
 /// \members{spid_data.cpp,CSpidData}
 class KESTRUNE_API CSpidData : public CXMLTopLevelFolder {
 public:
-  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
-  /// older versions too, but not the remembered file name. @{
-  CSpidData();
-  CSpidData(const CSpidData &rhs);
-  ~CSpidData() override;
-  CSpidData &operator=(const CSpidData &rhs);
-  ///@}
+  CSpidData();                                ///< With the header of a new file and no items.
+  CSpidData(const CSpidData &rhs);            ///< Copies header and all lists, not the file name.
+  ~CSpidData() override;                      ///< Does not save.
+  CSpidData &operator=(const CSpidData &rhs); ///< Copies header and all lists, not the file name.
 
   void pushMembers() override;
 
@@ -39,13 +36,10 @@ private:
 /// \members{spid_data.cpp,CSpidData2}
 class KESTRUNE_API CSpidData2 : public CSpidData {
 public:
-  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
-  /// older versions too, but not the remembered file name. @{
-  CSpidData2();
-  CSpidData2(const CSpidData2 &rhs);
-  ~CSpidData2() override;
-  CSpidData2 &operator=(const CSpidData2 &rhs);
-  ///@}
+  CSpidData2();                                 ///< With the header of a new file and no items.
+  CSpidData2(const CSpidData2 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CSpidData2() override;                       ///< Does not save.
+  CSpidData2 &operator=(const CSpidData2 &rhs); ///< Copies header and all lists, not the file name.
 
   void pushMembers() override;
 

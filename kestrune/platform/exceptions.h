@@ -16,7 +16,7 @@ class KESTRUNE_API CObject {
 public:
   /// Null: no class here declares run-time class data.
   virtual CRuntimeClass *GetRuntimeClass() const;
-  virtual ~CObject();
+  virtual ~CObject(); ///< Called through any base.
   /// Does nothing here. @{
   virtual void Serialize(CArchive &archive);
   virtual void AssertValid() const;
@@ -87,7 +87,7 @@ public:
 /// A bad argument, such as an index outside a string or an array.
 class KESTRUNE_API CInvalidArgException : public CException {
 public:
-  CInvalidArgException() = default;
+  CInvalidArgException() = default; ///< Without data: the message is always the same.
   ~CInvalidArgException() override; ///< Called by Delete().
 
   using CException::GetErrorMessage;

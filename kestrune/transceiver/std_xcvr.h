@@ -8,13 +8,10 @@
 /// \members{std_xcvr.cpp,CStdXcvr}
 class KESTRUNE_API CStdXcvr : public CXMLTopLevelFolder {
 public:
-  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
-  /// older versions too, but not the remembered file name. @{
-  CStdXcvr();
-  CStdXcvr(const CStdXcvr &rhs);
-  ~CStdXcvr() override;
-  CStdXcvr &operator=(const CStdXcvr &rhs);
-  ///@}
+  CStdXcvr();                               ///< With the header of a new file and no items.
+  CStdXcvr(const CStdXcvr &rhs);            ///< Copies header and all lists, not the file name.
+  ~CStdXcvr() override;                     ///< Does not save.
+  CStdXcvr &operator=(const CStdXcvr &rhs); ///< Copies header and all lists, not the file name.
 
   /// Sets the header values for this kind of file.
   void Init() override;
@@ -36,13 +33,10 @@ private:
 /// \members{std_xcvr.cpp,CStdXcvr2}
 class KESTRUNE_API CStdXcvr2 : public CStdXcvr {
 public:
-  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
-  /// older versions too, but not the remembered file name. @{
-  CStdXcvr2();
-  CStdXcvr2(const CStdXcvr2 &rhs);
-  ~CStdXcvr2() override;
-  CStdXcvr2 &operator=(const CStdXcvr2 &rhs);
-  ///@}
+  CStdXcvr2();                                ///< With the header of a new file and no items.
+  CStdXcvr2(const CStdXcvr2 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CStdXcvr2() override;                      ///< Does not save.
+  CStdXcvr2 &operator=(const CStdXcvr2 &rhs); ///< Copies header and all lists, not the file name.
 
   void pushMembers() override;
 
@@ -57,15 +51,12 @@ private:
 /// \members{std_xcvr.cpp,CStdXcvr3}
 class KESTRUNE_API CStdXcvr3 : public CStdXcvr2 {
 public:
-  /// Starts with the header of a new file and no items; copying copies the header and all collections, those of the
-  /// older versions too, but not the remembered file name. @{
-  CStdXcvr3();
-  CStdXcvr3(const CStdXcvr3 &rhs);
-  ~CStdXcvr3() override;
-  CStdXcvr3 &operator=(const CStdXcvr3 &rhs);
-  ///@}
+  CStdXcvr3();                                ///< With the header of a new file and no items.
+  CStdXcvr3(const CStdXcvr3 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CStdXcvr3() override;                      ///< Does not save.
+  CStdXcvr3 &operator=(const CStdXcvr3 &rhs); ///< Copies header and all lists, not the file name.
 
-  void Init() override;
+  void Init() override; ///< Sets the header of a new file; the items stay.
   void pushMembers() override;
 
   using CStdXcvr2::LoadFromFile;

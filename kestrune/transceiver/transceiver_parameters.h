@@ -10,12 +10,10 @@
 /// \members{transceiver_parameters.cpp,CTransceiverChannel}
 class KESTRUNE_API CTransceiverChannel : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CTransceiverChannel();
-  CTransceiverChannel(const CTransceiverChannel &rhs);
-  ~CTransceiverChannel() override;
-  CTransceiverChannel &operator=(const CTransceiverChannel &rhs);
-  ///@}
+  CTransceiverChannel();                                          ///< Every member has its default text.
+  CTransceiverChannel(const CTransceiverChannel &rhs);            ///< Copies all members.
+  ~CTransceiverChannel() override;                                ///< Does not save.
+  CTransceiverChannel &operator=(const CTransceiverChannel &rhs); ///< Copies all members.
 
   /// Sets the members' tags and keeps their texts.
   void Init() override;
@@ -40,12 +38,10 @@ private:
 /// \members{transceiver_parameters.cpp,CTransceiverTiming}
 class KESTRUNE_API CTransceiverTiming : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CTransceiverTiming();
-  CTransceiverTiming(const CTransceiverTiming &rhs);
-  ~CTransceiverTiming() override;
-  CTransceiverTiming &operator=(const CTransceiverTiming &rhs);
-  ///@}
+  CTransceiverTiming();                                         ///< Every member has its default text.
+  CTransceiverTiming(const CTransceiverTiming &rhs);            ///< Copies all members.
+  ~CTransceiverTiming() override;                               ///< Does not save.
+  CTransceiverTiming &operator=(const CTransceiverTiming &rhs); ///< Copies all members.
 
   /// Sets the members' tags and keeps their texts.
   void Init() override;
@@ -68,12 +64,10 @@ private:
 /// \members{transceiver_parameters.cpp,CTransceiverModeSpec}
 class KESTRUNE_API CTransceiverModeSpec : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CTransceiverModeSpec();
-  CTransceiverModeSpec(const CTransceiverModeSpec &rhs);
-  ~CTransceiverModeSpec() override;
-  CTransceiverModeSpec &operator=(const CTransceiverModeSpec &rhs);
-  ///@}
+  CTransceiverModeSpec();                                           ///< Every member has its default text.
+  CTransceiverModeSpec(const CTransceiverModeSpec &rhs);            ///< Copies all members.
+  ~CTransceiverModeSpec() override;                                 ///< Does not save.
+  CTransceiverModeSpec &operator=(const CTransceiverModeSpec &rhs); ///< Copies all members.
 
   /// Sets the members' tags and keeps their texts.
   void Init() override;
@@ -102,12 +96,10 @@ private:
 /// \members{transceiver_parameters.cpp,CTransceiverModeSpec2}
 class KESTRUNE_API CTransceiverModeSpec2 : public CTransceiverModeSpec {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CTransceiverModeSpec2();
-  CTransceiverModeSpec2(const CTransceiverModeSpec2 &rhs);
-  ~CTransceiverModeSpec2() override;
-  CTransceiverModeSpec2 &operator=(const CTransceiverModeSpec2 &rhs);
-  ///@}
+  CTransceiverModeSpec2();                                            ///< Every member has its default text.
+  CTransceiverModeSpec2(const CTransceiverModeSpec2 &rhs);            ///< Copies all members.
+  ~CTransceiverModeSpec2() override;                                  ///< Does not save.
+  CTransceiverModeSpec2 &operator=(const CTransceiverModeSpec2 &rhs); ///< Copies all members.
 
   /// As the base, and sets the tag and the default of `standard_threshold`.
   void Init() override;

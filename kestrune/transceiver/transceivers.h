@@ -7,14 +7,12 @@
 /// \members{transceivers.cpp,CTransceiver}
 class KESTRUNE_API CTransceiver : public CXMLFolder {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CTransceiver();
+  CTransceiver(); ///< Every member has its default text.
   /// With that name; every other member has its default text.
   explicit CTransceiver(const char *name);
-  CTransceiver(const CTransceiver &rhs);
-  ~CTransceiver() override;
-  CTransceiver &operator=(const CTransceiver &rhs);
-  ///@}
+  CTransceiver(const CTransceiver &rhs);            ///< Copies all members.
+  ~CTransceiver() override;                         ///< Does not save.
+  CTransceiver &operator=(const CTransceiver &rhs); ///< Copies all members.
 
   /// Sets the members' tags, and resets the members that have a default of their own.
   void Init() override;
@@ -45,16 +43,14 @@ private:
 /// \members{transceivers.cpp,CTransceiver2}
 class KESTRUNE_API CTransceiver2 : public CTransceiver {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CTransceiver2();
+  CTransceiver2(); ///< Every member has its default text.
   /// With that name; every other member has its default text.
   explicit CTransceiver2(const char *name);
-  CTransceiver2(const CTransceiver2 &rhs);
-  ~CTransceiver2() override;
-  CTransceiver2 &operator=(const CTransceiver2 &rhs);
-  ///@}
+  CTransceiver2(const CTransceiver2 &rhs);            ///< Copies all members.
+  ~CTransceiver2() override;                          ///< Does not save.
+  CTransceiver2 &operator=(const CTransceiver2 &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   void pushMembers() override;
 
   CXMLBoolAttribute SignalStrengthIndicator;    ///< Whether it has a signal strength indicator.
@@ -71,16 +67,14 @@ private:
 /// \members{transceivers.cpp,CTransceiver3}
 class KESTRUNE_API CTransceiver3 : public CTransceiver2 {
 public:
-  /// Every member starts with its default text; copying copies all members. @{
-  CTransceiver3();
+  CTransceiver3(); ///< Every member has its default text.
   /// With that name; every other member has its default text.
   explicit CTransceiver3(const char *name);
-  CTransceiver3(const CTransceiver3 &rhs);
-  ~CTransceiver3() override;
-  CTransceiver3 &operator=(const CTransceiver3 &rhs);
-  ///@}
+  CTransceiver3(const CTransceiver3 &rhs);            ///< Copies all members.
+  ~CTransceiver3() override;                          ///< Does not save.
+  CTransceiver3 &operator=(const CTransceiver3 &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// As the base, and then copies `ModeSpec2` to `ModeSpec`, whatever the base returned.
   long Load(MSXML::IXMLDOMElement *parent) override;
   /// Reads a single transceiver from a file with the root element "Transceiver", as the base does, and then copies
@@ -102,14 +96,12 @@ private:
 /// A list of transceivers, element "Transceivers".
 class KESTRUNE_API CTransceivers : public CXMLCollectionFolder {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CTransceivers();
-  CTransceivers(const CTransceivers &rhs);
-  ~CTransceivers() override;
-  CTransceivers &operator=(const CTransceivers &rhs);
-  ///@}
+  CTransceivers();                                    ///< Without items.
+  CTransceivers(const CTransceivers &rhs);            ///< Copies all items.
+  ~CTransceivers() override;                          ///< Destroys the items.
+  CTransceivers &operator=(const CTransceivers &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
 
   /// Adds a transceiver with that name and the default of every other member, and returns it; the collection owns it.
   /// Returns null when `name` is null, empty or already present.
@@ -129,12 +121,10 @@ protected:
 /// A list of transceivers of the second version, with the same operations.
 class KESTRUNE_API CTransceivers2 : public CTransceivers {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CTransceivers2();
-  CTransceivers2(const CTransceivers2 &rhs);
-  ~CTransceivers2() override;
-  CTransceivers2 &operator=(const CTransceivers2 &rhs);
-  ///@}
+  CTransceivers2();                                     ///< Without items.
+  CTransceivers2(const CTransceivers2 &rhs);            ///< Copies all items.
+  ~CTransceivers2() override;                           ///< Destroys the items.
+  CTransceivers2 &operator=(const CTransceivers2 &rhs); ///< Copies all items.
 
   /// \copydoc CTransceivers::Add
   CTransceiver2 *Add(const char *name);
@@ -152,12 +142,10 @@ protected:
 /// A list of transceivers of the third version, with the same operations.
 class KESTRUNE_API CTransceivers3 : public CTransceivers2 {
 public:
-  /// Starts empty; copying copies all items, and the copy owns its own. @{
-  CTransceivers3();
-  CTransceivers3(const CTransceivers3 &rhs);
-  ~CTransceivers3() override;
-  CTransceivers3 &operator=(const CTransceivers3 &rhs);
-  ///@}
+  CTransceivers3();                                     ///< Without items.
+  CTransceivers3(const CTransceivers3 &rhs);            ///< Copies all items.
+  ~CTransceivers3() override;                           ///< Destroys the items.
+  CTransceivers3 &operator=(const CTransceivers3 &rhs); ///< Copies all items.
 
   /// \copydoc CTransceivers::Add
   CTransceiver3 *Add(const char *name);
