@@ -11,7 +11,7 @@
 /// saving. A document reads and writes the newest of its sets of collections; the older sets stay as they are.
 
 /// The chip data document of format version 1.
-/// \members{vorlan_typ.cpp,CVorlanTyp}
+/// \sections{vorlan_typ.cpp,CVorlanTyp}
 class KESTRUNE_API CVorlanTyp : public CXMLTopLevelFolder {
 public:
   CVorlanTyp();                                 ///< With the header of a new file and no items.
@@ -41,7 +41,7 @@ private:
 };
 
 /// The chip data document of format version 2.
-/// \members{vorlan_typ.cpp,CVorlanTyp2}
+/// \sections{vorlan_typ.cpp,CVorlanTyp2}
 class KESTRUNE_API CVorlanTyp2 : public CVorlanTyp {
 public:
   CVorlanTyp2();                                  ///< With the header of a new file and no items.
@@ -63,7 +63,7 @@ private:
 };
 
 /// The chip data document of format version 3.
-/// \members{vorlan_typ.cpp,CVorlanTyp3}
+/// \sections{vorlan_typ.cpp,CVorlanTyp3}
 class KESTRUNE_API CVorlanTyp3 : public CVorlanTyp2 {
 public:
   CVorlanTyp3();                                  ///< With the header of a new file and no items.
@@ -85,7 +85,7 @@ private:
 };
 
 /// The chip data document of format version 4.
-/// \members{vorlan_typ.cpp,CVorlanTyp4}
+/// \sections{vorlan_typ.cpp,CVorlanTyp4}
 class KESTRUNE_API CVorlanTyp4 : public CVorlanTyp3 {
 public:
   CVorlanTyp4();                                  ///< With the header of a new file and no items.

@@ -21,7 +21,7 @@ private:
 };
 
 /// The user-interface data file, root element "KestruneUI".
-/// \members{kestrune_ui.cpp,CKestruneUI}
+/// \sections{kestrune_ui.cpp,CKestruneUI}
 class KESTRUNE_API CKestruneUI : public CXMLTopLevelFolder {
 public:
   CKestruneUI();                                  ///< With the header of a new file.

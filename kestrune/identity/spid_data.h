@@ -6,7 +6,7 @@
 
 /// The identity data file, root element "SPIDData": manufacturers, device classes, device subclasses and channel types,
 /// each with names and numbers.
-/// \members{spid_data.cpp,CSpidData}
+/// \sections{spid_data.cpp,CSpidData}
 class KESTRUNE_API CSpidData : public CXMLTopLevelFolder {
 public:
   CSpidData();                                ///< With the header of a new file and no items.
@@ -33,7 +33,7 @@ private:
 
 /// The identity data file with device classes of the second version. It reads and writes its own four lists; the
 /// inherited ones stay empty.
-/// \members{spid_data.cpp,CSpidData2}
+/// \sections{spid_data.cpp,CSpidData2}
 class KESTRUNE_API CSpidData2 : public CSpidData {
 public:
   CSpidData2();                                 ///< With the header of a new file and no items.

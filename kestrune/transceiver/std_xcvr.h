@@ -5,7 +5,7 @@
 
 /// The transceiver file, root "StdXcvr". Each version reads the files of the others: what the file lacks keeps its
 /// default, what the class does not know is ignored.
-/// \members{std_xcvr.cpp,CStdXcvr}
+/// \sections{std_xcvr.cpp,CStdXcvr}
 class KESTRUNE_API CStdXcvr : public CXMLTopLevelFolder {
 public:
   CStdXcvr();                               ///< With the header of a new file and no items.
@@ -30,7 +30,7 @@ private:
 };
 
 /// The transceiver file of the second version. It reads and writes its own list; the first version's list stays empty.
-/// \members{std_xcvr.cpp,CStdXcvr2}
+/// \sections{std_xcvr.cpp,CStdXcvr2}
 class KESTRUNE_API CStdXcvr2 : public CStdXcvr {
 public:
   CStdXcvr2();                                ///< With the header of a new file and no items.
@@ -48,7 +48,7 @@ private:
 
 /// The transceiver file of the third version; a load merges the user's own file into its list. It reads and writes its
 /// own list; the lists of the older versions stay empty.
-/// \members{std_xcvr.cpp,CStdXcvr3}
+/// \sections{std_xcvr.cpp,CStdXcvr3}
 class KESTRUNE_API CStdXcvr3 : public CStdXcvr2 {
 public:
   CStdXcvr3();                                ///< With the header of a new file and no items.
