@@ -69,7 +69,7 @@ public:
   CClockingScheme *Find(int id);
 
   /// The search of CClockingScheme in the scheme with that number. If there is none, returns false and writes neither
-  /// output. Throws as Find does, too. @{
+  /// output. Throws CKRXException* (text 101) also when it reaches an "Id" that is not a number. @{
   bool FindByDisplay(int id, const char *clock, const char *multiplier, CClock **clockFound,
                      CMultiplier **multiplierFound);
   bool FindByEncoding(int id, const char *clock, const char *multiplier, CClock **clockFound,

@@ -127,16 +127,16 @@ public:
 
   /// The number of the instruction set. Throws CKRXException* (text 101) if the text is not a number.
   int InstructionSet() const;
-  /// The number of the model's clocking scheme. Same exception.
+  /// The number of the model's clocking scheme. Same exception as InstructionSet.
   int ClockingScheme() const;
-  /// The number of the chip family, such as 3100. Same exception.
+  /// The number of the chip family, such as 3100. Same exception as InstructionSet.
   int Family() const;
   /// The non-volatile memories of this model: a member of the model.
   CNVMemoryTypes &NVMemoryTypes();
   /// The number of the capacity model. Throws CKRXException* (text 101) if the text is not a number, as the default,
   /// "Unassigned", is not.
   capacityModel CapacityModel() const;
-  /// The programmable pull-ups, as a bit mask. Same exception.
+  /// The programmable pull-ups, as a bit mask. Same exception as CapacityModel.
   unsigned int ProgrammablePullups() const;
 
 private:

@@ -31,7 +31,7 @@ public:
   /// The part of `Number` before its first dot, as a decimal number; 0 if it is missing or not a number. Only `Load`
   /// works it out, and a copy takes it over: changing `Number` does not change it.
   int NumberMajor = 0;
-  /// The same for the part after the first dot.
+  /// The part of `Number` after its first dot; otherwise like NumberMajor.
   int NumberMinor = 0;
   CXMLAttribute Name;   ///< The name, by which a collection finds the class.
   CXMLAttribute Number; ///< The number as text: major.minor, or major alone.

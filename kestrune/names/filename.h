@@ -136,8 +136,9 @@ public:
   /// 1 when the file exists below `dir`, or at the name itself if `dir` is null, with its full path in `found`.
   /// Otherwise 0, with `found` unchanged.
   int FileExists(CFilename &found, const char *dir) const;
-  /// The same in the current directory and then in each folder of `searchPath`, up to the first empty one. A name that
-  /// is rooted, has a drive, or has a segment that begins with a dot is only looked for at its own location.
+  /// Looks, as FileExists does, in the current directory and then in each folder of `searchPath`, up to the first empty
+  /// one. A name that is rooted, has a drive, or has a segment that begins with a dot is only looked for at its own
+  /// location.
   int FindFile(CFilename &found, const CString &searchPath) const;
   /// The name for display: folders are replaced by `...` from the left until it has at most `maxLength` bytes. Once no
   /// folder is left to replace, it is the last segment, of any length.

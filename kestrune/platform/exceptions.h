@@ -45,7 +45,7 @@ public:
   /// Copies the message, cut to `nMaxError - 1` bytes, and terminates it. If the exception has no message, writes an
   /// empty text and returns FALSE.
   virtual BOOL GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext = nullptr) const;
-  /// The same for a non-const exception.
+  /// GetErrorMessage for a non-const exception.
   virtual BOOL GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext = nullptr);
   /// Shows the message in a message box and returns the id of the chosen button.
   virtual int ReportError(UINT nType = 0, UINT nMessageID = 0);

@@ -38,7 +38,7 @@ KESTRUNE_API CString IntToCString(int value);
 /// The number as "0x" and capital hexadecimal digits: 255 becomes "0xFF", -1 becomes "0xFFFFFFFF".
 KESTRUNE_API CString IntToHexStr(int value);
 
-/// The same without the prefix, in at least two digits: 5 becomes "05".
+/// The number in capital hexadecimal digits, at least two, without a prefix: 5 becomes "05".
 KESTRUNE_API CString IntToHexStrNoX(int value);
 
 /// The hexadecimal number at the start of a text, with or without "0x", as decimal text; "0" if there is none.
