@@ -76,7 +76,7 @@ public:
 
   /// Compares bytes, case-sensitive: a value below 0, 0, or above 0. Null counts as empty.
   int Compare(const char *other) const;
-  /// The same, ignoring ASCII case. @{
+  /// Compares ignoring ASCII case: a value below 0, 0, or above 0. Null counts as empty. @{
   int CompareNoCase(const char *other) const;
   int CollateNoCase(const char *other) const { return CompareNoCase(other); }
   ///@}

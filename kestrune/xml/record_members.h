@@ -60,10 +60,10 @@ struct RecordMembers {
     const char *tag = nullptr;         ///< The name in the file; null for a folder, which has its own.
     const char *defaultText = nullptr; ///< The default; null if the field keeps that of its class.
   };
-  /// Needed by clang 14, which makes no implicit deduction guides for a template inside a template.
+  /// The guide for a folder. Clang 14 makes no implicit deduction guides for a template inside a template.
   template <class Field>
   Row(Field Record::*) -> Row<Field>;
-  /// The same for a value.
+  /// The guide for a value.
   template <class Field>
   Row(Field Record::*, const char *, const char * = nullptr) -> Row<Field>;
 
@@ -77,7 +77,7 @@ struct RecordMembers {
     record.CXMLFolder::operator=(tag);
     construct(record);
   }
-  /// The same for a later version, whose base has set the tag.
+  /// For the constructor of a later version, whose base has set the tag.
   static void construct(Record &record) {
     initFields(record);
     record.Record::pushMembers();
