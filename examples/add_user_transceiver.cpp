@@ -1,5 +1,7 @@
-// Adds a transceiver to the user's file, with the parameters of one in the standard file.
-//   add_user_transceiver Types/UserXcvr.xml "Cordane 64" "My bench" 320
+/// \example add_user_transceiver.cpp
+/// Adds a transceiver to the user's file, with the parameters of one in the standard file.
+///
+///    add_user_transceiver Types/UserXcvr.xml "Cordane 64" "My bench" 320
 
 #include <cstdlib>
 #include <iostream>

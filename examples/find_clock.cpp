@@ -1,5 +1,7 @@
-// Finds a clock and a multiplier of a clocking scheme: by what people read, and by the numbers.
-//   find_clock 4 "10 MHz" 1/2
+/// \example find_clock.cpp
+/// Finds a clock and a multiplier of a clocking scheme: by what people read, and by the numbers.
+///
+///    find_clock 4 "10 MHz" 1/2
 
 #include <cstdlib>
 #include <iostream>

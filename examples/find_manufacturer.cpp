@@ -1,5 +1,7 @@
-// Finds a manufacturer by its number or its name.
-//   find_manufacturer 9        find_manufacturer "halvern drives"
+/// \example find_manufacturer.cpp
+/// Finds a manufacturer by its number or its name.
+///
+///    find_manufacturer 9        find_manufacturer "halvern drives"
 
 #include <iostream>
 #include <kestrune/kestrune_xml.h>

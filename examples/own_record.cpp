@@ -1,5 +1,7 @@
-// A program's own record, list and document on the persistence classes.
-//   own_record made/stations.xml
+/// \example own_record.cpp
+/// A program's own record, list and document on the persistence classes.
+///
+///    own_record made/stations.xml
 
 #include <fstream>
 #include <iostream>

@@ -1,5 +1,7 @@
-// Reads one chip model of the standard chip data file: its memory map, firmware range and memories.
-//   read_chip_model "Vorlan 4608-PX"
+/// \example read_chip_model.cpp
+/// Reads one chip model of the standard chip data file: its memory map, firmware range and memories.
+///
+///    read_chip_model "Vorlan 4608-PX"
 
 #include <iostream>
 #include <kestrune/kestrune_xml.h>

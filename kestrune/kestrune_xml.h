@@ -1,6 +1,16 @@
 #pragma once
 
-// The whole interface of the library.
+/// \file
+/// The whole interface of the library.
+
+/// \namespace kestrune
+/// What the library offers beyond its classes: a look into records, and a save that replaces the file.
+
+/// \namespace kestrune::platform
+/// The settings of the platform: code page, debug channel, message boxes.
+
+/// \namespace MSXML
+/// The XML document tree.
 
 #include "kestrune/chip/clocking_schemes.h"
 #include "kestrune/chip/clocks.h"

@@ -3,19 +3,16 @@
 #include "kestrune/chip/clocks.h"
 
 /// A numbered set of clock rates.
-///
-/// The searches look for a clock, and then for a multiplier among those of that clock. They compare and throw as those
-/// of CClocks and CMultipliers do, and return true when both were found. `*clockFound` is always set, to null if there
-/// is no such clock; `*multiplierFound` is set only if the clock was found, to null if the clock has no such
-/// multiplier. Both objects still belong to their collections.
+/// \members{clocking_schemes.cpp,CClockingScheme}
+/// \fields{clocking_schemes.h,CClockingScheme}
 class KESTRUNE_API CClockingScheme : public CXMLFolder {
 public:
-  CClockingScheme();
-  CClockingScheme(const CClockingScheme &rhs);
-  ~CClockingScheme() override;
-  CClockingScheme &operator=(const CClockingScheme &rhs);
+  CClockingScheme();                                      ///< Every member has its default text.
+  CClockingScheme(const CClockingScheme &rhs);            ///< Copies all members.
+  ~CClockingScheme() override;                            ///< Does not save.
+  CClockingScheme &operator=(const CClockingScheme &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of "Id".
   CString Key() const override;
   void pushMembers() override;
@@ -23,16 +20,22 @@ public:
   /// "Id" as a number: decimal, hexadecimal with 0x, or octal with a leading 0; an empty text is 0. Throws
   /// CKRXException* (text 101) when anything is left after the number, and on the default text, "Unassigned".
   int Id() const;
-  /// Valid until the member changes.
+  /// Text of any form; valid until the member changes.
   const char *Description() const;
-  /// A number whose meaning is up to the caller; same form as Id.
+  /// A number whose meaning is up to the caller; same form and exception as Id.
   int Algorithm();
   /// The clock rates: a member of the scheme.
   CClocks *Clocks();
 
+  /// Looks for a clock, and then for a multiplier among those of that clock; texts and values are compared as in
+  /// CClocks and CMultipliers, and clock values are in kHz. Returns whether both were found. `*clockFound` is always
+  /// set, to null if there is no such clock; `*multiplierFound` is set only if the clock was found, to null if the
+  /// clock has no such multiplier. Both objects still belong to their collections. FindByValue throws CKRXException*
+  /// (text 101) when it reaches a "Value" that is not a number. @{
   bool FindByDisplay(const char *clock, const char *multiplier, CClock **clockFound, CMultiplier **multiplierFound);
   bool FindByEncoding(const char *clock, const char *multiplier, CClock **clockFound, CMultiplier **multiplierFound);
   bool FindByValue(double clock, double multiplier, CClock **clockFound, CMultiplier **multiplierFound);
+  ///@}
 
 private:
   struct Members;
@@ -46,12 +49,13 @@ private:
 /// The clocking schemes of a chip data file.
 class KESTRUNE_API CClockingSchemes : public CXMLCollectionFolder {
 public:
-  CClockingSchemes();
-  CClockingSchemes(const CClockingSchemes &rhs);
-  ~CClockingSchemes() override;
-  CClockingSchemes &operator=(const CClockingSchemes &rhs);
+  CClockingSchemes();                                       ///< Without items.
+  CClockingSchemes(const CClockingSchemes &rhs);            ///< Copies all items.
+  ~CClockingSchemes() override;                             ///< Destroys the items.
+  CClockingSchemes &operator=(const CClockingSchemes &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
   void pushMembers() override;
 
@@ -60,15 +64,18 @@ public:
   CClockingScheme *Add(const char *key);
   /// The item at `index`; throws std::out_of_range outside the list.
   CClockingScheme *operator[](int index);
-  /// The first scheme with that number, or null. Throws when it reaches one whose "Id" is not a number.
+  /// The first scheme with that number, or null. Throws CKRXException* (text 101) when it reaches one whose "Id" is not
+  /// a number.
   CClockingScheme *Find(int id);
 
-  /// These search the scheme with that number. If there is none, they return false and write neither output.
+  /// The search of CClockingScheme in the scheme with that number. If there is none, returns false and writes neither
+  /// output. Throws CKRXException* (text 101) also when it reaches an "Id" that is not a number. @{
   bool FindByDisplay(int id, const char *clock, const char *multiplier, CClock **clockFound,
                      CMultiplier **multiplierFound);
   bool FindByEncoding(int id, const char *clock, const char *multiplier, CClock **clockFound,
                       CMultiplier **multiplierFound);
   bool FindByValue(int id, double clock, double multiplier, CClock **clockFound, CMultiplier **multiplierFound);
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;

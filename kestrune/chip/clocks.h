@@ -4,34 +4,42 @@
 
 #include <memory>
 
-// The clock rates of a clocking scheme, each with its multipliers and oscillators.
-//
-// An accessor for a number converts the member's text at each call: leading white space is allowed, an empty text is 0,
-// and anything left after the number throws CKRXException* (text 101). An accessor for a text returns the member's own
-// text, valid until the member changes. A search returns the first item that matches, which the collection still owns,
-// or null; a null text matches nothing. A search by number throws when it reaches an item whose text is not a number.
+/// \file
+/// The clock rates of a clocking scheme, each with its multipliers and oscillators.
+///
+/// An accessor for a number converts the member's text at each call: leading white space is allowed, an empty text is
+/// 0, and anything left after the number throws CKRXException* (text 101). An accessor for a text returns the member's
+/// own text, valid until the member changes. A search returns the first item that matches, which the collection still
+/// owns, or null; a null text matches nothing. A search by number throws when it reaches an item whose text is not a
+/// number.
 
 /// The factor from the crystal's rate to the rate of the core.
+/// \members{clocks.cpp,CMultiplier}
+/// \fields{clocks.h,CMultiplier}
 class KESTRUNE_API CMultiplier : public CXMLFolder {
 public:
-  CMultiplier();
-  CMultiplier(const CMultiplier &rhs);
-  ~CMultiplier() override;
-  CMultiplier &operator=(const CMultiplier &rhs);
+  CMultiplier();                                  ///< Every member has its default text.
+  CMultiplier(const CMultiplier &rhs);            ///< Copies all members.
+  ~CMultiplier() override;                        ///< Does not save.
+  CMultiplier &operator=(const CMultiplier &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of "Value".
   CString Key() const override;
   void pushMembers() override;
 
+  /// The factor, such as 0.5. Throws CKRXException* (text 101) if the text is not a number.
   double Value() const;
-  /// The text to show to users, such as "1/2".
+  /// The text to show to users, such as "1/2"; valid until the member changes.
   const char *Display() const;
+  /// Text of any form; valid until the member changes.
   const char *Description() const;
+  /// The code of the multiplier, a text of any form; valid until the member changes.
   const char *Encoding() const;
-  /// Decimal, hexadecimal with 0x, or octal with a leading 0. Throws on the default text, "Unassigned".
+  /// A stored number: decimal, hexadecimal with 0x, or octal with a leading 0. Throws CKRXException* (text 101) if the
+  /// text is not a number, as the default, "Unassigned", is not.
   int Cpu() const;
-  /// Same form as Cpu.
+  /// A stored number. Same form and exception as Cpu.
   int Mac() const;
 
 private:
@@ -48,21 +56,23 @@ private:
 /// The multipliers of one clock rate.
 class KESTRUNE_API CMultipliers : public CXMLCollectionFolder2 {
 public:
-  CMultipliers();
-  CMultipliers(const CMultipliers &rhs);
-  ~CMultipliers() override;
-  CMultipliers &operator=(const CMultipliers &rhs);
+  CMultipliers();                                   ///< Without items.
+  CMultipliers(const CMultipliers &rhs);            ///< Copies all items.
+  ~CMultipliers() override;                         ///< Destroys the items.
+  CMultipliers &operator=(const CMultipliers &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
   /// The item at `index`; throws std::out_of_range outside the list.
   CMultiplier *operator[](int index);
-  /// By "Value"; values that differ by no more than DBL_EPSILON count as equal.
+  /// The first item with that "Value", or null; values that differ by no more than DBL_EPSILON count as equal. Throws
+  /// CKRXException* (text 101) when it reaches an item whose "Value" is not a number.
   CMultiplier *Find(double value);
-  /// By "Display", case-sensitive, ignoring white space.
+  /// The first item with that "Display", case-sensitive, ignoring white space; null if there is none or for null.
   CMultiplier *FindByDisplay(const char *display);
-  /// By "Encoding", case-sensitive, ignoring white space.
+  /// The first item with that "Encoding", case-sensitive, ignoring white space; null if there is none or for null.
   CMultiplier *FindByEncoding(const char *encoding);
 
 protected:
@@ -70,23 +80,25 @@ protected:
 };
 
 /// An oscillator of a clock rate.
+/// \members{clocks.cpp,COscillator}
+/// \fields{clocks.h,COscillator}
 class KESTRUNE_API COscillator : public CXMLFolder {
 public:
-  COscillator();
-  COscillator(const COscillator &rhs);
-  ~COscillator() override;
-  COscillator &operator=(const COscillator &rhs);
+  COscillator();                                  ///< Every member has its default text.
+  COscillator(const COscillator &rhs);            ///< Copies all members.
+  ~COscillator() override;                        ///< Does not save.
+  COscillator &operator=(const COscillator &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of "Value".
   CString Key() const override;
   void pushMembers() override;
 
-  /// A decimal number.
+  /// The number of the oscillator, in decimal. Throws CKRXException* (text 101) if the text is not one.
   int Value() const;
-  /// A decimal number.
+  /// The code of the oscillator, a decimal number. Same exception as Value.
   int Encoding() const;
-  /// The text to show to users.
+  /// The text to show to users; valid until the member changes.
   const char *Display() const;
 
 private:
@@ -102,21 +114,24 @@ private:
 /// it to these values at each such search.
 class KESTRUNE_API COscillators : public CXMLCollectionFolder2 {
 public:
-  COscillators();
-  COscillators(const COscillators &rhs);
-  ~COscillators() override;
-  COscillators &operator=(const COscillators &rhs);
+  COscillators();                                   ///< Without items.
+  COscillators(const COscillators &rhs);            ///< Copies all items.
+  ~COscillators() override;                         ///< Destroys the items.
+  COscillators &operator=(const COscillators &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
   /// The item at `index`; throws std::out_of_range outside the list.
   COscillator *operator[](int index);
-  /// By "Value".
+  /// The first item with that "Value", or null; the default oscillator if the collection is empty. Throws
+  /// CKRXException* (text 101) when it reaches an item whose "Value" is not a number.
   COscillator *Find(int value);
-  /// By "Display", ignoring case and white space.
+  /// The first item with that "Display", ignoring case and white space, or null; the default oscillator if the
+  /// collection is empty.
   COscillator *Find(const char *display);
-  /// By "Encoding".
+  /// The first item with that "Encoding". Same result and exception as the search by "Value".
   COscillator *FindByEncoding(int encoding);
 
 protected:
@@ -130,24 +145,29 @@ private:
 };
 
 /// A clock rate with its multipliers and oscillators.
+/// \members{clocks.cpp,CClock}
+/// \fields{clocks.h,CClock}
 class KESTRUNE_API CClock : public CXMLFolder {
 public:
-  CClock();
-  CClock(const CClock &rhs);
-  ~CClock() override;
-  CClock &operator=(const CClock &rhs);
+  CClock();                             ///< Every member has its default text.
+  CClock(const CClock &rhs);            ///< Copies all members.
+  ~CClock() override;                   ///< Does not save.
+  CClock &operator=(const CClock &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of "Value".
   CString Key() const override;
   void pushMembers() override;
 
-  /// The rate in kHz.
+  /// The rate in kHz. Throws CKRXException* (text 101) if the text is not a number.
   double Value() const;
-  /// The text to show to users, such as "10 MHz".
+  /// The text to show to users, such as "10 MHz"; valid until the member changes.
   const char *Display() const;
+  /// Text of any form; valid until the member changes.
   const char *Description() const;
+  /// The divider from clock to cycle. Throws CKRXException* (text 101) if the text is not a number.
   double CycleDivider() const;
+  /// The code of the clock rate, a text of any form; valid until the member changes.
   const char *Encoding() const;
   /// The multipliers of this rate: a member of the clock.
   CMultipliers *Multipliers();
@@ -173,21 +193,23 @@ private:
 /// The clock rates of one scheme.
 class KESTRUNE_API CClocks : public CXMLCollectionFolder {
 public:
-  CClocks();
-  CClocks(const CClocks &rhs);
-  ~CClocks() override;
-  CClocks &operator=(const CClocks &rhs);
+  CClocks();                              ///< Without items.
+  CClocks(const CClocks &rhs);            ///< Copies all items.
+  ~CClocks() override;                    ///< Destroys the items.
+  CClocks &operator=(const CClocks &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
   /// The item at `index`; throws std::out_of_range outside the list.
   CClock *operator[](int index);
-  /// By "Value", in kHz; values that differ by no more than DBL_EPSILON count as equal.
+  /// The first item with that "Value", in kHz, or null; values that differ by no more than DBL_EPSILON count as equal.
+  /// Throws CKRXException* (text 101) when it reaches an item whose "Value" is not a number.
   CClock *Find(double value);
-  /// By "Display", case-sensitive, ignoring white space.
+  /// The first item with that "Display", case-sensitive, ignoring white space; null if there is none or for null.
   CClock *FindByDisplay(const char *display);
-  /// By "Encoding", case-sensitive, ignoring white space.
+  /// The first item with that "Encoding", case-sensitive, ignoring white space; null if there is none or for null.
   CClock *FindByEncoding(const char *encoding);
 
 protected:

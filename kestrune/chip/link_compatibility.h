@@ -2,6 +2,9 @@
 
 #include "kestrune/export.h"
 
+/// \file
+/// Link compatibility of two chip models, by their numbers.
+
 /// Returns whether chip model number `other` is link compatible with chip model number `model`: whether the list of
 /// `model` in the standard chip data file, $StdVorlanTyp$, contains `other` in plain decimal form. The opposite
 /// direction is a separate question. The file is read at each call, except that a model is always compatible with

@@ -3,14 +3,15 @@
 #include "kestrune/xml/xml_collection.h"
 
 /// The chip models that one chip model is link compatible with.
+/// \members{link_compatible_models.cpp,CLinkCompatibleModel}
 class KESTRUNE_API CLinkCompatibleModel : public CXMLFolder {
 public:
-  CLinkCompatibleModel();
-  CLinkCompatibleModel(const CLinkCompatibleModel &rhs);
-  ~CLinkCompatibleModel() override;
-  CLinkCompatibleModel &operator=(const CLinkCompatibleModel &rhs);
+  CLinkCompatibleModel();                                           ///< Every member has its default text.
+  CLinkCompatibleModel(const CLinkCompatibleModel &rhs);            ///< Copies all members.
+  ~CLinkCompatibleModel() override;                                 ///< Does not save.
+  CLinkCompatibleModel &operator=(const CLinkCompatibleModel &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// The text of "Name".
   CString Key() const override;
   void pushMembers() override;
@@ -29,12 +30,13 @@ private:
 /// two models lists the other.
 class KESTRUNE_API CLinkCompatibleModels : public CXMLCollectionFolder {
 public:
-  CLinkCompatibleModels();
-  CLinkCompatibleModels(const CLinkCompatibleModels &rhs);
-  ~CLinkCompatibleModels() override;
-  CLinkCompatibleModels &operator=(const CLinkCompatibleModels &rhs);
+  CLinkCompatibleModels();                                            ///< Without items.
+  CLinkCompatibleModels(const CLinkCompatibleModels &rhs);            ///< Copies all items.
+  ~CLinkCompatibleModels() override;                                  ///< Destroys the items.
+  CLinkCompatibleModels &operator=(const CLinkCompatibleModels &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
   /// Adds a model and returns it; the collection owns it. Returns null when `name` is null, empty or already present.

@@ -6,12 +6,13 @@
 /// items before it, not with their names, so several models may have the same name or the same key.
 class KESTRUNE_API CVorlanModels : public CXMLCollectionFolder {
 public:
-  CVorlanModels();
-  CVorlanModels(const CVorlanModels &rhs);
-  ~CVorlanModels() override;
-  CVorlanModels &operator=(const CVorlanModels &rhs);
+  CVorlanModels();                                    ///< Without items.
+  CVorlanModels(const CVorlanModels &rhs);            ///< Copies all items.
+  ~CVorlanModels() override;                          ///< Destroys the items.
+  CVorlanModels &operator=(const CVorlanModels &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
   /// Adds a model with that name and returns it; the collection owns it. Returns null when `name` is null, empty or the
@@ -31,17 +32,22 @@ protected:
 /// The chip models of a file in format version 2.
 class KESTRUNE_API CVorlanModels2 : public CVorlanModels {
 public:
-  CVorlanModels2();
-  CVorlanModels2(const CVorlanModels2 &rhs);
-  ~CVorlanModels2() override;
-  CVorlanModels2 &operator=(const CVorlanModels2 &rhs);
+  CVorlanModels2();                                     ///< Without items.
+  CVorlanModels2(const CVorlanModels2 &rhs);            ///< Copies all items.
+  ~CVorlanModels2() override;                           ///< Destroys the items.
+  CVorlanModels2 &operator=(const CVorlanModels2 &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
+  /// \copydoc CVorlanModels::Add
   CVorlanModel2 *Add(const char *name);
+  /// \copydoc CVorlanModels::operator[]
   CVorlanModel2 *operator[](int index);
+  /// \copydoc CVorlanModels::Find
   CVorlanModel2 *Find(const char *key);
+  /// \copydoc CVorlanModels::FindByName
   CVorlanModel2 *FindByName(const char *name);
 
 protected:
@@ -51,17 +57,22 @@ protected:
 /// The chip models of a file in format version 3.
 class KESTRUNE_API CVorlanModels3 : public CVorlanModels2 {
 public:
-  CVorlanModels3();
-  CVorlanModels3(const CVorlanModels3 &rhs);
-  ~CVorlanModels3() override;
-  CVorlanModels3 &operator=(const CVorlanModels3 &rhs);
+  CVorlanModels3();                                     ///< Without items.
+  CVorlanModels3(const CVorlanModels3 &rhs);            ///< Copies all items.
+  ~CVorlanModels3() override;                           ///< Destroys the items.
+  CVorlanModels3 &operator=(const CVorlanModels3 &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
+  /// \copydoc CVorlanModels::Add
   CVorlanModel3 *Add(const char *name);
+  /// \copydoc CVorlanModels::operator[]
   CVorlanModel3 *operator[](int index);
+  /// \copydoc CVorlanModels::Find
   CVorlanModel3 *Find(const char *key);
+  /// \copydoc CVorlanModels::FindByName
   CVorlanModel3 *FindByName(const char *name);
 
 protected:
@@ -71,17 +82,22 @@ protected:
 /// The chip models of a file in format version 4.
 class KESTRUNE_API CVorlanModels4 : public CVorlanModels3 {
 public:
-  CVorlanModels4();
-  CVorlanModels4(const CVorlanModels4 &rhs);
-  ~CVorlanModels4() override;
-  CVorlanModels4 &operator=(const CVorlanModels4 &rhs);
+  CVorlanModels4();                                     ///< Without items.
+  CVorlanModels4(const CVorlanModels4 &rhs);            ///< Copies all items.
+  ~CVorlanModels4() override;                           ///< Destroys the items.
+  CVorlanModels4 &operator=(const CVorlanModels4 &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
+  /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
+  /// \copydoc CVorlanModels::Add
   CVorlanModel4 *Add(const char *name);
+  /// \copydoc CVorlanModels::operator[]
   CVorlanModel4 *operator[](int index);
+  /// \copydoc CVorlanModels::Find
   CVorlanModel4 *Find(const char *key);
+  /// \copydoc CVorlanModels::FindByName
   CVorlanModel4 *FindByName(const char *name);
 
 protected:

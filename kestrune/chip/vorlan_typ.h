@@ -5,21 +5,21 @@
 #include "kestrune/chip/vorlan_models.h"
 #include "kestrune/xml/xml_document.h"
 
-// The chip data file: chip models, the table of link compatible models, and clocking schemes. All four versions read
-// each other's files: what a file lacks keeps its default, and what a version does not know is ignored and lost on
-// saving. A document reads and writes the newest of its sets of collections; the older sets stay as they are.
+/// \file
+/// The chip data file: chip models, the table of link compatible models, and clocking schemes. All four versions read
+/// each other's files: what a file lacks keeps its default, and what a version does not know is ignored and lost on
+/// saving. A document reads and writes the newest of its sets of collections; the older sets stay as they are.
 
 /// The chip data document of format version 1.
+/// \sections{vorlan_typ.cpp,CVorlanTyp}
 class KESTRUNE_API CVorlanTyp : public CXMLTopLevelFolder {
 public:
-  CVorlanTyp();
-  CVorlanTyp(const CVorlanTyp &rhs);
-  ~CVorlanTyp() override;
-  /// Copies tag, text, header and all collections, including those of the older versions; the remembered file name
-  /// stays.
-  CVorlanTyp &operator=(const CVorlanTyp &rhs);
+  CVorlanTyp();                                 ///< With the header of a new file and no items.
+  CVorlanTyp(const CVorlanTyp &rhs);            ///< Copies header and all lists, not the file name.
+  ~CVorlanTyp() override;                       ///< Does not save.
+  CVorlanTyp &operator=(const CVorlanTyp &rhs); ///< Copies header and all lists, not the file name.
 
-  void Init() override;
+  void Init() override; ///< Sets the header of a new file; the items stay.
   void pushMembers() override;
 
   /// With two arguments: loads only that file.
@@ -34,63 +34,66 @@ public:
   /// exception thrown by an overridden Load passes through.
   virtual long LoadFromFile(const char *fileName);
 
-  CVorlanModels VorlanModels;
+  CVorlanModels VorlanModels; ///< The chip models.
 
 private:
   struct Members;
 };
 
 /// The chip data document of format version 2.
+/// \sections{vorlan_typ.cpp,CVorlanTyp2}
 class KESTRUNE_API CVorlanTyp2 : public CVorlanTyp {
 public:
-  CVorlanTyp2();
-  CVorlanTyp2(const CVorlanTyp2 &rhs);
-  ~CVorlanTyp2() override;
-  CVorlanTyp2 &operator=(const CVorlanTyp2 &rhs);
+  CVorlanTyp2();                                  ///< With the header of a new file and no items.
+  CVorlanTyp2(const CVorlanTyp2 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CVorlanTyp2() override;                        ///< Does not save.
+  CVorlanTyp2 &operator=(const CVorlanTyp2 &rhs); ///< Copies header and all lists, not the file name.
 
-  void Init() override;
+  void Init() override; ///< Sets the header of a new file; the items stay.
   void pushMembers() override;
 
   using CXMLTopLevelFolder::LoadFromFile;
   long LoadFromFile(const char *fileName) override;
 
-  CVorlanModels2 VorlanModels2;
-  CLinkCompatibleModels LinkCompatibleModels2;
+  CVorlanModels2 VorlanModels2;                ///< The chip models.
+  CLinkCompatibleModels LinkCompatibleModels2; ///< The table of link compatible models.
 
 private:
   struct Members;
 };
 
 /// The chip data document of format version 3.
+/// \sections{vorlan_typ.cpp,CVorlanTyp3}
 class KESTRUNE_API CVorlanTyp3 : public CVorlanTyp2 {
 public:
-  CVorlanTyp3();
-  CVorlanTyp3(const CVorlanTyp3 &rhs);
-  ~CVorlanTyp3() override;
-  CVorlanTyp3 &operator=(const CVorlanTyp3 &rhs);
+  CVorlanTyp3();                                  ///< With the header of a new file and no items.
+  CVorlanTyp3(const CVorlanTyp3 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CVorlanTyp3() override;                        ///< Does not save.
+  CVorlanTyp3 &operator=(const CVorlanTyp3 &rhs); ///< Copies header and all lists, not the file name.
 
-  void Init() override;
+  void Init() override; ///< Sets the header of a new file; the items stay.
   void pushMembers() override;
 
   using CXMLTopLevelFolder::LoadFromFile;
   long LoadFromFile(const char *fileName) override;
 
-  CVorlanModels3 VorlanModels3;
-  CLinkCompatibleModels LinkCompatibleModels3;
+  CVorlanModels3 VorlanModels3;                ///< The chip models.
+  CLinkCompatibleModels LinkCompatibleModels3; ///< The table of link compatible models.
 
 private:
   struct Members;
 };
 
 /// The chip data document of format version 4.
+/// \sections{vorlan_typ.cpp,CVorlanTyp4}
 class KESTRUNE_API CVorlanTyp4 : public CVorlanTyp3 {
 public:
-  CVorlanTyp4();
-  CVorlanTyp4(const CVorlanTyp4 &rhs);
-  ~CVorlanTyp4() override;
-  CVorlanTyp4 &operator=(const CVorlanTyp4 &rhs);
+  CVorlanTyp4();                                  ///< With the header of a new file and no items.
+  CVorlanTyp4(const CVorlanTyp4 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CVorlanTyp4() override;                        ///< Does not save.
+  CVorlanTyp4 &operator=(const CVorlanTyp4 &rhs); ///< Copies header and all lists, not the file name.
 
-  void Init() override;
+  void Init() override; ///< Sets the header of a new file; the items stay.
   void pushMembers() override;
 
   using CXMLTopLevelFolder::LoadFromFile;
@@ -100,9 +103,9 @@ public:
   /// again for the next one if that has no element VorlanModels.
   long LoadFromFile(const char *fileName) override;
 
-  CVorlanModels4 VorlanModels4;
-  CLinkCompatibleModels LinkCompatibleModels4;
-  CClockingSchemes ClockingSchemes;
+  CVorlanModels4 VorlanModels4;                ///< The chip models.
+  CLinkCompatibleModels LinkCompatibleModels4; ///< The table of link compatible models.
+  CClockingSchemes ClockingSchemes;            ///< The clocking schemes that the models name.
 
 private:
   struct Members;

@@ -7,8 +7,9 @@
 #include <cstdint>
 #include <string_view>
 
-// The XML document tree. A document owns its nodes, and a node pointer keeps the document alive. Names and texts come
-// in and go out in the code page. A failing operation throws _com_error. One document belongs to one thread at a time.
+/// \file
+/// The XML document tree. A document owns its nodes, and a node pointer keeps the document alive. Names and texts come
+/// in and go out in the code page. A failing operation throws _com_error. One document belongs to one thread at a time.
 
 namespace MSXML {
 
@@ -21,8 +22,10 @@ public:
   IXMLDOMNode(const IXMLDOMNode &) = delete;
   IXMLDOMNode &operator=(const IXMLDOMNode &) = delete;
 
+  /// Counts the references to the document, which lives as long as there is one. @{
   void AddRef() const noexcept;
   void Release() const noexcept;
+  ///@}
 
   /// The document that made the node.
   _com_ptr_t<IXMLDOMDocument> GetownerDocument() const;
@@ -41,10 +44,12 @@ public:
   void Puttext(std::string_view text);
 
 protected:
+  /// Nodes are made and destroyed by their document only. @{
   explicit IXMLDOMNode(IXMLDOMDocument *document) : m_document(document) {}
   ~IXMLDOMNode() = default;
+  ///@}
 
-  IXMLDOMDocument *const m_document;
+  IXMLDOMDocument *const m_document; ///< The document that owns the node.
 };
 
 /// The descendants of an element that have one name, in document order. Nothing is collected beforehand. It is to be
@@ -72,6 +77,7 @@ private:
 /// An element with its attributes, in the order of their first setting.
 class KESTRUNE_API IXMLDOMElement : public IXMLDOMNode {
 public:
+  /// The name of the element.
   CString GettagName() const;
   /// The null variant where the element has no attribute of that name.
   _variant_t getAttribute(std::string_view name) const;
@@ -82,15 +88,14 @@ public:
 
 protected:
   using IXMLDOMNode::IXMLDOMNode;
-  ~IXMLDOMElement() = default;
+  ~IXMLDOMElement() = default; ///< Done by the document.
 };
 
-/// Where and why a file is not well-formed. `line` and `column` count from 1, and are 0 where the file could not be
-/// read.
+/// Where and why a file is not well-formed.
 struct ParseError {
-  long line = 0;
-  long column = 0;
-  CString reason;
+  long line = 0;   ///< Counts from 1; 0 if the file could not be read.
+  long column = 0; ///< Counts from 1; 0 if the file could not be read.
+  CString reason;  ///< The reason in words; empty without a failure.
 };
 
 /// A document and all its nodes: loaded from a file once, or built and saved.
@@ -102,15 +107,18 @@ public:
   IXMLDOMDocument(const IXMLDOMDocument &) = delete;
   IXMLDOMDocument &operator=(const IXMLDOMDocument &) = delete;
 
+  /// Counts the references; the last Release destroys the document and its nodes. @{
   void AddRef() const noexcept { ++m_references; }
   void Release() const noexcept {
     if (--m_references == 0)
       destroy();
   }
+  ///@}
 
-  /// Have no effect: documents are only parsed, never validated, and a load returns after parsing.
+  /// Has no effect: documents are only parsed, never validated, and a load returns after parsing. @{
   void PutvalidateOnParse(bool) {}
   void Putasync(bool) {}
+  ///@}
 
   /// Parses the file into this document, which must be empty. Nothing outside the file is ever opened. Returns false
   /// when it is unreadable or not well-formed, also where a reference to an undeclared entity would lose a text; the
@@ -124,10 +132,11 @@ public:
   /// Makes `root`, an element of this document that has no parent, the root.
   void PutdocumentElement(IXMLDOMElement *root);
 
-  /// New nodes that have no parent yet. Any name and any text is taken: a save checks them.
+  /// A new node of this document that has no parent yet. Any name and any text is taken: a save checks them. @{
   _com_ptr_t<IXMLDOMElement> createElement(std::string_view name);
   _com_ptr_t<IXMLDOMNode> createTextNode(std::string_view text);
   _com_ptr_t<IXMLDOMNode> createProcessingInstruction(std::string_view target, std::string_view data);
+  ///@}
 
   /// Adds a processing instruction before the root, after those added earlier.
   _com_ptr_t<IXMLDOMNode> appendChild(IXMLDOMNode *instruction);
@@ -142,8 +151,10 @@ public:
   void CheckReadable() const;
 
 protected:
+  /// CreateInstance makes a document, and the last Release destroys it. @{
   IXMLDOMDocument() = default;
   ~IXMLDOMDocument() = default;
+  ///@}
 
 private:
   void destroy() const noexcept;
@@ -154,9 +165,11 @@ private:
 inline void IXMLDOMNode::AddRef() const noexcept { m_document->AddRef(); }
 inline void IXMLDOMNode::Release() const noexcept { m_document->Release(); }
 
+/// A pointer that keeps the document of its node alive. @{
 using IXMLDOMNodePtr = _com_ptr_t<IXMLDOMNode>;
 using IXMLDOMElementPtr = _com_ptr_t<IXMLDOMElement>;
 using IXMLDOMDocumentPtr = _com_ptr_t<IXMLDOMDocument>;
+///@}
 
 } // namespace MSXML
 

@@ -6,7 +6,7 @@
 /// pointer and end it with Delete(). Only the modules construct it.
 class KESTRUNE_API CKesException : public CException {
 public:
-  ~CKesException() override;
+  ~CKesException() override; ///< Called by Delete().
 
   using CException::GetErrorMessage;
   /// Copies the text of GetFormattedMessage, cut to `nMaxError - 1` bytes, and terminates it. Always returns TRUE.
@@ -23,16 +23,19 @@ public:
   virtual int GetSubCode() const;
 
 protected:
+  /// For the module with that number: message "uninitialized", sub-code 0.
   explicit CKesException(int module);
+  /// Copies message, module and sub-code. @{
   CKesException(const CKesException &) = default;
   CKesException &operator=(const CKesException &) = default;
+  ///@}
 
   /// The three letters of a module; "MSC" if no module has that number.
   static const char *ModuleCodeText(int module);
 
-  CString m_message;
-  int m_module;
-  int m_subCode = 0;
+  CString m_message; ///< The message, without what GetFormattedMessage adds.
+  int m_module;      ///< The number of the module.
+  int m_subCode = 0; ///< The sub-code; 0 means none.
 };
 
 /// The exception of this library, thrown by pointer when a text does not convert. The catcher ends it with Delete().
@@ -47,5 +50,5 @@ public:
   CKRXException(unsigned int stringId, const char *argument, ...);
   /// The library's text `stringId`, formatted with the further arguments; the sub-code is `subCode`.
   CKRXException(unsigned int subCode, unsigned int stringId, ...);
-  ~CKRXException() override;
+  ~CKRXException() override; ///< Called by Delete().
 };

@@ -2,9 +2,9 @@
 
 #include "kestrune/platform/types.h"
 
-// All codes besides S_OK that loading and saving can return. Their numbers never change.
-
-// Remarks: positive, the operation succeeded.
+/// \file
+/// All codes besides S_OK that loading and saving can return. Their numbers never change. Remarks (`KRX_S_`) are
+/// positive: the operation succeeded. Failures (`KRX_E_`) are negative.
 
 /// The element has no attribute with the value's tag; the value keeps its text.
 constexpr long KRX_S_NO_ATTRIBUTE = kestrune::platform::ResultFromBits(0x00041001);
@@ -12,8 +12,6 @@ constexpr long KRX_S_NO_ATTRIBUTE = kestrune::platform::ResultFromBits(0x0004100
 constexpr long KRX_S_NO_ELEMENT = kestrune::platform::ResultFromBits(0x00041002);
 /// The collection's element contains no item; the collection is empty.
 constexpr long KRX_S_EMPTY_COLLECTION = kestrune::platform::ResultFromBits(0x00041003);
-
-// Failures: negative.
 
 /// No XML document could be created, for instance on a thread that has not initialised COM. Nothing was read or
 /// written.

@@ -3,16 +3,17 @@
 #include "kestrune/xml/xml_collection.h"
 
 /// A class of devices: a name, and a number of the form major.minor.
+/// \members{device_classes.cpp,CTKDeviceClass}
 class KESTRUNE_API CTKDeviceClass : public CXMLFolder {
 public:
-  CTKDeviceClass();
+  CTKDeviceClass(); ///< Every member has its default text.
   /// Stores `number` as decimal text. NumberMajor and NumberMinor stay 0.
   CTKDeviceClass(const char *name, int number);
   /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its attributes.
   CTKDeviceClass(const char *tag, const char *nameTag, const char *numberTag);
-  CTKDeviceClass(const CTKDeviceClass &rhs);
-  ~CTKDeviceClass() override;
-  CTKDeviceClass &operator=(const CTKDeviceClass &rhs);
+  CTKDeviceClass(const CTKDeviceClass &rhs);            ///< Copies all members.
+  ~CTKDeviceClass() override;                           ///< Does not save.
+  CTKDeviceClass &operator=(const CTKDeviceClass &rhs); ///< Copies all members.
 
   /// Sets the members' usual tags and keeps their texts.
   void Init() override;
@@ -27,12 +28,13 @@ public:
   /// Orders by name, case-sensitive.
   bool operator<(const CTKDeviceClass &rhs) const;
 
-  /// The parts of `Number` before and after its first dot, as decimal numbers; 0 for a part that is missing or not a
-  /// number. Only `Load` works them out, and a copy takes them over: changing `Number` does not change them.
+  /// The part of `Number` before its first dot, as a decimal number; 0 if it is missing or not a number. Only `Load`
+  /// works it out, and a copy takes it over: changing `Number` does not change it.
   int NumberMajor = 0;
+  /// The part of `Number` after its first dot; otherwise like NumberMajor.
   int NumberMinor = 0;
-  CXMLAttribute Name;
-  CXMLAttribute Number;
+  CXMLAttribute Name;   ///< The name, by which a collection finds the class.
+  CXMLAttribute Number; ///< The number as text: major.minor, or major alone.
 
 private:
   struct Members;
@@ -41,21 +43,26 @@ private:
 };
 
 /// A device class in the second version of the record.
+/// \members{device_classes.cpp,CTKDeviceClass2}
 class KESTRUNE_API CTKDeviceClass2 : public CTKDeviceClass {
 public:
-  CTKDeviceClass2();
+  CTKDeviceClass2(); ///< Every member has its default text.
+  /// \copydoc CTKDeviceClass::CTKDeviceClass(const char *name, int number)
   CTKDeviceClass2(const char *name, int number);
+  /// \copydoc CTKDeviceClass::CTKDeviceClass(const char *tag, const char *nameTag, const char *numberTag)
   CTKDeviceClass2(const char *tag, const char *nameTag, const char *numberTag);
-  CTKDeviceClass2(const CTKDeviceClass2 &rhs);
-  ~CTKDeviceClass2() override;
-  CTKDeviceClass2 &operator=(const CTKDeviceClass2 &rhs);
+  CTKDeviceClass2(const CTKDeviceClass2 &rhs);            ///< Copies all members.
+  ~CTKDeviceClass2() override;                            ///< Does not save.
+  CTKDeviceClass2 &operator=(const CTKDeviceClass2 &rhs); ///< Copies all members.
 
+  /// Sets the members' usual tags and keeps their texts.
   void Init() override;
   void pushMembers() override;
 
-  CXMLAttribute Category;
-  CXMLAttribute Profile;
-  /// The default is "Unassigned", so converting it throws if the file lacks the attribute.
+  CXMLAttribute Category; ///< The category, a text of any form.
+  CXMLAttribute Profile;  ///< The profile, a text of any form.
+  /// Whether the class is obsolete. The default is "Unassigned", so converting it throws if the file lacks the
+  /// attribute.
   CXMLBoolAttribute Obsolete;
 
 private:
@@ -66,12 +73,12 @@ private:
 /// are "Unassigned".
 class KESTRUNE_API CTKDeviceClasses : public CXMLCollectionFolder {
 public:
-  CTKDeviceClasses();
-  CTKDeviceClasses(const CTKDeviceClasses &rhs);
-  ~CTKDeviceClasses() override;
-  CTKDeviceClasses &operator=(const CTKDeviceClasses &rhs);
+  CTKDeviceClasses();                                       ///< Without items.
+  CTKDeviceClasses(const CTKDeviceClasses &rhs);            ///< Copies all items.
+  ~CTKDeviceClasses() override;                             ///< Destroys the items.
+  CTKDeviceClasses &operator=(const CTKDeviceClasses &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets all three tags to "Unassigned".
 
   /// Adds a class with that name and number, and returns it; the collection owns it. Returns null when `name` is null,
   /// empty or already present.
@@ -90,14 +97,18 @@ protected:
 /// A list of device classes of the second version, with the same operations.
 class KESTRUNE_API CTKDeviceClasses2 : public CTKDeviceClasses {
 public:
-  CTKDeviceClasses2();
-  CTKDeviceClasses2(const CTKDeviceClasses2 &rhs);
-  ~CTKDeviceClasses2() override;
-  CTKDeviceClasses2 &operator=(const CTKDeviceClasses2 &rhs);
+  CTKDeviceClasses2();                                        ///< Without items.
+  CTKDeviceClasses2(const CTKDeviceClasses2 &rhs);            ///< Copies all items.
+  ~CTKDeviceClasses2() override;                              ///< Destroys the items.
+  CTKDeviceClasses2 &operator=(const CTKDeviceClasses2 &rhs); ///< Copies all items.
 
+  /// \copydoc CTKDeviceClasses::Add
   CTKDeviceClass2 *Add(const char *name, int number);
+  /// \copydoc CTKDeviceClasses::operator[]
   CTKDeviceClass2 *operator[](int index);
+  /// \copydoc CTKDeviceClasses::Find
   CTKDeviceClass2 *Find(const char *name);
+  /// \copydoc CTKDeviceClasses::FindByNumber
   CTKDeviceClass2 *FindByNumber(int major, int minor);
 
 protected:

@@ -3,15 +3,17 @@
 #include "kestrune/xml/xml_collection.h"
 
 /// A row with a name and a number, both attributes. The number is text of any form.
+/// \members{name_number_pairs.cpp,CXMLPair}
 class KESTRUNE_API CXMLPair : public CXMLFolder {
 public:
-  CXMLPair();
+  CXMLPair(); ///< Every member has its default text.
+  /// With that name and number; null counts as empty.
   CXMLPair(const char *name, const char *number);
   /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its attributes.
   CXMLPair(const char *tag, const char *nameTag, const char *numberTag);
-  CXMLPair(const CXMLPair &rhs);
-  ~CXMLPair() override;
-  CXMLPair &operator=(const CXMLPair &rhs);
+  CXMLPair(const CXMLPair &rhs);            ///< Copies all members.
+  ~CXMLPair() override;                     ///< Does not save.
+  CXMLPair &operator=(const CXMLPair &rhs); ///< Copies all members.
 
   /// Sets the members' usual tags and keeps their texts.
   void Init() override;
@@ -24,8 +26,8 @@ public:
   /// Orders by name, case-sensitive.
   bool operator<(const CXMLPair &rhs) const;
 
-  CXMLAttribute Name;
-  CXMLAttribute Number;
+  CXMLAttribute Name;   ///< The name, by which a collection finds the row.
+  CXMLAttribute Number; ///< The number, as text.
 
 private:
   struct Members;
@@ -33,15 +35,17 @@ private:
 
 /// A row with a name, which is an attribute, and a number, which is a child element with hexadecimal text such as
 /// "0x1F".
+/// \members{name_number_pairs.cpp,CXMLNameHexPair}
 class KESTRUNE_API CXMLNameHexPair : public CXMLFolder {
 public:
-  CXMLNameHexPair();
+  CXMLNameHexPair(); ///< Every member has its default text.
+  /// With that name, and the number as "0x" and capital digits.
   CXMLNameHexPair(const char *name, int number);
   /// Sets the tag of the element, and the tags that replace "Name" and "Number" for its members.
   CXMLNameHexPair(const char *tag, const char *nameTag, const char *numberTag);
-  CXMLNameHexPair(const CXMLNameHexPair &rhs);
-  ~CXMLNameHexPair() override;
-  CXMLNameHexPair &operator=(const CXMLNameHexPair &rhs);
+  CXMLNameHexPair(const CXMLNameHexPair &rhs);            ///< Copies all members.
+  ~CXMLNameHexPair() override;                            ///< Does not save.
+  CXMLNameHexPair &operator=(const CXMLNameHexPair &rhs); ///< Copies all members.
 
   /// Sets the members' usual tags and keeps their texts.
   void Init() override;
@@ -54,8 +58,8 @@ public:
   /// Orders by name, case-sensitive.
   bool operator<(const CXMLNameHexPair &rhs) const;
 
-  CXMLAttribute Name;
-  CXMLHexElement Number;
+  CXMLAttribute Name;    ///< The name, by which a collection finds the row.
+  CXMLHexElement Number; ///< The number, as hexadecimal text.
 
 private:
   struct Members;
@@ -65,17 +69,18 @@ private:
 /// "Unassigned".
 class KESTRUNE_API CXMLPairCollection : public CXMLCollectionFolder {
 public:
-  CXMLPairCollection();
-  CXMLPairCollection(const CXMLPairCollection &rhs);
-  ~CXMLPairCollection() override;
-  CXMLPairCollection &operator=(const CXMLPairCollection &rhs);
+  CXMLPairCollection();                                         ///< Without items.
+  CXMLPairCollection(const CXMLPairCollection &rhs);            ///< Copies all items.
+  ~CXMLPairCollection() override;                               ///< Destroys the items.
+  CXMLPairCollection &operator=(const CXMLPairCollection &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets all three tags to "Unassigned".
 
   /// Adds a row and returns it; the collection owns it. `name` is only checked for duplicates: the row's name and
   /// number stay "Unassigned". Returns null when `name` is null, empty or already present.
   CXMLPair *Add(const char *name);
-  /// The same, but sets the name, and the number unless `number` is null.
+  /// Adds a row with that name and, unless `number` is null, that number, and returns it; the collection owns it.
+  /// Returns null when `name` is null, empty or already present.
   CXMLPair *Add(const char *name, const char *number);
   /// The row at `index`; throws std::out_of_range outside the list.
   CXMLPair *operator[](int index);
@@ -91,12 +96,12 @@ protected:
 /// A list of pairs with hexadecimal numbers. Its owner names it with setTags, as for CXMLPairCollection.
 class KESTRUNE_API CXMLNameHexPairs : public CXMLCollectionFolder {
 public:
-  CXMLNameHexPairs();
-  CXMLNameHexPairs(const CXMLNameHexPairs &rhs);
-  ~CXMLNameHexPairs() override;
-  CXMLNameHexPairs &operator=(const CXMLNameHexPairs &rhs);
+  CXMLNameHexPairs();                                       ///< Without items.
+  CXMLNameHexPairs(const CXMLNameHexPairs &rhs);            ///< Copies all items.
+  ~CXMLNameHexPairs() override;                             ///< Destroys the items.
+  CXMLNameHexPairs &operator=(const CXMLNameHexPairs &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets all three tags to "Unassigned".
 
   /// Adds a row with that name and number, and returns it; the collection owns it. The number is stored as "0x" and
   /// capital digits. Returns null when `name` is null, empty or already present.

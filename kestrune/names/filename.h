@@ -3,6 +3,9 @@
 #include "kestrune/export.h"
 #include "kestrune/names/macro_string.h"
 
+/// \file
+/// File names and search paths.
+
 /// A path name that may contain macros. It can be split and extended part by part, acts on the file it names, and
 /// resolves to a full path and back to a short stored form.
 ///
@@ -12,17 +15,23 @@
 /// it. So all parts except that of GetNameExt are normalised. A null text counts as empty.
 class KESTRUNE_API CFilename : public CMacroString {
 public:
+  /// Empty, or `name` unchanged. Fills the macro table if it is empty. @{
   CFilename();
   CFilename(const char *name);
   CFilename(const CString &name);
+  ///@}
   /// `name` converted to the code page. Does not fill the macro table.
   CFilename(const wchar_t *name);
+  /// Copies the text unchanged. @{
   CFilename(const CFilename &) = default;
-  ~CFilename() override;
-
   CFilename &operator=(const CFilename &name);
+  ///@}
+  ~CFilename() override; ///< The file stays.
+
+  /// Takes `name` in its normal form: `/` becomes `\`, and `.`, `..` and doubled `\` are removed where possible. @{
   const CFilename &operator=(const char *name);
   const CFilename &operator=(const CString &name);
+  ///@}
 
   /// The drive letter in upper case; that of the current drive if the name has none.
   char GetDrive() const;
@@ -48,12 +57,14 @@ public:
 
   /// Appends `ch`. A `:`, `\` or `.` is not appended directly after another of these, except a `\` after a `:`.
   void Append(char ch);
+  /// Appends a `\`, as Append does.
   void AppendSlash();
   /// Joins a name to this one with one `\` between them. There is none if either is empty, if `name` begins with `:`,
-  /// `.` or a blank, or if this name ends with `.`.
+  /// `.` or a blank, or if this name ends with `.`. @{
   const CFilename &operator+=(const CFilename &name);
   const CFilename &operator+=(const CString &name);
   const CFilename &operator+=(const char *name);
+  ///@}
   /// Joins the text after the last `\` of `name`.
   CFilename &AppendName(const char *name);
   /// Replaces the extension, which begins at the first dot of the last segment, with `ext`, whose leading dot is
@@ -65,6 +76,7 @@ public:
   /// Whether the name has a drive followed by `\`, or is a network name. Its macros are expanded first, if all of them
   /// have a value.
   bool IsAbsolute() const;
+  /// The opposite of IsAbsolute.
   bool IsRelative() const;
   /// 1 when the name begins with `\`, not counting a drive. No macro is expanded.
   int AbsPathName() const;
@@ -124,8 +136,9 @@ public:
   /// 1 when the file exists below `dir`, or at the name itself if `dir` is null, with its full path in `found`.
   /// Otherwise 0, with `found` unchanged.
   int FileExists(CFilename &found, const char *dir) const;
-  /// The same in the current directory and then in each folder of `searchPath`, up to the first empty one. A name that
-  /// is rooted, has a drive, or has a segment that begins with a dot is only looked for at its own location.
+  /// Looks, as FileExists does, in the current directory and then in each folder of `searchPath`, up to the first empty
+  /// one. A name that is rooted, has a drive, or has a segment that begins with a dot is only looked for at its own
+  /// location.
   int FindFile(CFilename &found, const CString &searchPath) const;
   /// The name for display: folders are replaced by `...` from the left until it has at most `maxLength` bytes. Once no
   /// folder is left to replace, it is the last segment, of any length.
@@ -134,6 +147,7 @@ public:
 protected:
   /// `name` with `/` replaced by `\`, and with `..\`, `.\` and doubled `\` removed where possible.
   CFilename Normalize(const char *name) const;
+  /// IsAbsolute for another name.
   bool IsAbsolute(const CMacroString &name) const;
   /// Removes `prefix` from the start of the text, if it is there.
   void Strip(CString prefix);
@@ -144,12 +158,13 @@ protected:
   void TryToFit(CFilename &source, const char *macroName, CFilename &out, int &best) const;
 };
 
-/// `left` joined with `right`, as operator+= does it.
+/// `left` joined with `right`, as CFilename::operator+= does it. @{
 KESTRUNE_API CFilename operator+(const CFilename &left, const CFilename &right);
 KESTRUNE_API CFilename operator+(const CFilename &left, const char *right);
 KESTRUNE_API CFilename operator+(const CFilename &left, const CString &right);
 KESTRUNE_API CFilename operator+(const char *left, const CFilename &right);
 KESTRUNE_API CFilename operator+(const CString &left, const CFilename &right);
+///@}
 
 /// Item `index`, counted from 0, of a search path whose items are separated by `;`; empty if there are fewer.
 KESTRUNE_API CString GetSearchPathItem(const CString &searchPath, int index);

@@ -19,15 +19,18 @@ public:
   /// An entry of the table: the name in upper case with both `$`, and the value, which may contain further macros.
   class KESTRUNE_API CMacro {
   public:
+    /// An entry of that name, which includes both `$` and becomes upper case, and that value.
     CMacro(const char *macroName, const char *macroValue);
+    /// Copies or moves name and value. @{
     CMacro(const CMacro &) = default;
     CMacro(CMacro &&) noexcept = default;
     CMacro &operator=(const CMacro &) = default;
     CMacro &operator=(CMacro &&) noexcept = default;
     virtual ~CMacro();
+    ///@}
 
-    CString name;
-    CString value;
+    CString name;  ///< The name in upper case, with both `$`.
+    CString value; ///< The value, unexpanded.
   };
 
 protected:
@@ -36,20 +39,22 @@ protected:
   virtual void SetupDefaultMacros();
 
 public:
+  /// Empty. Fills the table if it is empty.
   CMacroString();
-  /// A copy of `text`; null counts as empty.
+  /// A copy of `text`; null counts as empty. Fills the table if it is empty.
   CMacroString(const char *text);
   /// `text` converted to the code page. Does not fill the table.
   CMacroString(const wchar_t *text);
-  /// Does not fill the table.
+  /// Copies the text. Does not fill the table. @{
   CMacroString(const CMacroString &) = default;
-  virtual ~CMacroString();
-
   CMacroString &operator=(const CMacroString &text);
+  ///@}
+  virtual ~CMacroString(); ///< The table stays.
 
   /// Adds a macro at the end of the table and removes an entry with the same name. `name` includes both `$`. Always
   /// returns true; std::bad_alloc leaves the table unchanged.
   bool AddMacro(const char *name, const char *value);
+  /// The number of macros in the table.
   int GetMacroCount() const;
 
   /// Writes the text with its macros expanded to `out`, which may be this object. Returns true when each macro had a
@@ -60,8 +65,9 @@ public:
 protected:
   /// The index of the first entry with that name, case-insensitive, or -1.
   int FindMacro(CString name) const;
-  /// The name and the stored value of an entry. A bad index throws CInvalidArgException*.
+  /// The name of an entry, in upper case with both `$`. A bad index throws CInvalidArgException*.
   CString GetMacroName(int index) const;
+  /// The value of an entry, unexpanded. A bad index throws CInvalidArgException*.
   CString GetMacroValue(int index) const;
 
   /// Writes the value of a macro to `out`: unexpanded if `depth` is 0, else expanded. Returns false and leaves `out`

@@ -10,12 +10,15 @@
 #include <cstring>
 #include <string_view>
 
+/// \file
+/// The platform's string.
+
 /// The platform's narrow string: a byte sequence in the code page of the process, always readable as a zero-terminated
 /// text. Lengths, offsets and counts are in bytes. Case is ASCII case, and a trail byte of a double-byte page is never
 /// taken for a character. Each object owns its text. Threads may not share an object while it changes.
 class KESTRUNE_API CString {
 public:
-  CString() noexcept = default;
+  CString() noexcept = default; ///< Empty.
   /// A copy of `text`; null counts as empty.
   CString(const char *text) : CString(text != nullptr ? std::string_view(text) : std::string_view()) {}
   /// `text` converted to the code page; null counts as empty.
@@ -24,87 +27,117 @@ public:
   explicit CString(char character, int count = 1);
   /// The `length` bytes at `text`; null or a negative length gives an empty text.
   CString(const char *text, int length);
+  /// A copy of `text`.
   explicit CString(std::string_view text) : CString() { assign(text); }
+  /// A copy of `other`, which owns its own bytes.
   CString(const CString &other) : CString() { *this = other; }
+  /// Takes the text of `other`, which is empty afterwards.
   CString(CString &&other) noexcept {
     std::memcpy(m_bytes, other.m_bytes, sizeof m_bytes);
     other.setEmpty();
   }
-  ~CString() { release(); }
+  ~CString() { release(); } ///< Frees the text.
 
   /// Refers to `text` without copying it: it must live as long as the process, as a literal does.
   static CString OfLiteral(const char *text);
 
+  /// Replaces the text by a copy, or by the text of an object that is moved from, which is empty afterwards. Wide text
+  /// is converted to the code page; null counts as empty. @{
   CString &operator=(const CString &other);
   CString &operator=(CString &&other) noexcept;
   CString &operator=(const char *text);
   CString &operator=(const wchar_t *text);
+  ///@}
+  /// Appends the text or character; null counts as empty. @{
   CString &operator+=(const CString &text) { return append(text.View()), *this; }
   CString &operator+=(const char *text);
   CString &operator+=(char character) { return append({&character, 1}), *this; }
+  ///@}
 
-  /// The text; valid until the object changes.
+  /// The text; valid until the object changes. @{
   operator const char *() const noexcept { return data(); }
   std::string_view View() const noexcept { return {data(), size()}; }
+  ///@}
+  /// The number of bytes, without the terminator.
   int GetLength() const noexcept { return static_cast<int>(size()); }
+  /// Whether the text has no bytes.
   bool IsEmpty() const noexcept { return size() == 0; }
+  /// Makes the text empty.
   void Empty() noexcept {
     release();
     setEmpty();
   }
-  /// The byte at `index`, which may be that of the terminator; a bad index throws CInvalidArgException*.
+  /// The byte at `index`, which may be that of the terminator; a bad index throws CInvalidArgException*. @{
   char GetAt(int index) const;
   char operator[](int index) const { return GetAt(index); }
+  ///@}
+  /// Replaces the byte at `index`; a bad index, or that of the terminator, throws CInvalidArgException*.
   void SetAt(int index, char character);
 
+  /// Compares bytes, case-sensitive: a value below 0, 0, or above 0. Null counts as empty.
   int Compare(const char *other) const;
+  /// Compares ignoring ASCII case: a value below 0, 0, or above 0. Null counts as empty. @{
   int CompareNoCase(const char *other) const;
   int CollateNoCase(const char *other) const { return CompareNoCase(other); }
+  ///@}
 
-  /// Offset of the first match at or after `start`, or -1.
+  /// Offset of the first match at or after `start`, or -1. @{
   int Find(char character, int start = 0) const;
   int Find(const char *text, int start = 0) const;
+  ///@}
   /// Offset of the last match, or -1.
   int ReverseFind(char character) const;
 
-  /// A negative count or start is 0; a count past the end takes the rest.
+  /// The first, the middle or the last bytes. A negative count or start is 0; a count past the end takes the rest. @{
   CString Left(int count) const;
   CString Mid(int first) const;
   CString Mid(int first, int count) const;
   CString Right(int count) const;
+  ///@}
 
-  /// These return the new length.
+  /// Removes `count` bytes from `index` on and returns the new length. A negative index is 0.
   int Delete(int index, int count = 1);
+  /// Inserts at `index`, or at the nearest end if it is outside the text, and returns the new length. @{
   int Insert(int index, char character);
   int Insert(int index, const char *text);
+  ///@}
   /// Replaces each `from` by `to` and returns how many.
   int Replace(char from, char to);
   /// Removes the characters of `set` from both ends.
   CString &Trim(const char *set);
+  /// Removes `character` from the end, as often as it is there.
   CString &TrimRight(char character);
+  /// Changes the case of ASCII letters. @{
   CString &MakeUpper();
   CString &MakeLower();
+  ///@}
 
-  /// Replaces the text by printf-style output; the text itself may be one of the arguments.
+  /// Replaces the text by printf-style output; the text itself may be one of the arguments. @{
   void Format(const char *format, ...);
   void FormatV(const char *format, va_list arguments);
+  ///@}
   /// Loads the text with that id from the library's string table. Empties the text and returns false if there is none.
   bool LoadString(UINT id);
 
   /// A writable buffer for at least `minimum` bytes and a terminator; ReleaseBuffer ends its use.
   char *GetBuffer(int minimum);
+  /// A writable buffer of exactly `length` bytes and a terminator.
   char *GetBufferSetLength(int length);
   /// Cuts the text at `length`, or at the first terminator if `length` is -1.
   void ReleaseBuffer(int length = -1);
 
+  /// Compares bytes, case-sensitive; null counts as empty. @{
   friend bool operator==(const CString &a, const CString &b) noexcept { return a.View() == b.View(); }
   friend bool operator==(const CString &a, const char *b) { return a.Compare(b) == 0; }
   friend std::strong_ordering operator<=>(const CString &a, const CString &b) noexcept { return a.View() <=> b.View(); }
   friend std::strong_ordering operator<=>(const CString &a, const char *b) { return a.Compare(b) <=> 0; }
+  ///@}
+  /// `a` followed by `b`; null counts as empty. @{
   friend CString operator+(const CString &a, const CString &b) { return CString(a) += b; }
   friend CString operator+(const CString &a, const char *b) { return CString(a) += b; }
   friend CString operator+(const char *a, const CString &b) { return CString(a) += b; }
   friend CString operator+(const CString &a, char b) { return CString(a) += b; }
+  ///@}
 
 private:
   // A record has many members, each with a value and a tag of a few bytes, and most tags are literals. So a string

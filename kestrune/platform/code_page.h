@@ -5,10 +5,12 @@
 #include <string>
 #include <string_view>
 
-// The multi-byte code page of all narrow texts in the library, and the bounds of characters in it.
+/// \file
+/// The multi-byte code page of all narrow texts in the library, and the bounds of characters in it.
 
 namespace kestrune::platform {
 
+/// The number of the UTF-8 code page, the default.
 constexpr unsigned kUtf8 = 65001;
 
 /// Sets the code page of the process: 65001 (UTF-8, the default), 1252, 932, 936, 949, 950, or another page that the C
@@ -17,6 +19,7 @@ constexpr unsigned kUtf8 = 65001;
 /// in it.
 KESTRUNE_API bool SetCodePage(unsigned codePage);
 
+/// The number of the code page of the process.
 KESTRUNE_API unsigned GetCodePage();
 
 /// Whether the current page has lead and trail bytes (932, 936, 949, 950).

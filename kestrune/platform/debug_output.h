@@ -4,8 +4,12 @@
 
 #include <functional>
 
+/// \file
+/// The debug channel: what a load misses and why a save failed.
+
 namespace kestrune::platform {
 
+/// Receives each debug text; `text` is valid during the call.
 using DebugSink = std::function<void(const char *text)>;
 
 /// Sends the debug texts of the process to `sink`. An empty `sink` restores the default: the standard error stream if

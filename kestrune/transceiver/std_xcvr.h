@@ -5,12 +5,13 @@
 
 /// The transceiver file, root "StdXcvr". Each version reads the files of the others: what the file lacks keeps its
 /// default, what the class does not know is ignored.
+/// \sections{std_xcvr.cpp,CStdXcvr}
 class KESTRUNE_API CStdXcvr : public CXMLTopLevelFolder {
 public:
-  CStdXcvr();
-  CStdXcvr(const CStdXcvr &rhs);
-  ~CStdXcvr() override;
-  CStdXcvr &operator=(const CStdXcvr &rhs);
+  CStdXcvr();                               ///< With the header of a new file and no items.
+  CStdXcvr(const CStdXcvr &rhs);            ///< Copies header and all lists, not the file name.
+  ~CStdXcvr() override;                     ///< Does not save.
+  CStdXcvr &operator=(const CStdXcvr &rhs); ///< Copies header and all lists, not the file name.
 
   /// Sets the header values for this kind of file.
   void Init() override;
@@ -22,23 +23,24 @@ public:
   /// twice; everything else was read.
   virtual long LoadFromFile(const char *name);
 
-  CTransceivers Transceivers;
+  CTransceivers Transceivers; ///< The list.
 
 private:
   struct Members;
 };
 
 /// The transceiver file of the second version. It reads and writes its own list; the first version's list stays empty.
+/// \sections{std_xcvr.cpp,CStdXcvr2}
 class KESTRUNE_API CStdXcvr2 : public CStdXcvr {
 public:
-  CStdXcvr2();
-  CStdXcvr2(const CStdXcvr2 &rhs);
-  ~CStdXcvr2() override;
-  CStdXcvr2 &operator=(const CStdXcvr2 &rhs);
+  CStdXcvr2();                                ///< With the header of a new file and no items.
+  CStdXcvr2(const CStdXcvr2 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CStdXcvr2() override;                      ///< Does not save.
+  CStdXcvr2 &operator=(const CStdXcvr2 &rhs); ///< Copies header and all lists, not the file name.
 
   void pushMembers() override;
 
-  CTransceivers2 Transceivers2;
+  CTransceivers2 Transceivers2; ///< The list.
 
 private:
   struct Members;
@@ -46,14 +48,15 @@ private:
 
 /// The transceiver file of the third version; a load merges the user's own file into its list. It reads and writes its
 /// own list; the lists of the older versions stay empty.
+/// \sections{std_xcvr.cpp,CStdXcvr3}
 class KESTRUNE_API CStdXcvr3 : public CStdXcvr2 {
 public:
-  CStdXcvr3();
-  CStdXcvr3(const CStdXcvr3 &rhs);
-  ~CStdXcvr3() override;
-  CStdXcvr3 &operator=(const CStdXcvr3 &rhs);
+  CStdXcvr3();                                ///< With the header of a new file and no items.
+  CStdXcvr3(const CStdXcvr3 &rhs);            ///< Copies header and all lists, not the file name.
+  ~CStdXcvr3() override;                      ///< Does not save.
+  CStdXcvr3 &operator=(const CStdXcvr3 &rhs); ///< Copies header and all lists, not the file name.
 
-  void Init() override;
+  void Init() override; ///< Sets the header of a new file; the items stay.
   void pushMembers() override;
 
   using CStdXcvr2::LoadFromFile;
@@ -66,7 +69,7 @@ public:
   /// (text 101) if a `std_id` that has to be compared is not a number; the items added before it stay.
   long LoadFromFile(const char *name) override;
 
-  CTransceivers3 Transceivers3;
+  CTransceivers3 Transceivers3; ///< The list.
 
 private:
   struct Members;

@@ -4,13 +4,15 @@
 #include "kestrune/xml/xml_collection.h"
 
 /// One kind of transceiver, element "Transceiver". Members hold the text of the file and are named like their tags.
+/// \members{transceivers.cpp,CTransceiver}
 class KESTRUNE_API CTransceiver : public CXMLFolder {
 public:
-  CTransceiver();
+  CTransceiver(); ///< Every member has its default text.
+  /// With that name; every other member has its default text.
   explicit CTransceiver(const char *name);
-  CTransceiver(const CTransceiver &rhs);
-  ~CTransceiver() override;
-  CTransceiver &operator=(const CTransceiver &rhs);
+  CTransceiver(const CTransceiver &rhs);            ///< Copies all members.
+  ~CTransceiver() override;                         ///< Does not save.
+  CTransceiver &operator=(const CTransceiver &rhs); ///< Copies all members.
 
   /// Sets the members' tags, and resets the members that have a default of their own.
   void Init() override;
@@ -18,18 +20,18 @@ public:
   CString Key() const override;
   void pushMembers() override;
 
-  CXMLBoolAttribute TevroskApproved;
-  CXMLAttribute Name;
+  CXMLBoolAttribute TevroskApproved; ///< Whether it is approved under the interoperability brand.
+  CXMLAttribute Name;                ///< The name, by which a collection finds it.
   /// The number that FindByID compares: decimal, hexadecimal with 0x, or octal with a leading 0.
   CXMLElement std_id;
-  CXMLElement support_level;
-  CXMLElement ChannelTypeNumber;
+  CXMLElement support_level;     ///< The support level, a text of any form.
+  CXMLElement ChannelTypeNumber; ///< The number of the channel type.
   /// A second number; no search uses it.
   CXMLElement std_xcvr_id;
-  CXMLBoolAttribute UsesVorlanComPort;
-  CTransceiverTiming Timing;
-  CTransceiverChannel Channel;
-  CTransceiverModeSpec ModeSpec;
+  CXMLBoolAttribute UsesVorlanComPort; ///< Whether it uses the chip's communications port.
+  CTransceiverTiming Timing;           ///< The timing parameters.
+  CTransceiverChannel Channel;         ///< The channel parameters.
+  CTransceiverModeSpec ModeSpec;       ///< The mode parameters.
 
 private:
   struct Members;
@@ -38,19 +40,21 @@ private:
 };
 
 /// A transceiver in the second version of the record.
+/// \members{transceivers.cpp,CTransceiver2}
 class KESTRUNE_API CTransceiver2 : public CTransceiver {
 public:
-  CTransceiver2();
+  CTransceiver2(); ///< Every member has its default text.
+  /// With that name; every other member has its default text.
   explicit CTransceiver2(const char *name);
-  CTransceiver2(const CTransceiver2 &rhs);
-  ~CTransceiver2() override;
-  CTransceiver2 &operator=(const CTransceiver2 &rhs);
+  CTransceiver2(const CTransceiver2 &rhs);            ///< Copies all members.
+  ~CTransceiver2() override;                          ///< Does not save.
+  CTransceiver2 &operator=(const CTransceiver2 &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   void pushMembers() override;
 
-  CXMLBoolAttribute SignalStrengthIndicator;
-  CXMLBoolAttribute SupportAlternateClockRates;
+  CXMLBoolAttribute SignalStrengthIndicator;    ///< Whether it has a signal strength indicator.
+  CXMLBoolAttribute SupportAlternateClockRates; ///< Whether it supports alternate clock rates.
 
 private:
   struct Members;
@@ -60,15 +64,17 @@ private:
 
 /// A transceiver in the third version of the record. `ModeSpec2` holds the mode parameters of the file. `ModeSpec` is
 /// neither read nor written; `Load`, `LoadFromFile` and assignment copy into it what it shares with `ModeSpec2`.
+/// \members{transceivers.cpp,CTransceiver3}
 class KESTRUNE_API CTransceiver3 : public CTransceiver2 {
 public:
-  CTransceiver3();
+  CTransceiver3(); ///< Every member has its default text.
+  /// With that name; every other member has its default text.
   explicit CTransceiver3(const char *name);
-  CTransceiver3(const CTransceiver3 &rhs);
-  ~CTransceiver3() override;
-  CTransceiver3 &operator=(const CTransceiver3 &rhs);
+  CTransceiver3(const CTransceiver3 &rhs);            ///< Copies all members.
+  ~CTransceiver3() override;                          ///< Does not save.
+  CTransceiver3 &operator=(const CTransceiver3 &rhs); ///< Copies all members.
 
-  void Init() override;
+  void Init() override; ///< Sets all tags, and the texts that have a default in the table.
   /// As the base, and then copies `ModeSpec2` to `ModeSpec`, whatever the base returned.
   long Load(MSXML::IXMLDOMElement *parent) override;
   /// Reads a single transceiver from a file with the root element "Transceiver", as the base does, and then copies
@@ -80,8 +86,8 @@ public:
   /// when anything is left after the number.
   unsigned int GetSchedulerMode() const;
 
-  CTransceiverModeSpec2 ModeSpec2;
-  CXMLElement SchedulerMode;
+  CTransceiverModeSpec2 ModeSpec2; ///< The mode parameters; in the file in the place of `ModeSpec`.
+  CXMLElement SchedulerMode;       ///< The scheduler mode, a decimal number or "Unassigned".
 
 private:
   struct Members;
@@ -90,12 +96,12 @@ private:
 /// A list of transceivers, element "Transceivers".
 class KESTRUNE_API CTransceivers : public CXMLCollectionFolder {
 public:
-  CTransceivers();
-  CTransceivers(const CTransceivers &rhs);
-  ~CTransceivers() override;
-  CTransceivers &operator=(const CTransceivers &rhs);
+  CTransceivers();                                    ///< Without items.
+  CTransceivers(const CTransceivers &rhs);            ///< Copies all items.
+  ~CTransceivers() override;                          ///< Destroys the items.
+  CTransceivers &operator=(const CTransceivers &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
 
   /// Adds a transceiver with that name and the default of every other member, and returns it; the collection owns it.
   /// Returns null when `name` is null, empty or already present.
@@ -115,14 +121,18 @@ protected:
 /// A list of transceivers of the second version, with the same operations.
 class KESTRUNE_API CTransceivers2 : public CTransceivers {
 public:
-  CTransceivers2();
-  CTransceivers2(const CTransceivers2 &rhs);
-  ~CTransceivers2() override;
-  CTransceivers2 &operator=(const CTransceivers2 &rhs);
+  CTransceivers2();                                     ///< Without items.
+  CTransceivers2(const CTransceivers2 &rhs);            ///< Copies all items.
+  ~CTransceivers2() override;                           ///< Destroys the items.
+  CTransceivers2 &operator=(const CTransceivers2 &rhs); ///< Copies all items.
 
+  /// \copydoc CTransceivers::Add
   CTransceiver2 *Add(const char *name);
+  /// \copydoc CTransceivers::operator[]
   CTransceiver2 *operator[](int index);
+  /// \copydoc CTransceivers::Find
   CTransceiver2 *Find(const char *name);
+  /// \copydoc CTransceivers::FindByID
   CTransceiver2 *FindByID(int id);
 
 protected:
@@ -132,14 +142,18 @@ protected:
 /// A list of transceivers of the third version, with the same operations.
 class KESTRUNE_API CTransceivers3 : public CTransceivers2 {
 public:
-  CTransceivers3();
-  CTransceivers3(const CTransceivers3 &rhs);
-  ~CTransceivers3() override;
-  CTransceivers3 &operator=(const CTransceivers3 &rhs);
+  CTransceivers3();                                     ///< Without items.
+  CTransceivers3(const CTransceivers3 &rhs);            ///< Copies all items.
+  ~CTransceivers3() override;                           ///< Destroys the items.
+  CTransceivers3 &operator=(const CTransceivers3 &rhs); ///< Copies all items.
 
+  /// \copydoc CTransceivers::Add
   CTransceiver3 *Add(const char *name);
+  /// \copydoc CTransceivers::operator[]
   CTransceiver3 *operator[](int index);
+  /// \copydoc CTransceivers::Find
   CTransceiver3 *Find(const char *name);
+  /// \copydoc CTransceivers::FindByID
   CTransceiver3 *FindByID(int id);
 
 protected:

@@ -10,55 +10,60 @@
 #include <type_traits>
 #include <utility>
 
-// A record is described by a table: one row for each member, in the order of the file. The class declares
-// `struct Members;`, which may be private, and defines it next to its operations, which are then one line each:
-//
-//     struct CClock::Members : RecordMembers<Members, CClock> {
-//       static constexpr auto rows = std::tuple{
-//           Row{&CClock::m_value, "Value", "10000"},    // tag and default
-//           Row{&CClock::m_description, "Description"}, // tag; the field's class has the default
-//           Row{&CClock::m_multipliers},                // a folder sets its own tag
-//       };
-//     };
-//
-//     CClock::CClock() { Members::construct(*this, "Clock"); }
-//     CClock &CClock::operator=(const CClock &rhs) { return Members::copy(*this, rhs); }
-//     void CClock::Init() { Members::init(*this); }
-//     void CClock::pushMembers() { Members::push(*this); }
-//
-// The class of a field determines whether it is an attribute, an element or a folder. A later version of a record
-// names the version before it, `RecordMembers<Members, CVorlanModel2, CVorlanModel>`, and lists only its own members.
-// A record with a field that is in no row does not compile, so the size of fields that are not stored is declared:
-// `static constexpr std::size_t unstored = ...`.
+/// \file
+/// A record is described by a table: one row for each member, in the order of the file. The class declares
+/// `struct Members;`, which may be private, and defines it next to its operations, which are then one line each:
+///
+///     struct CClock::Members : RecordMembers<Members, CClock> {
+///       static constexpr auto rows = std::tuple{
+///           Row{&CClock::m_value, "Value", "10000"},    // tag and default
+///           Row{&CClock::m_description, "Description"}, // tag; the field's class has the default
+///           Row{&CClock::m_multipliers},                // a folder sets its own tag
+///       };
+///     };
+///
+///     CClock::CClock() { Members::construct(*this, "Clock"); }
+///     CClock &CClock::operator=(const CClock &rhs) { return Members::copy(*this, rhs); }
+///     void CClock::Init() { Members::init(*this); }
+///     void CClock::pushMembers() { Members::push(*this); }
+///
+/// The class of a field determines whether it is an attribute, an element or a folder. A later version of a record
+/// names the version before it, `RecordMembers<Members, CVorlanModel2, CVorlanModel>`, and lists only its own members.
+/// A record with a field that is in no row does not compile, so the size of fields that are not stored is declared:
+/// `static constexpr std::size_t unstored = ...`.
 
 namespace kestrune {
 
 /// A row of a record's table, independent of the class of the record.
 struct MemberRow {
-  CXMLPersistent &(*field)(CXMLFolder &record);
-  const char *defaultText; // null for a folder
+  CXMLPersistent &(*field)(CXMLFolder &record); ///< Returns the field of a record.
+  const char *defaultText;                      ///< Null for a folder.
 };
 
 } // namespace kestrune
 
+/// The table of a record. `Members` derives from it and has the rows; `Base` is the version before, or CXMLFolder.
 template <class Members, class Record, class Base = CXMLFolder>
 struct RecordMembers {
   /// A member: its field and, for a value, its tag and default, which must be literals. Without a default, the field
   /// keeps the text that its class starts with.
   template <class Field>
   struct Row {
+    /// A folder or collection.
     constexpr Row(Field Record::*folder) requires std::derived_from<Field, CXMLFolder> : field(folder) {}
+    /// A value.
     constexpr Row(Field Record::*value, const char *itsTag,
                   const char *itsDefault = nullptr) requires(!std::derived_from<Field, CXMLFolder>)
         : field(value), tag(itsTag), defaultText(itsDefault) {}
 
-    Field Record::*field;
-    const char *tag = nullptr;
-    const char *defaultText = nullptr;
+    Field Record::*field;              ///< The field of the record.
+    const char *tag = nullptr;         ///< The name in the file; null for a folder, which has its own.
+    const char *defaultText = nullptr; ///< The default; null if the field keeps that of its class.
   };
-  // Needed by clang 14, which makes no implicit deduction guides for a template inside a template.
+  /// The guide for a folder. Clang 14 makes no implicit deduction guides for a template inside a template.
   template <class Field>
   Row(Field Record::*) -> Row<Field>;
+  /// The guide for a value.
   template <class Field>
   Row(Field Record::*, const char *, const char * = nullptr) -> Row<Field>;
 
@@ -72,7 +77,7 @@ struct RecordMembers {
     record.CXMLFolder::operator=(tag);
     construct(record);
   }
-  /// The same for a later version, whose base has set the tag.
+  /// For the constructor of a later version, whose base has set the tag.
   static void construct(Record &record) {
     initFields(record);
     record.Record::pushMembers();
@@ -196,6 +201,7 @@ private:
 template <class Members, class Document, class Base = CXMLTopLevelFolder>
 struct DocumentMembers : RecordMembers<Members, Document, Base> {
   using RecordMembers<Members, Document, Base>::construct;
+  /// For the constructor of the first version: sets the document's tag and text to `tag`, and initialises the rest.
   static void construct(Document &document, const char *tag) {
     document.PutTag(CString(tag));
     document.CXMLFolder::operator=(tag);
@@ -203,11 +209,13 @@ struct DocumentMembers : RecordMembers<Members, Document, Base> {
     document.Document::pushMembers();
   }
 
+  /// pushMembers: the header, followed by the document's own sections.
   static void push(Document &document) {
     document.CXMLTopLevelFolder::pushMembers();
     DocumentMembers::append(document);
   }
 
+  /// The header and the document's own sections.
   static constexpr auto allRows() {
     return DocumentMembers::join(std::array{kestrune::MemberRow{
         [](CXMLFolder &document) -> CXMLPersistent & { return static_cast<CXMLTopLevelFolder &>(document).Contents; },

@@ -2,6 +2,9 @@
 
 #include "kestrune/xml/xml_folder.h"
 
+/// \file
+/// A save that replaces the file as a whole.
+
 namespace kestrune {
 
 /// Saves `folder` like its SaveToFile, with the same arguments and results, but the file always has either the complete

@@ -21,16 +21,18 @@ ItemClass ItemClassOf(CXMLCollectionFolder &collection);
 /// `operator=` calls assignCollection.
 class KESTRUNE_API CXMLCollectionFolder : public CXMLFolder {
 public:
-  CXMLCollectionFolder();
+  CXMLCollectionFolder(); ///< Empty and without tags.
   /// Copies the tags of `rhs` but no item: the typed collection copies those.
   CXMLCollectionFolder(const CXMLCollectionFolder &rhs);
-  ~CXMLCollectionFolder() override;
+  ~CXMLCollectionFolder() override; ///< Destroys the items.
   /// Copies tag, text, item tag and key name from `rhs`, and clears the list even if `rhs` is this collection, so that
   /// a loop over the items of `rhs` after it ends at once. A typed collection calls assignCollection instead.
   CXMLCollectionFolder &operator=(const CXMLCollectionFolder &rhs);
   using CXMLFolder::operator=;
 
+  /// Sets or clears the modified flag of the collection and of everything in it.
   void PutModified(unsigned char modified) override;
+  /// Writes the collection's element, with all items, into `parent`, which is `level` deep. Throws _com_error.
   IXMLDOMElementPtr Save(IXMLDOMElementPtr parent, int level) override;
   /// Replaces the items by those in `parent`, the collection's own element. An element without the key attribute is
   /// ignored. One with an empty key, or a key that is already present, is skipped and counts as KRX_E_DUPLICATE_KEY.
@@ -43,7 +45,7 @@ protected:
   /// Adds a new item with the item tag and returns it; the caller sets its key. Returns null, and changes nothing, when
   /// `key` is null or empty, when FindItem finds it, or when there is no NewFolder.
   virtual CXMLFolder *AddCollectionItem(const char *key);
-  /// Makes an item, which the collection will own. Returns null here; every typed collection overrides it.
+  /// Makes an item of the collection's class, which the collection will own. The base knows none and returns null.
   virtual CXMLFolder *NewFolder();
 
 public:
@@ -58,6 +60,7 @@ public:
   void setTags(const char *tag, const char *itemTag, const char *keyName);
   /// Same as AddCollectionItem.
   CXMLFolder *Add(const char *key);
+  /// The number of items.
   int Count() const;
   /// The item at `index`; throws std::out_of_range outside the list.
   CXMLFolder *operator[](int index);
@@ -110,11 +113,12 @@ protected:
 
   /// Same as AddCollectionItem, but `acceptDuplicate` also accepts a key that is already present.
   CXMLFolder *addItem(const char *key, bool acceptDuplicate);
+  /// Destroys the item at `index`, which must exist.
   void removeAt(std::size_t index);
 
-  std::vector<std::unique_ptr<CXMLFolder>> m_items;
-  CString m_itemTag;
-  CString m_keyName;
+  std::vector<std::unique_ptr<CXMLFolder>> m_items; ///< The items, in the order in which they were added.
+  CString m_itemTag;                                ///< The name of each item's element.
+  CString m_keyName;                                ///< The name of the attribute with an item's key.
 
 private:
   class KeyIndex;
@@ -146,9 +150,11 @@ private:
 /// A collection that can accept items with equal keys, and from which items can be removed by position.
 class KESTRUNE_API CXMLCollectionFolder2 : public CXMLCollectionFolder {
 public:
-  CXMLCollectionFolder2();
+  CXMLCollectionFolder2(); ///< Empty and without tags.
+  /// Copies the tags of `rhs` but no item: the typed collection copies those.
   CXMLCollectionFolder2(const CXMLCollectionFolder2 &rhs);
-  ~CXMLCollectionFolder2() override;
+  ~CXMLCollectionFolder2() override; ///< Destroys the items.
+  /// As the base, and copies whether keys are ignored.
   CXMLCollectionFolder2 &operator=(const CXMLCollectionFolder2 &rhs);
   using CXMLCollectionFolder::operator=;
 
@@ -165,7 +171,8 @@ protected:
     m_ignoreKey = rhs.m_ignoreKey;
   }
 
+  /// As the base, but accepts a key that is already present if keys are ignored.
   CXMLFolder *AddCollectionItem(const char *key) override;
 
-  int m_ignoreKey = 0;
+  int m_ignoreKey = 0; ///< Non-zero: items with a key that is already present are accepted.
 };

@@ -4,15 +4,16 @@
 #include "kestrune/export.h"
 #include "kestrune/platform/c_string.h"
 
-// The functions that connect the persistent classes to the XML tree, and text conversions for programs. All are
-// stateless.
+/// \file
+/// The functions that connect the persistent classes to the XML tree, and text conversions for programs. All are
+/// stateless.
 
 /// Stores the text of the first descendant element of `parent` called `name` in `value` and returns true. If there is
 /// none or the tree fails, empties `value` and returns false.
 KESTRUNE_API bool getElementValue(IXMLDOMElementPtr parent, const char *name, CString &value);
 
 /// Replaces the text of the first descendant element called `name`. Returns false, and changes nothing, if there is
-/// none.
+/// none or the tree fails.
 KESTRUNE_API bool setElementValue(IXMLDOMElementPtr parent, const char *name, const char *value);
 
 /// Stores attribute `name` of `parent` itself, which may be empty, in `value` and returns true. Otherwise empties
@@ -37,7 +38,7 @@ KESTRUNE_API CString IntToCString(int value);
 /// The number as "0x" and capital hexadecimal digits: 255 becomes "0xFF", -1 becomes "0xFFFFFFFF".
 KESTRUNE_API CString IntToHexStr(int value);
 
-/// The same without the prefix, in at least two digits: 5 becomes "05".
+/// The number in capital hexadecimal digits, at least two, without a prefix: 5 becomes "05".
 KESTRUNE_API CString IntToHexStrNoX(int value);
 
 /// The hexadecimal number at the start of a text, with or without "0x", as decimal text; "0" if there is none.

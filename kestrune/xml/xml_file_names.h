@@ -3,21 +3,22 @@
 #include "kestrune/xml/xml_collection.h"
 
 /// A file name with option flags.
+/// \members{xml_file_names.cpp,CXMLFileName}
 class KESTRUNE_API CXMLFileName : public CXMLFolder {
 public:
-  CXMLFileName();
+  CXMLFileName(); ///< Every member has its default text.
   /// Sets the tag of the element, and the tag that replaces "Name" for the attribute.
   CXMLFileName(const char *tag, const char *keyName);
-  CXMLFileName(const CXMLFileName &rhs);
-  ~CXMLFileName() override;
-  CXMLFileName &operator=(const CXMLFileName &rhs);
+  CXMLFileName(const CXMLFileName &rhs);            ///< Copies all members.
+  ~CXMLFileName() override;                         ///< Does not save.
+  CXMLFileName &operator=(const CXMLFileName &rhs); ///< Copies all members.
 
   /// The file name.
   CString Key() const override;
   void pushMembers() override;
 
-  CXMLAttribute Name;
-  /// Hexadecimal text, "0x0" by default.
+  CXMLAttribute Name; ///< The file name, by which a list finds it.
+  /// The option flags: hexadecimal text, "0x0" by default. Their meaning is up to the caller.
   CXMLHexElement OptionFlags;
 
 private:
@@ -27,12 +28,12 @@ private:
 /// A list of file names.
 class KESTRUNE_API CXMLFileNames : public CXMLCollectionFolder {
 public:
-  CXMLFileNames();
-  CXMLFileNames(const CXMLFileNames &rhs);
-  ~CXMLFileNames() override;
-  CXMLFileNames &operator=(const CXMLFileNames &rhs);
+  CXMLFileNames();                                    ///< Without items.
+  CXMLFileNames(const CXMLFileNames &rhs);            ///< Copies all items.
+  ~CXMLFileNames() override;                          ///< Destroys the items.
+  CXMLFileNames &operator=(const CXMLFileNames &rhs); ///< Copies all items.
 
-  void Init() override;
+  void Init() override; ///< Sets the tags of the list and its items.
   void pushMembers() override;
 
   /// Adds a file name and returns it; the collection owns it. Returns null when `key` is null, empty or already

@@ -21,9 +21,9 @@ std::vector<MemberView> MembersOf(CXMLFolder &folder);
 /// written to a file.
 class KESTRUNE_API CXMLFolder : public CXMLPersistent {
 public:
-  CXMLFolder();
-  CXMLFolder(const CXMLFolder &rhs);
-  ~CXMLFolder() override;
+  CXMLFolder();                      ///< The default text and the default tag, without members.
+  CXMLFolder(const CXMLFolder &rhs); ///< Copies as the assignment does.
+  ~CXMLFolder() override;            ///< Does not save.
 
   /// Copies tag and text and rebuilds the member list. The remembered file name becomes empty.
   CXMLFolder &operator=(const CXMLFolder &rhs);

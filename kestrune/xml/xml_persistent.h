@@ -5,6 +5,9 @@
 #include "kestrune/platform/c_string.h"
 #include "kestrune/xml/xml_dom.h"
 
+/// \file
+/// The values of a record: one text each.
+
 namespace kestrune {
 /// The default text of a value, and its tag if none was given.
 constexpr const char *kUnassigned = "Unassigned";
@@ -18,31 +21,38 @@ constexpr const char *kHexDefault = "0xFFFF";
 /// "Unassigned", the default tag "Undefined". CXMLPersistent itself is stored as an attribute.
 class KESTRUNE_API CXMLPersistent : public CString {
 public:
-  CXMLPersistent();
+  CXMLPersistent(); ///< The default text and the default tag.
   /// The default text with that tag.
   explicit CXMLPersistent(CString &tag);
+  /// Starts empty and takes tag and text of `rhs`, as the assignment does.
   CXMLPersistent(const CXMLPersistent &rhs);
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Woverloaded-virtual" // every record's Init() hides them, as intended
   /// Sets the tag and the default text; null means "Unassigned" for either. A `value` of 0 also means "Unassigned", not
-  /// "0"; any other number is assigned in decimal.
+  /// "0"; any other number is assigned in decimal. @{
   virtual void Init(const char *tag, int value);
   virtual void Init(const char *tag, const char *value);
+  ///@}
 #pragma GCC diagnostic pop
 
 protected:
+  /// Sets tag and text to their defaults. A record sets the tags of all members, and the texts that have a default in
+  /// its table, and rebuilds its member list.
   virtual void Init();
 
 public:
   /// Non-zero if an assignment has changed the text since the flag was last cleared.
   virtual unsigned char GetModified() const;
+  /// Sets or clears the modified flag.
   virtual void PutModified(unsigned char modified);
+  /// A copy of the tag.
   virtual CString GetTag() const;
+  /// Replaces the tag.
   virtual void PutTag(const CString &tag);
   /// Whether this is a folder, with members of its own.
   virtual bool isFolder();
-  virtual ~CXMLPersistent();
+  virtual ~CXMLPersistent(); ///< Does not save.
 
   /// Writes the value into `parent`, which is at depth `level`, and returns the element that contains it. Throws
   /// _com_error.
@@ -69,42 +79,49 @@ protected:
   /// Throws the CKRXException* (text 101) for a text that does not convert, with tag and text in its message.
   [[noreturn]] void throwBadValue() const;
 
-  CString m_tag;
-  unsigned char m_modified = 0;
+  CString m_tag;                ///< The name in the file.
+  unsigned char m_modified = 0; ///< The modified flag.
 };
 
 /// A value stored as an attribute of its folder's element.
 class KESTRUNE_API CXMLAttribute : public CXMLPersistent {
 public:
-  CXMLAttribute() = default;
-  CXMLAttribute(const CXMLAttribute &rhs);
+  CXMLAttribute() = default;               ///< The default text.
+  CXMLAttribute(const CXMLAttribute &rhs); ///< Copies tag and text.
+  /// Copies the text, and the tag unless that of `rhs` is empty.
   CXMLAttribute &operator=(const CXMLAttribute &rhs);
   CXMLAttribute &operator=(const char *text) override;
+  /// Assigns the number in decimal.
   CXMLAttribute &operator=(int value);
 };
 
 /// A truth value, "TRUE" or "FALSE", stored as an attribute. A wrong text is only detected when it is converted.
 class KESTRUNE_API CXMLBoolAttribute : public CXMLAttribute {
 public:
-  CXMLBoolAttribute() = default;
-  CXMLBoolAttribute(const CXMLBoolAttribute &rhs);
+  CXMLBoolAttribute() = default;                   ///< The default text.
+  CXMLBoolAttribute(const CXMLBoolAttribute &rhs); ///< Copies tag and text.
+  /// Copies the text, and the tag unless that of `rhs` is empty.
   CXMLBoolAttribute &operator=(const CXMLBoolAttribute &rhs);
 
   using CXMLAttribute::Init;
+  /// Sets the tag, null meaning "Unassigned", and assigns "TRUE" or "FALSE".
   virtual void Init(const char *tag, bool value);
 
   using CXMLAttribute::operator=;
+  /// Assigns "TRUE" or "FALSE".
   CXMLBoolAttribute &operator=(bool value);
   /// The platform's TRUE and FALSE are numbers: 0 becomes "FALSE", anything else "TRUE".
   CXMLBoolAttribute &operator=(int value) { return *this = value != 0; }
 
-  /// 1 for TRUE and 0 for FALSE, ignoring case. Throws CKRXException* (text 101) for any other text.
+  /// 1 for TRUE and 0 for FALSE, ignoring case. Throws CKRXException* (text 101) for any other text. @{
   operator int();
   operator int() const;
+  ///@}
   /// True if the text is TRUE: despite its name it returns the value itself, not the opposite. Throws like the
-  /// conversion to int.
+  /// conversion to int. @{
   bool operator!();
   bool operator!() const;
+  ///@}
 
 protected:
   void Init() override;
@@ -113,25 +130,29 @@ protected:
 /// A value stored as a child element of its folder's element.
 class KESTRUNE_API CXMLElement : public CXMLPersistent {
 public:
-  CXMLElement() = default;
-  CXMLElement(const CXMLElement &rhs);
+  CXMLElement() = default;             ///< The default text.
+  CXMLElement(const CXMLElement &rhs); ///< Copies tag and text.
+  /// Copies the text, and the tag unless that of `rhs` is empty.
   CXMLElement &operator=(const CXMLElement &rhs);
   IXMLDOMElementPtr Save(IXMLDOMElementPtr parent, int level) override;
   long Load(MSXML::IXMLDOMElement *parent) override;
   CXMLElement &operator=(const char *text) override;
+  /// Assigns the number in decimal.
   CXMLElement &operator=(int value);
 };
 
 /// A hexadecimal number, such as "0x1F", stored as a child element. The default text is "0xFFFF".
 class KESTRUNE_API CXMLHexElement : public CXMLElement {
 public:
-  CXMLHexElement();
-  CXMLHexElement(const CXMLHexElement &rhs);
+  CXMLHexElement();                          ///< The default text.
+  CXMLHexElement(const CXMLHexElement &rhs); ///< Copies tag and text.
+  /// Copies the text, and the tag unless that of `rhs` is empty.
   CXMLHexElement &operator=(const CXMLHexElement &rhs);
   using CXMLElement::Init;
-  /// As the base, but numbers are assigned in hexadecimal, and 0 as "0x0".
+  /// As the base, but numbers are assigned in hexadecimal, and 0 as "0x0". @{
   void Init(const char *tag, int value) override;
   void Init(const char *tag, const char *value) override;
+  ///@}
   /// Unlike the base, sets the flag if the text differs.
   long Load(MSXML::IXMLDOMElement *parent) override;
   /// As the base, but "0" becomes "0x0", and a text without "0x" is reported to the debug channel.
