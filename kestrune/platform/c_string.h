@@ -135,8 +135,7 @@ private:
   // A record has many members, each with a value and a tag of a few bytes, and most tags are literals. So a string
   // takes 16 bytes: up to 15 bytes of text in place, filled up with zeros, or a pointer and a length. The last byte
   // says which: for a text in place it is 15 minus the length, so that it also terminates a text of 15 bytes; otherwise
-  // it is one of the marks below. So equal bytes are equal texts, and in place the
-  // reverse is true too.
+  // it is one of the marks below. So equal bytes are equal texts, and in place the reverse is true too.
   static constexpr std::size_t kInPlace = 15;
   static constexpr unsigned char kLiteral = 0x20;
   static constexpr unsigned char kOnHeap = 0x40; // counts its owners; who changes it must be the only one
@@ -184,7 +183,7 @@ private:
   void share();
   void freeHeap() noexcept;
   void setLength(std::size_t length) noexcept;
-  /// Gives an empty object in place a buffer for `length` bytes or a little more, but of `room` bytes on the heap.
+  /// For an empty object: a buffer for `length` bytes, in place if they fit there, otherwise for `room` on the heap.
   char *allocate(std::size_t length, std::size_t room);
   /// The buffer, if it belongs to this object alone and has room for `length` bytes; otherwise null.
   char *ownBuffer(std::size_t length) noexcept;
