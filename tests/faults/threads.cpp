@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <thread>
 
-// Threads that share nothing but the library: each has its own documents and files. This program reports wrong answers;
-// the thread sanitizer reports data races.
+// Threads that have their own documents and files, and copies of one text and one document. This program reports wrong
+// answers; the thread sanitizer reports data races.
 
 namespace {
 
@@ -46,7 +46,26 @@ void throwOnce() {
   }
 }
 
-void work(int thread) {
+/// Changes copies whose texts are shared with those of the other threads.
+void changeCopies(const CString &text, CVorlanTyp4 &document, const std::string &ownFile) {
+  CString changed = text;
+  changed += ownFile.c_str();
+  demand(changed.Find(ownFile.c_str()) == text.GetLength() && changed != text, "a changed text");
+  changed = text;
+  changed.SetAt(0, 't');
+  demand(text[0] == 'T', "the text of the other threads");
+
+  CVorlanModel4 *const model = document.VorlanModels4.FindByName("Three");
+  model->TransceiverList = changed;
+  model->ImageName.MakeUpper();
+  demand(document.SaveToFile(ownFile.c_str(), nullptr, TRUE) == S_OK, "a save of a copy");
+  CVorlanTyp4 again;
+  demand(again.CXMLFolder::LoadFromFile(ownFile.c_str(), nullptr) >= 0, "a load of a copy");
+  const CVorlanModel4 *const saved = again.VorlanModels4.FindByName("Three");
+  demand(saved != nullptr && saved->TransceiverList == changed, "the change of a copy");
+}
+
+void work(int thread, CString text, std::unique_ptr<CVorlanTyp4> copy) {
   CoInitialize(nullptr);
   const std::string own = "thread" + std::to_string(thread) + ".xml";
   for (int round = 0; round < kRounds; ++round) {
@@ -68,7 +87,9 @@ void work(int thread) {
     CFilename absolute;
     demand(CFilename("$StdVorlanTyp$").GetAbsolute(absolute, nullptr) && absolute.FileExists() != 0, "a macro name");
     throwOnce();
+    changeCopies(text, *std::make_unique<CVorlanTyp4>(*copy), own);
   }
+  copy.reset();
   CoUninitialize();
 }
 
@@ -77,8 +98,16 @@ void work(int thread) {
 int main() {
   const faults::WorkFolder folder;
   std::vector<std::thread> threads;
-  for (int thread = 0; thread < kThreads; ++thread)
-    threads.emplace_back(work, thread);
+  {
+    const CString text = "Text of all threads";
+    CVorlanTyp4 document;
+    CoInitialize(nullptr);
+    document.LoadFromFile("Types/Vorlan.xml");
+    CoUninitialize();
+    document.VorlanModels4.FindByName("Three")->ImageName = "Image of all threads";
+    for (int thread = 0; thread < kThreads; ++thread)
+      threads.emplace_back(work, thread, text, std::make_unique<CVorlanTyp4>(document));
+  }
   for (std::thread &thread : threads)
     thread.join();
   std::printf("%d threads, %d rounds each, %d wrong answers\n", kThreads, kRounds, wrong.load());
