@@ -1,10 +1,12 @@
 #include "kestrune/dom/builder.h"
 
+#include <algorithm>
+
 namespace kestrune::dom {
 
-void Builder::start(std::uint32_t name) {
-  if (!m_text.empty())
-    addTextNode();
+void Builder::start(std::uint32_t name, std::string_view before) {
+  if (const std::string_view text = textWith(before); !text.empty())
+    addTextNode(text);
   Element *const element = m_tree.newElement(name);
   element->order = ++m_elementCount;
   m_tree.names[name].elements.push_back(element);
@@ -28,12 +30,14 @@ void Builder::text(std::string_view piece) {
   m_text.append(piece);
 }
 
-void Builder::end() {
-  if (!m_text.empty() && m_open->first != nullptr) {
-    addTextNode();
-  } else if (!m_text.empty()) {
-    m_open->setOwnText(m_tree.keep(m_text));
-    m_text.clear();
+void Builder::end(std::string_view before) {
+  if (const std::string_view text = textWith(before); !text.empty()) {
+    if (m_open->first != nullptr) {
+      addTextNode(text);
+    } else {
+      m_open->setOwnText(m_tree.keep(text));
+      m_text.clear();
+    }
   }
   m_open->lastOrder = m_elementCount;
   m_open = m_open->parent;
@@ -44,10 +48,19 @@ void Builder::finish(std::size_t inputSize) {
   m_tree.indexed = true;
 }
 
+/// The whole text between two tags. Mostly it is one piece, which is kept without a copy in between.
+std::string_view Builder::textWith(std::string_view last) {
+  if (m_text.empty())
+    return last;
+  text(last);
+  return m_text;
+}
+
 /// Beside child elements white space alone is layout, and not kept.
-void Builder::addTextNode() {
-  if (m_text.find_first_not_of(" \t\r\n") != std::string::npos)
-    m_open->append(m_tree.newNode(Node::Kind::Text, 0, m_tree.keep(m_text)));
+void Builder::addTextNode(std::string_view text) {
+  const auto isLayout = [](char c) { return c == '\t' || c == '\n' || c == ' ' || c == '\r'; };
+  if (!std::all_of(text.begin(), text.end(), isLayout))
+    m_open->append(m_tree.newNode(Node::Kind::Text, 0, m_tree.keep(text)));
   m_text.clear();
 }
 

@@ -13,24 +13,28 @@ class Builder {
 public:
   explicit Builder(Tree &tree) : m_tree(tree) {}
 
-  /// An element begins. `name` is its number in the tree.
-  void start(std::uint32_t name);
+  /// An element begins. `name` is its number in the tree, `before` the last piece of the text in front of it.
+  void start(std::uint32_t name, std::string_view before = {});
   /// An attribute of the element that has just begun.
   void attribute(std::uint32_t name, std::string_view text);
   /// A piece of the text between two tags. Throws where the text has become too long.
   void text(std::string_view piece);
-  void end();
+  /// The open element ends. `before` is the last piece of the text in front of its end.
+  void end(std::string_view before = {});
   /// The whole input of `inputSize` bytes has been read.
   void finish(std::size_t inputSize);
+  /// The innermost element that has not ended, or null.
+  const Element *open() const { return m_open; }
 
 private:
-  void addTextNode();
+  std::string_view textWith(std::string_view last);
+  void addTextNode(std::string_view text);
 
   Tree &m_tree;
   Element *m_open = nullptr;
   Attribute **m_attribute = nullptr; // the place of the next one
   std::uint32_t m_elementCount = 0;
-  std::string m_text; // since the last tag
+  std::string m_text; // since the last tag, but for the last piece
 };
 
 } // namespace kestrune::dom

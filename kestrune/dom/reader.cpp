@@ -1,9 +1,10 @@
+#include "kestrune/dom/reader.h"
+
 #include "kestrune/dom/builder.h"
 #include "kestrune/dom/dom.h"
-#include "kestrune/dom/tree.h"
+#include "kestrune/dom/plain_reader.h"
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/drives.h"
-#include "kestrune/platform/input_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -50,10 +51,10 @@ struct Restart {
 /// Reads a file once into an empty tree, by Expat.
 class Reader {
 public:
-  Reader(Tree &tree, const std::string &path, MSXML::ParseError &failure)
-      : m_tree(tree), m_builder(tree), m_path(path), m_failure(failure) {}
+  Reader(Tree &tree, platform::InputFile &file, MSXML::ParseError &failure)
+      : m_tree(tree), m_builder(tree), m_file(file), m_failure(failure) {}
 
-  /// Reads the file as it is, or as `again` says. Returns false with either the failure or restart() set.
+  /// Reads the file as it is, or once more as `again` says. Returns false with either the failure or restart() set.
   bool read(const std::optional<Restart> &again) {
     const std::unique_ptr<XML_ParserStruct, ParserEnd> owner(XML_ParserCreate(again ? "UTF-8" : nullptr));
     if (!owner)
@@ -90,21 +91,22 @@ private:
   };
 
   bool feedFile() {
-    platform::InputFile file(m_path);
     while (true) {
       const std::size_t size = nextSize();
       void *const buffer = XML_GetBuffer(m_parser, static_cast<int>(size));
       if (buffer == nullptr)
         failForRoom();
-      const long count = file.read(buffer, size);
+      const long count = m_file.read(buffer, size);
       if (count < 0)
-        return setUnreadable(file.error());
+        return setUnreadable(m_file.error());
       m_inputSize += static_cast<std::size_t>(count);
       m_fedSize = m_inputSize;
       if (XML_ParseBuffer(m_parser, static_cast<int>(count), count == 0) != XML_STATUS_OK)
         return false;
       if (count == 0)
         return true;
+      if (m_tree.root != nullptr)
+        m_file.forget(); // behind the first tag nothing makes it restart
     }
   }
 
@@ -123,8 +125,10 @@ private:
 
   bool feedConverted(const Restart &restart) {
     std::string bytes;
-    if (platform::InputFile file(m_path); !file.readAll(bytes))
-      return setUnreadable(file.error());
+    m_file.rewind();
+    m_file.forget();
+    if (!m_file.readAll(bytes))
+      return setUnreadable(m_file.error());
     std::string text;
     const std::string encoding = encodingOf(bytes, restart.encoding);
     if (!platform::ConvertEncoding(bytes, encoding.c_str(), "UTF-8", text))
@@ -301,7 +305,7 @@ private:
 
   Tree &m_tree;
   Builder m_builder;
-  const std::string &m_path;
+  platform::InputFile &m_file;
   MSXML::ParseError &m_failure;
   XML_Parser m_parser = nullptr;
   std::string m_encoding;
@@ -320,6 +324,19 @@ private:
 
 } // namespace
 
+std::optional<Tree> ReadByExpat(MSXML::IXMLDOMDocument *document, platform::InputFile &file,
+                                MSXML::ParseError &failure) {
+  std::optional<Restart> again;
+  do {
+    std::optional<Tree> tree(std::in_place, document);
+    Reader reader(*tree, file, failure);
+    if (reader.read(again))
+      return tree;
+    again = reader.restart();
+  } while (again);
+  return std::nullopt;
+}
+
 } // namespace kestrune::dom
 
 bool MSXML::IXMLDOMDocument::load(const char *path) {
@@ -333,15 +350,17 @@ bool MSXML::IXMLDOMDocument::load(const char *path) {
     self.parseError.reason = std::generic_category().message(ENOENT).c_str();
     return false;
   }
-  std::optional<Restart> again;
-  do {
-    Tree tree(this);
-    Reader reader(tree, hostPath, self.parseError);
-    if (reader.read(again)) {
-      self.tree = std::move(tree);
-      return true;
-    }
-    again = reader.restart();
-  } while (again);
-  return false;
+  kestrune::platform::InputFile file(hostPath);
+  std::optional<Tree> tree;
+  if (file.isSeekable()) {
+    tree = ReadPlain(this, file);
+    if (!tree)
+      file.rewind();
+  }
+  if (!tree)
+    tree = ReadByExpat(this, file, self.parseError);
+  if (!tree)
+    return false;
+  self.tree = std::move(*tree);
+  return true;
 }

@@ -15,7 +15,9 @@ std::uint32_t Tree::intern(std::string_view name) {
   const auto number = static_cast<std::uint32_t>(names.size());
   if (number >= kNoName)
     Fail(E_FAIL, "too many names");
-  names.push_back({keep(name), {}, 0});
+  std::string padded(name);
+  padded.append(kNamePadding, '\0');
+  names.push_back({keep(padded).substr(0, name.size()), {}, 0});
   m_numbers.emplace(names.back().text, number);
   return number;
 }

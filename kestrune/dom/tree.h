@@ -30,6 +30,9 @@ public:
 
   static constexpr std::uint32_t kNoName = 0x3FFFFFFF;
 
+  /// The zero bytes behind each name.
+  static constexpr std::size_t kNamePadding = 8;
+
   struct Name {
     std::string_view text;
     std::vector<Element *> elements; // of a parsed document, in document order
