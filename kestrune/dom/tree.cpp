@@ -113,7 +113,7 @@ Node *Tree::newLayout(std::uint32_t length) {
 
 void *Tree::allocateBlock(std::size_t size) {
   const bool large = size > kBlockSize / 4;
-  m_blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(large ? size : kBlockSize));
+  m_blocks.push_back(std::make_unique_for_overwrite<std::byte[]>((large ? size : kBlockSize) + kReadableBehind));
   std::byte *const room = m_blocks.back().get();
   if (!large) { // else the block before goes on
     m_free = room + size;

@@ -88,6 +88,9 @@ public:
   /// The same with a line feed and `length` - 1 tabs, as a text node or in its place.
   void appendLayout(Element &parent, std::uint32_t length);
 
+  /// What can be read behind each text that the tree keeps, so that 16 bytes can be looked at at once.
+  static constexpr std::size_t kReadableBehind = 15;
+
   /// The tree's own copy of a UTF-8 text. Throws where it is too long for a CString.
   std::string_view keep(std::string_view text) {
     if (text.size() > kLongestText)

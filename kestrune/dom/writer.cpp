@@ -10,6 +10,11 @@
 #include <system_error>
 #include <vector>
 
+#if defined(__SSE2__) && !defined(KESTRUNE_NO_SIMD)
+#include <bit>
+#include <emmintrin.h>
+#endif
+
 namespace kestrune::dom {
 
 namespace {
@@ -44,6 +49,37 @@ constexpr Needs needsOf(std::string_view escaped) {
 constexpr Needs kTextNeeds = needsOf("&<>\r");
 constexpr Needs kAttributeNeeds = needsOf("&<\"\t\n\r");
 constexpr Needs kInstructionNeeds = needsOf("");
+
+/// The offset, at or after `at`, of the first byte of a text of the tree for which something has to be done, or its
+/// size. It may also stop for a byte that only other texts have to care about.
+#if defined(__SSE2__) && !defined(KESTRUNE_NO_SIMD)
+
+std::size_t skipPlain(std::string_view text, std::size_t at, const Needs & /*needs*/) {
+  for (; at < text.size(); at += sizeof(__m128i)) {
+    const __m128i bytes = _mm_loadu_si128(static_cast<const __m128i *>(static_cast<const void *>(text.data() + at)));
+    const auto equal = [&](char each) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(each)); };
+    // One signed compare finds the controls and what is not ASCII.
+    const __m128i found = _mm_or_si128(_mm_or_si128(_mm_cmplt_epi8(bytes, _mm_set1_epi8(' ')), equal('&')),
+                                       _mm_or_si128(_mm_or_si128(equal('<'), equal('>')), equal('"')));
+    auto bits = static_cast<unsigned>(_mm_movemask_epi8(found));
+    if (const std::size_t left = text.size() - at; left < sizeof(__m128i))
+      bits &= (1U << left) - 1;
+    if (bits != 0)
+      return at + static_cast<std::size_t>(std::countr_zero(bits));
+  }
+  return text.size();
+}
+static_assert(Tree::kReadableBehind >= sizeof(__m128i) - 1);
+
+#else
+
+std::size_t skipPlain(std::string_view text, std::size_t at, const Needs &needs) {
+  while (at < text.size() && needs[static_cast<unsigned char>(text[at])] == Need::Nothing)
+    ++at;
+  return at;
+}
+
+#endif
 
 std::string_view escapeOf(char character) {
   switch (character) {
@@ -188,7 +224,7 @@ private:
   template <class Output>
   static void writeText(Output &output, std::string_view text, const Needs &needs) {
     std::size_t written = 0;
-    for (std::size_t at = 0; at < text.size();) {
+    for (std::size_t at = 0; (at = skipPlain(text, at, needs)) < text.size();) {
       switch (needs[static_cast<unsigned char>(text[at])]) {
       case Need::Nothing:
         ++at;
