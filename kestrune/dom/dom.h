@@ -133,7 +133,7 @@ public:
   /// Adds a processing instruction before the root, after those added earlier.
   _com_ptr_t<IXMLDOMNode> appendChild(IXMLDOMNode *instruction);
 
-  /// Writes the document to the file, in UTF-8 and in place. The whole text is made and checked before the file is
+  /// Writes the document to the file, in UTF-8 and in place. The whole text is checked before the file is
   /// touched: a character that XML cannot carry, bytes that are not valid in the code page, or a bad name fail here.
   /// The file is as it was then, and after any failure before its first byte is written; after a later one the old
   /// bytes are written back, as far as the disk takes them. Returns S_OK.
