@@ -7,18 +7,28 @@ namespace kestrune::dom {
 void Builder::start(std::uint32_t name, std::string_view before) {
   if (const std::string_view text = textWith(before); !text.empty())
     addTextNode(text);
-  Element *const element = m_tree.newElement(name);
-  element->order = ++m_elementCount;
-  m_tree.names[name].elements.push_back(element);
+  Element *const element = m_tree.newElement(Node::Kind::ParsedElement, name);
+  const std::uint32_t order = m_tree.elementCount();
+  element->setOrder(order);
+  Tree::Name &entry = m_tree.names[name];
+  if (entry.last != 0)
+    m_tree.element(entry.last).setBehind(order);
+  else
+    entry.first = entry.found = order;
+  entry.last = order;
   if (m_open != nullptr)
-    m_open->append(element);
+    append(element);
   else
     m_tree.root = element;
   m_open = element;
-  m_attribute = &element->attributes;
+  m_attribute = nullptr;
 }
 
 void Builder::attribute(std::uint32_t name, std::string_view text) {
+  if (m_attribute == nullptr) {
+    m_tree.giveMore(*m_open);
+    m_attribute = &m_open->attributes();
+  }
   *m_attribute = m_tree.newAttribute(name);
   (*m_attribute)->setValue(m_tree.keep(text));
   m_attribute = &(*m_attribute)->next;
@@ -32,14 +42,14 @@ void Builder::text(std::string_view piece) {
 
 void Builder::end(std::string_view before) {
   if (const std::string_view text = textWith(before); !text.empty()) {
-    if (m_open->first != nullptr) {
+    if (m_open->first() != nullptr) {
       addTextNode(text);
     } else {
       m_open->setOwnText(m_tree.keep(text));
       m_text.clear();
     }
   }
-  m_open->lastOrder = m_elementCount;
+  m_open->close(m_tree.elementCount());
   m_open = m_open->parent;
 }
 
@@ -56,11 +66,16 @@ std::string_view Builder::textWith(std::string_view last) {
   return m_text;
 }
 
+void Builder::append(Node *child) {
+  m_tree.giveMore(*m_open);
+  m_open->append(child);
+}
+
 /// Beside child elements white space alone is layout, and not kept.
 void Builder::addTextNode(std::string_view text) {
   const auto isLayout = [](char c) { return c == '\t' || c == '\n' || c == ' ' || c == '\r'; };
   if (!std::all_of(text.begin(), text.end(), isLayout))
-    m_open->append(m_tree.newNode(Node::Kind::Text, 0, m_tree.keep(text)));
+    append(m_tree.newNode(Node::Kind::Text, 0, m_tree.keep(text)));
   m_text.clear();
 }
 

@@ -28,13 +28,13 @@ public:
 
 private:
   std::string_view textWith(std::string_view last);
+  void append(Node *child);
   void addTextNode(std::string_view text);
 
   Tree &m_tree;
   Element *m_open = nullptr;
   Attribute **m_attribute = nullptr; // the place of the next one
-  std::uint32_t m_elementCount = 0;
-  std::string m_text; // since the last tag, but for the last piece
+  std::string m_text;                // since the last tag, but for the last piece
 };
 
 } // namespace kestrune::dom

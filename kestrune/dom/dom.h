@@ -64,12 +64,13 @@ public:
 private:
   friend class IXMLDOMElement;
   IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view name);
+  std::uint32_t indexedItem(long index) const;
 
   const IXMLDOMElement *m_root;
   std::uint32_t m_name;
-  bool m_indexed; // answers come from the index of the document, from m_begin on
-  std::size_t m_begin = 0;
-  // Without an index: the last answer, from which the next search goes on.
+  bool m_indexed;            // answers come from the index of the document
+  std::uint32_t m_first = 0; // number of the first of them in that, or 0
+  // The last answer, from which the next search goes on.
   mutable long m_lastIndex = -1;
   mutable const IXMLDOMElement *m_last;
 };
@@ -141,7 +142,7 @@ public:
   /// Adds a processing instruction before the root, after those added earlier.
   _com_ptr_t<IXMLDOMNode> appendChild(IXMLDOMNode *instruction);
 
-  /// Writes the document to the file, in UTF-8 and in place. The whole text is made and checked before the file is
+  /// Writes the document to the file, in UTF-8 and in place. The whole text is checked before the file is
   /// touched: a character that XML cannot carry, bytes that are not valid in the code page, or a bad name fail here.
   /// The file is as it was then, and after any failure before its first byte is written; after a later one the old
   /// bytes are written back, as far as the disk takes them. Returns S_OK.

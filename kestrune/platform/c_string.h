@@ -3,6 +3,7 @@
 #include "kestrune/export.h"
 #include "kestrune/platform/types.h"
 
+#include <array>
 #include <compare>
 #include <cstdarg>
 #include <cstddef>
@@ -84,6 +85,16 @@ public:
   int GetLength() const noexcept { return static_cast<int>(size()); }
   /// Whether the text has no bytes.
   bool IsEmpty() const noexcept { return size() == 0; }
+
+  /// The form of a text that GetLastingKey gives.
+  using LastingKey = std::array<std::uint64_t, 2>;
+  /// Texts with equal keys are equal, for as long as the process lives; the reverse does not hold. False for a text on
+  /// the heap, which has none: its memory comes back with another text.
+  bool GetLastingKey(LastingKey &key) const noexcept {
+    std::memcpy(key.data(), &m_inside, sizeof m_inside);
+    return !isOnHeap();
+  }
+
   /// Makes the text empty.
   void Empty() noexcept {
     release();

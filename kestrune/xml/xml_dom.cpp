@@ -1,11 +1,9 @@
 #include "kestrune/xml/xml_dom.h"
 
-#include "kestrune/dom/layout.h"
+#include "kestrune/dom/member_access.h"
 #include "kestrune/platform/c_runtime.h"
 #include "kestrune/platform/debug_output.h"
 
-#include <algorithm>
-#include <string>
 #include <string_view>
 
 namespace {
@@ -85,12 +83,7 @@ IXMLDOMElementPtr getElementByName(MSXML::IXMLDOMElement *parent, const char *na
   return element;
 }
 
-void insertTabs(MSXML::IXMLDOMNode *node, int count) {
-  const IXMLDOMNodePtr owner(node);
-  std::string buffer;
-  const std::string_view layout = kestrune::dom::LayoutText(static_cast<std::size_t>(std::max(count, 0)), buffer);
-  owner->appendChild(owner->GetownerDocument()->createTextNode(layout));
-}
+void insertTabs(MSXML::IXMLDOMNode *node, int count) { kestrune::dom::AppendLayout(node, count); }
 
 void appendNewline(MSXML::IXMLDOMNode *node) { insertTabs(node, 0); }
 

@@ -1,5 +1,6 @@
 #include "kestrune/xml/xml_persistent.h"
 
+#include "kestrune/dom/member_access.h"
 #include "kestrune/errors/krx_exception.h"
 #include "kestrune/errors/string_table.h"
 #include "kestrune/platform/debug_output.h"
@@ -59,16 +60,12 @@ void CXMLPersistent::PutTag(const CString &tag) { m_tag = tag; }
 bool CXMLPersistent::isFolder() { return false; }
 
 IXMLDOMElementPtr CXMLPersistent::Save(IXMLDOMElementPtr parent, int /*level*/) {
-  setAttributeValue(parent, m_tag, *this);
+  kestrune::dom::WriteAttribute(parent, m_tag, View());
   return parent;
 }
 
 long CXMLPersistent::Load(MSXML::IXMLDOMElement *parent) {
-  CString text;
-  if (!getAttributeValue(parent, m_tag, text))
-    return KRX_S_NO_ATTRIBUTE;
-  CString::operator=(std::move(text));
-  return S_OK;
+  return kestrune::dom::ReadAttribute(parent, m_tag, *this) ? S_OK : KRX_S_NO_ATTRIBUTE;
 }
 
 CXMLPersistent &CXMLPersistent::operator=(const char *text) {
@@ -164,19 +161,11 @@ CXMLElement &CXMLElement::operator=(const CXMLElement &rhs) {
 }
 
 IXMLDOMElementPtr CXMLElement::Save(IXMLDOMElementPtr parent, int level) {
-  insertTabs(parent, level + 1);
-  IXMLDOMElementPtr element = parent->GetownerDocument()->createElement(m_tag.View());
-  parent->appendChild(element);
-  element->Puttext(View());
-  return element;
+  return kestrune::dom::AppendElement(parent, m_tag, level + 1, View());
 }
 
 long CXMLElement::Load(MSXML::IXMLDOMElement *parent) {
-  CString text;
-  if (!getElementValue(parent, m_tag, text))
-    return KRX_S_NO_ELEMENT;
-  CString::operator=(std::move(text));
-  return S_OK;
+  return kestrune::dom::ReadElement(parent, m_tag, *this) ? S_OK : KRX_S_NO_ELEMENT;
 }
 
 CXMLElement &CXMLElement::operator=(const char *text) {
@@ -215,7 +204,7 @@ void CXMLHexElement::Init(const char *tag, const char *value) {
 
 long CXMLHexElement::Load(MSXML::IXMLDOMElement *parent) {
   CString text;
-  if (!getElementValue(parent, m_tag, text))
+  if (!kestrune::dom::ReadElement(parent, m_tag, text))
     return KRX_S_NO_ELEMENT;
   CXMLPersistent::operator=(text);
   return S_OK;

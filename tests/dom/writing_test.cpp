@@ -10,7 +10,21 @@ TEST_F(Writing, EveryTextComesBack) {
   const IXMLDOMDocumentPtr document = newDocument();
   const IXMLDOMElementPtr root = document->createElement("Rööt");
   document->PutdocumentElement(root);
-  const std::string texts[] = {"", " ", "\t", "\n", "\r\n", "  a  ", "]]>", "\"'", "<a>&amp;", "😀", "Größe ソ €"};
+  const std::string texts[] = {"",
+                               " ",
+                               "\t",
+                               "\n",
+                               "\r\n",
+                               "  a  ",
+                               "]]>",
+                               "\"'",
+                               "<a>&amp;",
+                               "😀",
+                               "Größe ソ €",
+                               "15 bytes are <!",
+                               "16 bytes, then &",
+                               "nothing in sixteen, then \xC3\x9F and \"",
+                               std::string(70000, '<')};
   for (const std::string &text : texts) {
     const IXMLDOMElementPtr element = document->createElement("e");
     element->Puttext(text);
