@@ -1,42 +1,46 @@
-# What `cmake --install` and `cpack` install: the library with its headers, a CMake package, a pkg-config file, and the
-# command-line program.
+# What `cmake --install` installs: the library with its headers, a CMake package, a pkg-config file, and the command-line
+# program with its manual page. The Debian packages install the same for their own layout, as components.
 
 include(CMakePackageConfigHelpers)
 
-install(TARGETS KestruneXML EXPORT KestruneXMLTargets
-        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-        FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# Installs the library and what programs are built with, the libraries in `libdir`. `layout` is a word for the files that
+# are made for it. With `IN_COMPONENTS` these are the components `library` and `development`, which `cmake --install` leaves out.
+function(install_library libdir layout)
+  if("IN_COMPONENTS" IN_LIST ARGN)
+    set(in_library COMPONENT library EXCLUDE_FROM_ALL NAMELINK_COMPONENT development)
+    set(in_development COMPONENT development EXCLUDE_FROM_ALL)
+  endif()
+  set(made ${CMAKE_CURRENT_BINARY_DIR}/${layout})
+  set(export_set KestruneXMLTargets-${layout})
+  set(package_folder ${libdir}/cmake/KestruneXML)
+  set(pkgconfig_folder ${libdir}/pkgconfig)
 
-set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/KestruneXML)
-install(EXPORT KestruneXMLTargets NAMESPACE Kestrune:: DESTINATION ${package_folder})
-configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/KestruneXMLConfig.cmake.in KestruneXMLConfig.cmake
-                              INSTALL_DESTINATION ${package_folder})
-write_basic_package_version_file(KestruneXMLConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/KestruneXMLConfig.cmake
-              ${CMAKE_CURRENT_BINARY_DIR}/KestruneXMLConfigVersion.cmake
-        DESTINATION ${package_folder})
+  install(TARGETS KestruneXML EXPORT ${export_set}
+          LIBRARY DESTINATION ${libdir} ${in_library}
+          FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${in_development})
+  install(EXPORT ${export_set} FILE KestruneXMLTargets.cmake NAMESPACE Kestrune:: DESTINATION ${package_folder} ${in_development})
+  configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/KestruneXMLConfig.cmake.in ${made}/KestruneXMLConfig.cmake
+                                INSTALL_DESTINATION ${package_folder})
+  write_basic_package_version_file(${made}/KestruneXMLConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+  install(FILES ${made}/KestruneXMLConfig.cmake ${made}/KestruneXMLConfigVersion.cmake DESTINATION ${package_folder}
+          ${in_development})
 
-# The file gives the prefix relative to its own folder, so that an installed tree can be moved.
-set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-file(RELATIVE_PATH prefix_from_pkgconfig /prefix/${pkgconfig_folder} /prefix)
-string(REGEX REPLACE "/$" "" prefix_from_pkgconfig "${prefix_from_pkgconfig}")
-configure_file(${CMAKE_CURRENT_LIST_DIR}/KestruneXML-4.pc.in KestruneXML-4.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/KestruneXML-4.pc DESTINATION ${pkgconfig_folder})
+  # The file gives the prefix relative to its own folder, so that an installed tree can be moved.
+  file(RELATIVE_PATH prefix_from_pkgconfig /prefix/${pkgconfig_folder} /prefix)
+  string(REGEX REPLACE "/$" "" prefix_from_pkgconfig "${prefix_from_pkgconfig}")
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/KestruneXML-4.pc.in ${made}/KestruneXML-4.pc @ONLY)
+  install(FILES ${made}/KestruneXML-4.pc DESTINATION ${pkgconfig_folder} ${in_development})
+endfunction()
 
+install_library(${CMAKE_INSTALL_LIBDIR} installed)
 if(KESTRUNE_TOOLS)
   set_target_properties(kestrune-data PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS kestrune-data RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  if(KESTRUNE_MANUAL_PAGE)
+    install(FILES ${KESTRUNE_MANUAL_PAGE} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  endif()
 endif()
 
-set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/package) # and not the folder that cpack is called in
-set(CPACK_PACKAGE_NAME kestrune-xml)
-set(CPACK_PACKAGE_CONTACT "The Kestrune XML developers <developers@kestrune.invalid>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_CURRENT_BINARY_DIR}/kestrune)
-include(CPack)
+if(PROJECT_IS_TOP_LEVEL)
+  include(cmake/debian.cmake)
+endif()
