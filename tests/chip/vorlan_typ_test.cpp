@@ -81,6 +81,8 @@ std::string with(const std::vector<std::string> &names) {
 const std::string kBroken = "<VorlanTyp>";
 
 CVorlanModels &modelsOf(CVorlanTyp &document) { return document.VorlanModels; }
+CVorlanModels2 &modelsOf(CVorlanTyp2 &document) { return document.VorlanModels2; }
+CVorlanModels3 &modelsOf(CVorlanTyp3 &document) { return document.VorlanModels3; }
 CVorlanModels4 &modelsOf(CVorlanTyp4 &document) { return document.VorlanModels4; }
 
 /// What a load gives, written as "A B, modified" or "80040005: A B": the result unless it is 0, the names of the
@@ -118,6 +120,7 @@ TEST_F(VorlanTypFiles, AddOnsBringModels) {
     const char *ofVersion4 = expected; // which has one document for all add-ons
   } rows[] = {
       {"from 1 to the first gap", {{"x", m}, {"x-0", c}, {"x-1", a}, {"x-3", c}}, "M A, modified"},
+      {"a broken one before a sound one", {{"x", m}, {"x-1", kBroken}, {"x-2", a}}, "M A, modified"},
       {"a broken one at the end", {{"x", m}, {"x-1", a}, {"x-2", kBroken}}, "80040005: M A, modified"},
       {"of add-ons", {{"x", m}, {"x-1", a}, {"x-1-1", b}, {"x-2", c}}, "M A B C, modified", "M A C, modified"},
       {"a known name", {{"x", m}, {"x-1", with({"m", "B"})}}, "M B, modified"},
@@ -128,6 +131,8 @@ TEST_F(VorlanTypFiles, AddOnsBringModels) {
     for (const auto &[name, bytes] : row.files)
       write(name + ".xml", bytes);
     EXPECT_EQ(loadOf<CVorlanTyp>("x.xml"), row.expected) << row.what;
+    EXPECT_EQ(loadOf<CVorlanTyp2>("x.xml"), row.expected) << row.what;
+    EXPECT_EQ(loadOf<CVorlanTyp3>("x.xml"), row.expected) << row.what;
     EXPECT_EQ(loadOf<CVorlanTyp4>("x.xml"), row.ofVersion4) << row.what;
     for (const auto &[name, bytes] : row.files)
       std::filesystem::remove(name + ".xml");
@@ -137,6 +142,7 @@ TEST_F(VorlanTypFiles, AddOnsBringModels) {
 TEST_F(VorlanTypFiles, TheNameIsRememberedAsItWasGiven) {
   write("t.d/x.xml", with({"M"}));
   write("t.d/x-1.xml", with({"A"}));
+  write("p/vorlan.xml", with({"P"}));
   struct : CVorlanTyp4 {
     using CXMLFolder::m_fileName;
   } document;
@@ -145,6 +151,9 @@ TEST_F(VorlanTypFiles, TheNameIsRememberedAsItWasGiven) {
   EXPECT_STREQ(document.m_fileName, "./../w/t.d/x.xml");
   document.CXMLFolder::LoadFromFile(nullptr, nullptr);
   EXPECT_EQ(document.VorlanModels4.Count(), 1) << "a remembered name brings no add-ons";
+  const support::Environment replacements("PFDT", "p");
+  document.LoadFromFile("t.d/x.xml");
+  EXPECT_STREQ(document.m_fileName, R"(D:\w\p\vorlan.xml)") << "that of the replacement";
 }
 
 TEST_F(VorlanTypFiles, AReplacementTakesThePlaceOfAnyFile) {

@@ -59,6 +59,7 @@ TEST(DeviceClasses, ALoadSplitsTheNumber) {
   };
   EXPECT_EQ(majorAndMinor("3.12"), std::pair(3, 12));
   EXPECT_EQ(majorAndMinor("3."), std::pair(3, 0));
+  EXPECT_EQ(majorAndMinor(".5"), std::pair(0, 5));
   EXPECT_EQ(majorAndMinor(" -7. +8x"), std::pair(-7, 8));
   EXPECT_EQ(majorAndMinor("0x10"), std::pair(0, 0));
 }

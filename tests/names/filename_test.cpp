@@ -158,7 +158,10 @@ TEST_F(FilenameTest, CopyTouchRenameRemove) {
   EXPECT_EQ(name.Rename(fresh), 0U);
   EXPECT_STREQ(name, R"(C:\g.txt)");
   EXPECT_EQ(copy.Remove(), 1) << "though read-only";
-  EXPECT_TRUE(support::throws<CFileException>([] { CFilename(R"(C:\a)").Remove(); }));
+  const CFilename directory(R"(C:\a)");
+  EXPECT_EQ(directory.SetReadOnly(1), 1);
+  EXPECT_TRUE(support::throws<CFileException>([&] { directory.Remove(); }));
+  EXPECT_EQ(directory.ReadOnly(), 0) << "the attribute goes first";
 }
 
 } // namespace

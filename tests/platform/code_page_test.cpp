@@ -29,6 +29,8 @@ void expectConverts(unsigned number, const wchar_t *wide, const char *text, cons
 TEST(CodePageTest, WideTextConverts) {
   expectConverts(65001, L"a\x8868\x1F600", "a\xE8\xA1\xA8\xF0\x9F\x98\x80", L"a\x8868\x1F600");
   expectConverts(932, L"\\~\x8868\x1F600\xE9", "\\~\x95\\??", L"\\~\x8868??");
+  expectConverts(65001, L"\xD7FF\xE000\x10FFFF", "\xED\x9F\xBF\xEE\x80\x80\xF4\x8F\xBF\xBF", L"\xD7FF\xE000\x10FFFF");
+  EXPECT_STREQ(CString(L"\xD800\xDFFF\x110000"), "???") << "no characters";
   EXPECT_STREQ(CStringToBSTR("a\xC3z\xED\xA0\x80"), L"a\xFFFDz\xFFFD\xFFFD\xFFFD") << "bytes that are not UTF-8";
 }
 
@@ -54,6 +56,9 @@ TEST(CodePageTest, WalksForwardAndBack) {
         EXPECT_EQ(CharPrevA(text, text + ++at) - text, bounds[i - 1]) << at;
     }
   }
+  const support::CodePage page(932);
+  const char *const text = "\x95\x95\\";
+  EXPECT_EQ(CharPrevA(text + 1, text + 3) - text, 1) << "what is before the start does not count";
 }
 
 // The trail bytes look like `\`, `Z` and `z`.

@@ -48,6 +48,9 @@ extern "C" int fsync(int handle) {
 extern "C" int fchmod(int handle, mode_t mode) noexcept {
   return fails("fchmod") ? -1 : real<decltype(fchmod)>("fchmod")(handle, mode);
 }
+extern "C" int ftruncate(int handle, off_t size) noexcept {
+  return fails("ftruncate") ? -1 : real<decltype(ftruncate)>("ftruncate")(handle, size);
+}
 extern "C" int flock(int handle, int operation) noexcept {
   return fails("flock") ? -1 : real<decltype(flock)>("flock")(handle, operation);
 }
@@ -160,6 +163,14 @@ TEST_F(FileTest, RoomIsReservedForTheHolesOfTheOldFileToo) {
     EXPECT_EQ(save(file, "new"), 0);
     EXPECT_EQ(host.reservedFrom, 0) << oldSize;
   }
+}
+
+TEST_F(FileTest, TheOldBytesAreWrittenBack) {
+  const std::string old(5000, 'o');
+  support::write(file, old);
+  host.failing = "ftruncate"; // after the new bytes have been written
+  EXPECT_EQ(save(file, "new"), KRX_E_SAVE_FAILED);
+  EXPECT_EQ(support::read(file), old);
 }
 
 TEST_F(FileTest, AFailureToCloseIsReported) {

@@ -15,10 +15,10 @@ struct Probe : CMacroString {
   }
 };
 
-std::string utf16(std::string_view ascii) {
-  std::string text = "\xFF\xFE";
+std::string utf16(std::string_view ascii, bool bigEndian = false) {
+  std::string text = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
   for (const char c : ascii)
-    text.append({c, '\0'});
+    bigEndian ? text.append({'\0', c}) : text.append({c, '\0'});
   return text;
 }
 
@@ -44,6 +44,7 @@ TEST_F(RegistryTest, KeysInEachEncoding) {
   EXPECT_EQ(folderFrom(kOld + kKey + kNet), "D:\\Net");
   EXPECT_EQ(folderFrom("\xEF\xBB\xBF" + kKey + kNet), "D:\\Net");
   EXPECT_EQ(folderFrom(utf16(kKey + kNet)), "D:\\Net");
+  EXPECT_EQ(folderFrom(utf16(kKey + kNet, true)), "D:\\Net");
   EXPECT_EQ(folderFrom("[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\""), "D:\\Net");
   EXPECT_EQ(folderFrom(kKey + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]\n" + kNet), kNone) << "a key below";
   EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]"), kNone);
@@ -57,6 +58,28 @@ TEST_F(RegistryTest, ValuesInEachForm) {
   EXPECT_EQ(folderFrom(kKey + kNet + kName + "-\r\n"), kNone) << "removed";
   EXPECT_EQ(folderFrom(kKey + kNet + kName + "\"x\n" + kName + "hex:44,4g\n"), "D:\\Net") << "damaged lines";
   EXPECT_EQ(folderFrom(kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00,e9,00,00,00\r\n"), "D:\\\xC3\xA9");
+  const struct {
+    std::string version;
+    const char *data, *text;
+  } rows[] = {
+      {"", "hex(1):44,00,3a,00,00,00,44,00", "D:"},
+      {"", "hex(7):44,00,3a,00,00,00", "D:"},
+      {"", "hex:44,3a,00,44", "D:"},
+      {"", "hex(0):44,3a", "D:"},
+      {"", "hex(3):44,3a ; comment", "D:"},
+      {"", "hex(4):44,3a", kNone},
+      {"", "hex:44,,3a", kNone},
+      {"", "hex:443a", kNone},
+      {"", "dword:0000443a", kNone},
+      {kOld, "hex(2):44,3a", "D:"},
+      {"\xEF\xBB\xBF" + kOld, "hex(2):44,3a", "D:"},
+      // Pairs of surrogates, lone ones, and what lies beside them.
+      {"", "hex(2):00,d8,00,dc,ff,db,ff,df", "\U00010000\U0010FFFF"},
+      {"", "hex(2):ff,df,00,d8,41,00,00,d8,00,e0,00,d8,ff,db", "\uFFFD\uFFFDA\uFFFD\uE000\uFFFD\uFFFD"},
+      {"", "hex(2):ff,d7,00,e0", "\uD7FF\uE000"},
+  };
+  for (const auto &row : rows)
+    EXPECT_EQ(folderFrom(row.version + kKey + kName + row.data), row.text) << row.data;
 }
 
 TEST_F(RegistryTest, TextsComeInTheCodePage) {

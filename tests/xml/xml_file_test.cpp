@@ -30,6 +30,7 @@ TEST_F(XmlFile, AFailedLoadKeepsTheItemsAndReportsItsCause) {
     bool isModified;
   } rows[] = {
       {m_folder / "none.xml", KRX_E_FILE_NOT_FOUND, true},
+      {write("rootless.xml", "<?xml version='1.0'?><!-- -->"), KRX_E_UNEXPECTED_DATA, false},
       {write("malformed.xml", "<Root><Items></Root>"), KRX_E_UNEXPECTED_DATA, false},
       {write("wrong.xml", "<Other><Items><Item Name='new'/></Items></Other>"), KRX_E_WRONG_ROOT_TAG, false},
   };
