@@ -128,6 +128,10 @@ TEST_F(FilenameTest, StateOfFilesAndFolders) {
   EXPECT_EQ(file.IsDirectory(), 0);
   EXPECT_EQ(file.FileSize(), 5);
   EXPECT_EQ(none.ReadOnly(), 1) << "what is not there cannot be written to";
+  EXPECT_EQ(none.SetReadOnly(1), 0);
+  EXPECT_EQ(none.FileSize(), 0);
+  EXPECT_EQ(none.Remove(), 0);
+  EXPECT_EQ(CFilename("Q:x").IsDirectory(), 0);
   EXPECT_EQ(CFilename(R"(Q:\)").IsDirectory(), 1) << "a root counts as a folder, whether it is there or not";
   EXPECT_EQ(newFolder.mkDir(), 0);
   EXPECT_EQ(newFolder.mkDir(), 0) << "it is there";

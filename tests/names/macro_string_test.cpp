@@ -64,6 +64,28 @@ TEST_F(MacroStringTest, TableKeepsTheOrderOfInsertion) {
   EXPECT_EQ(CFilename("x").GetMacroCount(), 16);
 }
 
+TEST_F(MacroStringTest, AValueIsStoredExpandedOrCutShort) {
+  macros.AddMacro("$one$", "1");
+  macros.AddMacro("$outer$", "<$one$>");
+  macros.AddMacro("$bad$", "$one$ $kNone$ $one$");
+  const struct {
+    const char *name;
+    int depth;
+    bool found;
+    const char *value;
+  } rows[] = {
+      {"$OUTER$", 0, true, "<$one$>"},
+      {"$outer$", 10, true, "<1>"},
+      {"$bad$", 10, false, "1  $one$"},
+      {"$none$", 10, false, "before"},
+  };
+  for (const auto &row : rows) {
+    CString value = "before";
+    EXPECT_EQ(macros.GetValue(row.name, value, row.depth), row.found) << row.name;
+    EXPECT_STREQ(value, row.value) << row.name;
+  }
+}
+
 TEST_F(MacroStringTest, RegistryNamesTheFolders) {
   support::write(folder / "own.reg", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune]\n\"Kestrune Path\"=\"/opt/net\"");
   NameProbe::oMacros.RemoveAll();

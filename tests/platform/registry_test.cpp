@@ -46,6 +46,7 @@ TEST_F(RegistryTest, KeysInEachEncoding) {
   EXPECT_EQ(folderFrom(utf16(kKey + kNet)), "D:\\Net");
   EXPECT_EQ(folderFrom(utf16(kKey + kNet, true)), "D:\\Net");
   EXPECT_EQ(folderFrom("[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\""), "D:\\Net");
+  EXPECT_EQ(folderFrom("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune] ; ]\n" + kNet), "D:\\Net");
   EXPECT_EQ(folderFrom(kKey + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]\n" + kNet), kNone) << "a key below";
   EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]"), kNone);
   // The 32-bit view counts where the key itself is not there.
@@ -58,6 +59,9 @@ TEST_F(RegistryTest, ValuesInEachForm) {
   EXPECT_EQ(folderFrom(kKey + kNet + kName + "-\r\n"), kNone) << "removed";
   EXPECT_EQ(folderFrom(kKey + kNet + kName + "\"x\n" + kName + "hex:44,4g\n"), "D:\\Net") << "damaged lines";
   EXPECT_EQ(folderFrom(kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00,e9,00,00,00\r\n"), "D:\\\xC3\xA9");
+  const std::string longest(249, 'x');
+  EXPECT_EQ(folderFrom(kKey + kName + '"' + longest + '"'), longest);
+  EXPECT_EQ(folderFrom(kKey + kName + '"' + longest + "x\""), kNone);
   const struct {
     std::string version;
     const char *data, *text;
@@ -75,7 +79,7 @@ TEST_F(RegistryTest, ValuesInEachForm) {
       {"\xEF\xBB\xBF" + kOld, "hex(2):44,3a", "D:"},
       // Pairs of surrogates, lone ones, and what lies beside them.
       {"", "hex(2):00,d8,00,dc,ff,db,ff,df", "\U00010000\U0010FFFF"},
-      {"", "hex(2):ff,df,00,d8,41,00,00,d8,00,e0,00,d8,ff,db", "\uFFFD\uFFFDA\uFFFD\uE000\uFFFD\uFFFD"},
+      {"", "hex(2):ff,df,00,dc,41,00,00,d8,00,e0,00,d8,ff,db,00", "\uFFFD\uFFFDA\uFFFD\uE000\uFFFD\uFFFD"},
       {"", "hex(2):ff,d7,00,e0", "\uD7FF\uE000"},
   };
   for (const auto &row : rows)

@@ -78,6 +78,8 @@ TEST_F(StdXcvr3, WhereTheFilesAreLookedFor) {
   put("d/x/UserXcvr.xml", {{"X", "2"}});
   put("d/w/StdXcvr.xml", {{"B", "1"}});
   put("d/w/UserXcvr.xml", {{"W", "2"}});
+  put("c/Kestrune/Types/StdXcvr.xml", {{"T", "1"}});
+  put("c/Kestrune/Types/UserXcvr.xml", {{"V", "2"}});
   put("e/types/stdxcvr.xml", {{"R", "1"}});
   put("e/types/UserXcvr.xml", {{"U", "2"}});
   const std::string hostPath = folder / "d/x/StdXcvr.xml";
@@ -86,8 +88,9 @@ TEST_F(StdXcvr3, WhereTheFilesAreLookedFor) {
     const char *remembered = name;
   } rows[] = {
       {nullptr, R"(..\x\StdXcvr.xml)", "A,X"},
-      {nullptr, "../x/StdXcvr.xml", "A,X"},
-      {nullptr, R"(D:\w\../x/StdXcvr.xml)", "A,W"}, // the name is cut at its last `\`
+      {nullptr, "./StdXcvr.xml", "B,W"},
+      {nullptr, R"(..\x/StdXcvr.xml)", "A"}, // the name is cut at its last `\`
+      {nullptr, "$StdTypes$/StdXcvr.xml", "T"},
       {nullptr, hostPath.c_str(), "A,X"},
       {nullptr, "StdXcvr.xml", "B,W"},
       {R"(E:\none)", kFile, "A,X"},
