@@ -61,6 +61,7 @@ TEST_F(FilenameResolutionTest, FilesAreFoundAlongASearchPath) {
   };
   EXPECT_STREQ(along(R"(E:\y)", "a.xml"), R"(D:\w\a.xml)") << "the current directory comes first";
   EXPECT_STREQ(along("sub;E:/y", "only"), R"(E:\y\only)");
+  EXPECT_STREQ(along("E:", R"(y\only)"), R"(E:\y\only)");
   EXPECT_STREQ(along(R"(C:\;;E:\y)", "only"), "none") << "an empty folder ends the path";
   EXPECT_STREQ(along(R"(E:\)", R"(y\.\only)"), "none") << "it says itself where it lies";
   EXPECT_STREQ(along(R"(E:\)", R"(\y\only)"), "none") << "it begins at the root";

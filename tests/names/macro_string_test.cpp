@@ -28,7 +28,6 @@ TEST_F(MacroStringTest, ExpandsUpToTheFirstNameWithoutAValue) {
   macros.AddMacro("$self$", "s$self$");
   EXPECT_EQ(expanded("$ONE$$one$-$one"), "11-$one");
   EXPECT_EQ(expanded("$outer$"), "<[1]>1");
-  EXPECT_EQ(expanded("$DSDEFAULTTEMPLATES$"), R"(C:\Kestrune\Plinthforge\Templates\Draftsmith\v3)");
   EXPECT_EQ(cutShort(R"($ kDir $\x$one$)"), R"(D:\y\x$one$)") << "from the environment, without the blanks";
   EXPECT_EQ(cutShort("a$kNone$b$STD$c"), "ab$STD$c");
   EXPECT_EQ(cutShort("-$bad$-$one$"), "--$one$");
@@ -52,8 +51,10 @@ TEST_F(MacroStringTest, ExpansionEndsInTimeAndRoom) {
 }
 
 TEST_F(MacroStringTest, TableKeepsTheOrderOfInsertion) {
-  EXPECT_EQ(macros.GetMacroCount(), 16);
-  EXPECT_STREQ(macros.GetMacroName(0), "$KESTRUNE$");
+  std::string defaults;
+  for (int i = 0; i < macros.GetMacroCount(); ++i)
+    defaults += std::string(macros.GetMacroName(i)) + " " + expanded(std::string(macros.GetMacroName(i))) + "\n";
+  EXPECT_EQ(defaults, support::read(KESTRUNE_TEST_DATA "/names/default-macros.txt"));
   EXPECT_EQ(macros.FindMacro("$stdtypes$"), 1);
   EXPECT_EQ(macros.FindMacro("$STD"), -1);
   EXPECT_TRUE(macros.AddMacro("$iMg$", nullptr)) << "a replaced macro goes to the end";

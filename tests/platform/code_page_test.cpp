@@ -30,8 +30,14 @@ TEST(CodePageTest, WideTextConverts) {
   expectConverts(65001, L"a\x8868\x1F600", "a\xE8\xA1\xA8\xF0\x9F\x98\x80", L"a\x8868\x1F600");
   expectConverts(932, L"\\~\x8868\x1F600\xE9", "\\~\x95\\??", L"\\~\x8868??");
   expectConverts(65001, L"\xD7FF\xE000\x10FFFF", "\xED\x9F\xBF\xEE\x80\x80\xF4\x8F\xBF\xBF", L"\xD7FF\xE000\x10FFFF");
+}
+
+TEST(CodePageTest, WhatIsNoCharacterIsReplaced) {
   EXPECT_STREQ(CString(L"\xD800\xDFFF\x110000"), "???") << "no characters";
   EXPECT_STREQ(CStringToBSTR("a\xC3z\xED\xA0\x80"), L"a\xFFFDz\xFFFD\xFFFD\xFFFD") << "bytes that are not UTF-8";
+  const support::CodePage page(932);
+  EXPECT_STREQ(CStringToBSTR("\xFDz\x95"), L"\xFFFDz\xFFFD") << "bytes that are not of the page";
+  EXPECT_EQ(CStringToBSTR("\xFDz\x95").length(), 3U);
 }
 
 // Each text is walked from its start by whole characters, and back from each place in it to the last of those places.

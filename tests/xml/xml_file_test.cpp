@@ -97,8 +97,12 @@ TEST_F(XmlFile, ComIsNeededByTheThread) {
     Document document;
     EXPECT_EQ(load(document, path), KRX_E_COM_CREATE);
     EXPECT_EQ(save(document, path), KRX_E_COM_CREATE);
-    const support::Com com;
+    EXPECT_EQ(CoInitialize(nullptr), S_OK);
+    EXPECT_EQ(CoInitialize(nullptr), S_FALSE);
+    CoUninitialize();
     EXPECT_EQ(load(document, path), S_OK);
+    CoUninitialize();
+    EXPECT_EQ(load(document, path), KRX_E_COM_CREATE);
   }).join();
 }
 
