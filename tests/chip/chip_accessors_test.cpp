@@ -36,9 +36,16 @@ TEST(ChipAccessors, ReadNumbersInTheFormOfTheirMember) {
   EXPECT_EQ(encoding("010"), "10");
   EXPECT_EQ(cpu("0x10") + mac("-3"), "16-3");
   EXPECT_EQ(family("010"), "8");
-  EXPECT_EQ(family("99999999999"), "-1");
+  EXPECT_EQ(family("4294967296"), "-1");
   EXPECT_EQ(pullups("0x1F"), "31");
   EXPECT_EQ(pullups("-1"), "4294967295");
+}
+
+TEST(ChipAccessors, GiveTheTextOfTheirMember) {
+  EXPECT_EQ(reader<CNVMemoryType>("Description", &CNVMemoryType::Description)("d"), "d");
+  EXPECT_EQ(reader<CNVMemoryType>("Symbol", &CNVMemoryType::Symbol)("s"), "s");
+  EXPECT_EQ(reader<CClock>("Description", &CClock::Description)("d"), "d");
+  EXPECT_EQ(reader<CClock>("Encoding", &CClock::Encoding)("e"), "e");
 }
 
 TEST(ChipAccessors, ReadTruthWordsWithoutRegardToCaseAndBlanks) {
@@ -69,6 +76,7 @@ TEST_F(ChipSearches, CompareTextsWithoutBlanksAndNumbersByValue) {
   EXPECT_STREQ(keyOf(multipliers.FindByEncoding(" x")), "0.5");
   COscillators &oscillators = *clocks[0]->Oscillators();
   EXPECT_STREQ(keyOf(oscillators.Find(4)), "4");
+  EXPECT_STREQ(keyOf(oscillators.FindByEncoding(5)), "3");
   EXPECT_STREQ(keyOf(oscillators.Find("o s c3")), "3") << "case does not count";
 }
 

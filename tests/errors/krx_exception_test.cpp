@@ -45,6 +45,17 @@ TEST(KrxException, ACutNeverFallsInsideACharacter) {
   EXPECT_STREQ(buffer, "##") << "no room for anything";
 }
 
+TEST(KrxException, EveryExceptionHasAMessage) {
+  const auto message = [](const CException &exception) {
+    char buffer[80] = "##";
+    const bool has = exception.GetErrorMessage(buffer, sizeof buffer) == TRUE;
+    return (has ? "" : "none:") + std::string(buffer);
+  };
+  EXPECT_EQ(message(CException()), "none:");
+  EXPECT_EQ(message(CInvalidArgException()), "Invalid argument");
+  EXPECT_EQ(message(CFileException(CFileException::fileNotFound, 2, "f")), "f: No such file or directory");
+}
+
 TEST(KrxException, IsCaughtAsItsBaseAndReportsItself) {
   EXPECT_TRUE(support::throws<CKesException>([] { throw new CKRXException(101, "a"); }));
   std::string shown;

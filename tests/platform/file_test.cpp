@@ -43,7 +43,7 @@ extern "C" int close(int handle) {
 }
 extern "C" int fsync(int handle) {
   ++host.syncs;
-  return real<decltype(fsync)>("fsync")(handle);
+  return fails("fsync") ? -1 : real<decltype(fsync)>("fsync")(handle);
 }
 extern "C" int fchmod(int handle, mode_t mode) noexcept {
   return fails("fchmod") ? -1 : real<decltype(fchmod)>("fchmod")(handle, mode);
@@ -272,6 +272,12 @@ TEST_F(ReplacingSave, PutsANewFileInTheOldOnesPlace) {
   EXPECT_TRUE(isSaved(folder / "own.xml"));
   EXPECT_EQ(kestrune::SaveReplacing(renaming, (folder / "own").c_str(), nullptr, false), KRX_E_WRITE_PROTECTED);
   EXPECT_EQ(countFiles(), 4);
+  host.failing = "fsync";
+  EXPECT_EQ(saveReplacing(file), KRX_E_SAVE_FAILED);
+  host.error = EINVAL; // it cannot be synchronised
+  EXPECT_EQ(saveReplacing(file), 0);
+  host = {};
+  EXPECT_EQ(saveReplacing("/proc/none.xml"), KRX_E_SAVE_FAILED) << "nobody can make a file there";
   ::close(held);
 }
 

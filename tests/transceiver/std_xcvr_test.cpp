@@ -2,7 +2,7 @@
 
 namespace {
 
-using support::keys, support::read, support::write;
+using support::keys, support::write;
 
 constexpr const char *kFile = "D:\\x\\StdXcvr.xml";
 
@@ -107,26 +107,6 @@ TEST_F(StdXcvr3, WhereTheFilesAreLookedFor) {
     EXPECT_EQ(keys(document.Transceivers3), row.items);
     EXPECT_STREQ(document.m_fileName, row.remembered);
   }
-}
-
-template <class Document>
-void expectInitRenewsTheHeader(const std::string &name) {
-  SCOPED_TRACE(name);
-  Document document;
-  support::load(document, read(KESTRUNE_TEST_DATA "/transceiver/" + name));
-  const std::string saved = support::save(document);
-  document.Contents.Format = document.Contents.Content = 9;
-  document.Contents.FileDescription = "x";
-  document.Init();
-  document.Contents.CreationDate = 7;
-  EXPECT_EQ(support::save(document), saved);
-  EXPECT_STREQ(Document().Contents.FileDescription, "Standard Transceivers file");
-}
-
-TEST_F(StdXcvr3, InitOfALoadedDocumentRenewsTheHeaderAlone) {
-  expectInitRenewsTheHeader<CStdXcvr>("version-1.xml");
-  expectInitRenewsTheHeader<CStdXcvr2>("version-2.xml");
-  expectInitRenewsTheHeader<CStdXcvr3>("version-3.xml");
 }
 
 TEST_F(StdXcvr3, CopiesHoldAllLists) {
