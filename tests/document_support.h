@@ -24,6 +24,9 @@ std::string save(Folder &folder) {
   return read(place / "b.xml");
 }
 
+/// The bytes of a file of the test data.
+inline std::string data(const std::string &name) { return read(KESTRUNE_TEST_DATA "/" + name); }
+
 /// The keys of the items, separated by commas.
 template <class List>
 std::string keys(List &list) {
@@ -47,6 +50,31 @@ void expectCopies(Record &record) {
   assigned = record;
   EXPECT_EQ(save(copy), save(record));
   EXPECT_EQ(save(assigned), save(record));
+}
+
+/// `Document` loads the one file of test data and is saved as the other.
+template <class Document>
+void expectSaves(const std::string &saved, const std::string &loaded) {
+  SCOPED_TRACE(loaded + " in, " + saved + " out");
+  Document document;
+  EXPECT_GE(load(document, data(loaded)), 0);
+  EXPECT_EQ(document.GetModified(), 0);
+  EXPECT_EQ(save(document), data(saved));
+}
+
+/// Init of a loaded document renews the header, the items stay.
+template <class Document>
+void expectInitRenewsTheHeader(const std::string &loaded) {
+  SCOPED_TRACE(loaded);
+  Document document, fresh;
+  load(document, data(loaded));
+  const std::string before = save(document);
+  document.Contents.Format = document.Contents.Content = 9;
+  document.Init();
+  document.Contents.CreationDate = fresh.Contents.CreationDate = 4;
+  EXPECT_EQ(save(document.Contents), save(fresh.Contents));
+  const std::string after = save(document);
+  EXPECT_EQ(after.substr(after.find("</Contents")), before.substr(before.find("</Contents")));
 }
 
 } // namespace support

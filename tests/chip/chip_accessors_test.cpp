@@ -22,16 +22,30 @@ std::function<std::string(const std::string &)> reader(const std::string &tag, G
 
 TEST(ChipAccessors, ReadNumbersInTheFormOfTheirMember) {
   const auto clock = reader<CClock>("Value", &CClock::Value);
+  const auto divider = reader<CClock>("CycleDivider", &CClock::CycleDivider);
   const auto oscillator = reader<COscillator>("Value", &COscillator::Value);
+  const auto encoding = reader<COscillator>("Encoding", &COscillator::Encoding);
+  const auto cpu = reader<CMultiplier>("Cpu", &CMultiplier::Cpu);
+  const auto mac = reader<CMultiplier>("Mac", &CMultiplier::Mac);
   const auto family = reader<CVorlanModel4>("Family", &CVorlanModel4::Family);
   const auto pullups = reader<CVorlanModel4>("ProgrammablePullups", &CVorlanModel4::ProgrammablePullups);
   EXPECT_EQ(clock("0.5"), "0.5");
   EXPECT_EQ(clock("12 "), "Unexpected non-numeric value found in XML data (12 ) [KRX#101]");
+  EXPECT_EQ(divider("1e-1"), "0.1");
   EXPECT_EQ(oscillator("010"), "10") << "always decimal";
+  EXPECT_EQ(encoding("010"), "10");
+  EXPECT_EQ(cpu("0x10") + mac("-3"), "16-3");
   EXPECT_EQ(family("010"), "8");
-  EXPECT_EQ(family("99999999999"), "-1");
+  EXPECT_EQ(family("4294967296"), "-1");
   EXPECT_EQ(pullups("0x1F"), "31");
   EXPECT_EQ(pullups("-1"), "4294967295");
+}
+
+TEST(ChipAccessors, GiveTheTextOfTheirMember) {
+  EXPECT_EQ(reader<CNVMemoryType>("Description", &CNVMemoryType::Description)("d"), "d");
+  EXPECT_EQ(reader<CNVMemoryType>("Symbol", &CNVMemoryType::Symbol)("s"), "s");
+  EXPECT_EQ(reader<CClock>("Description", &CClock::Description)("d"), "d");
+  EXPECT_EQ(reader<CClock>("Encoding", &CClock::Encoding)("e"), "e");
 }
 
 TEST(ChipAccessors, ReadTruthWordsWithoutRegardToCaseAndBlanks) {
@@ -62,6 +76,7 @@ TEST_F(ChipSearches, CompareTextsWithoutBlanksAndNumbersByValue) {
   EXPECT_STREQ(keyOf(multipliers.FindByEncoding(" x")), "0.5");
   COscillators &oscillators = *clocks[0]->Oscillators();
   EXPECT_STREQ(keyOf(oscillators.Find(4)), "4");
+  EXPECT_STREQ(keyOf(oscillators.FindByEncoding(5)), "3");
   EXPECT_STREQ(keyOf(oscillators.Find("o s c3")), "3") << "case does not count";
 }
 

@@ -23,6 +23,11 @@ TEST(VorlanModels, AMemoryTypeIsMadeWithKeyAndName) {
   ASSERT_EQ(item, types[0]);
   EXPECT_STREQ(item->Name(), "Unassigned");
   EXPECT_EQ(types.Add("0X1f", "x"), nullptr);
+  CNVMemoryType made("2", "n");
+  std::string texts;
+  for (const kestrune::MemberView &member : kestrune::MembersOf(made))
+    texts += std::string(*member.value) + "|";
+  EXPECT_EQ(texts, "2|n|0|FALSE||||");
 }
 
 } // namespace

@@ -4,62 +4,29 @@
 
 namespace {
 
-std::string chipData(const std::string &name) { return support::read(KESTRUNE_TEST_DATA "/chip/" + name); }
-
-template <class Document>
-void expectSaves(const std::string &saved, const std::string &loaded) {
-  SCOPED_TRACE(loaded + " in, " + saved + " out");
-  Document document;
-  EXPECT_EQ(support::load(document, chipData(loaded)), S_OK);
-  EXPECT_EQ(support::save(document), chipData(saved));
-}
+using support::data, support::expectSaves, support::expectInitRenewsTheHeader;
 
 TEST(VorlanTyp, EachVersionReadsItsMembersAndDropsLaterOnes) {
-  expectSaves<CVorlanTyp4>("version-4.xml", "version-4.xml");
-  expectSaves<CVorlanTyp3>("version-3.xml", "version-4.xml");
-  expectSaves<CVorlanTyp2>("version-2.xml", "version-4.xml");
-  expectSaves<CVorlanTyp>("version-1.xml", "version-4.xml");
+  expectSaves<CVorlanTyp4>("chip/version-4.xml", "chip/version-4.xml");
+  expectSaves<CVorlanTyp3>("chip/version-3.xml", "chip/version-4.xml");
+  expectSaves<CVorlanTyp2>("chip/version-2.xml", "chip/version-4.xml");
+  expectSaves<CVorlanTyp>("chip/version-1.xml", "chip/version-4.xml");
 }
 
 TEST(VorlanTyp, MissingMembersKeepTheirDefaults) {
-  expectSaves<CVorlanTyp4>("items-with-defaults.xml", "items-without-members.xml");
-  expectSaves<CVorlanTyp4>("version-1-saved-by-4.xml", "version-1.xml");
-}
-
-/// The header is renewed, the items stay.
-template <class Document>
-void expectInitRenewsTheHeader(const std::string &name) {
-  Document document;
-  Document fresh;
-  support::load(document, chipData(name));
-  const std::string before = support::save(document);
-  document.Init();
-  document.Contents.CreationDate = fresh.Contents.CreationDate = 4;
-  EXPECT_EQ(support::save(document.Contents), support::save(fresh.Contents)) << name;
-  const std::string after = support::save(document);
-  EXPECT_EQ(after.substr(after.find("<VorlanModels")), before.substr(before.find("<VorlanModels"))) << name;
+  expectSaves<CVorlanTyp4>("chip/items-with-defaults.xml", "chip/items-without-members.xml");
+  expectSaves<CVorlanTyp4>("chip/version-1-saved-by-4.xml", "chip/version-1.xml");
 }
 
 TEST(VorlanTyp, InitOfALoadedDocumentRenewsTheHeaderAlone) {
-  expectInitRenewsTheHeader<CVorlanTyp2>("version-2.xml");
-  expectInitRenewsTheHeader<CVorlanTyp3>("version-3.xml");
-  expectInitRenewsTheHeader<CVorlanTyp4>("version-4.xml");
-}
-
-TEST(VorlanTyp, AccessorsGiveTheTextOfTheirMember) {
-  CVorlanTyp4 file;
-  ASSERT_EQ(support::load(file, chipData("version-4.xml")), S_OK);
-  const CNVMemoryType &memory = *file.VorlanModels4[0]->NVMemoryTypes()[0];
-  CClock &clock = *(*file.ClockingSchemes[0]->Clocks())[0];
-  EXPECT_STREQ(memory.Description(), "I");
-  EXPECT_STREQ(memory.Symbol(), "J");
-  EXPECT_STREQ(clock.Description(), "S");
-  EXPECT_STREQ(clock.Encoding(), "U");
+  expectInitRenewsTheHeader<CVorlanTyp2>("chip/version-2.xml");
+  expectInitRenewsTheHeader<CVorlanTyp3>("chip/version-3.xml");
+  expectInitRenewsTheHeader<CVorlanTyp4>("chip/version-4.xml");
 }
 
 TEST(VorlanTyp, CopiesHoldTheCollectionsOfAllVersions) {
   CVorlanTyp4 source;
-  support::load(source, chipData("version-4.xml"));
+  support::load(source, data("chip/version-4.xml"));
   source.VorlanModels.Add("1");
   source.VorlanModels2.Add("2");
   source.VorlanModels3.Add("3");
@@ -81,6 +48,8 @@ std::string with(const std::vector<std::string> &names) {
 const std::string kBroken = "<VorlanTyp>";
 
 CVorlanModels &modelsOf(CVorlanTyp &document) { return document.VorlanModels; }
+CVorlanModels2 &modelsOf(CVorlanTyp2 &document) { return document.VorlanModels2; }
+CVorlanModels3 &modelsOf(CVorlanTyp3 &document) { return document.VorlanModels3; }
 CVorlanModels4 &modelsOf(CVorlanTyp4 &document) { return document.VorlanModels4; }
 
 /// What a load gives, written as "A B, modified" or "80040005: A B": the result unless it is 0, the names of the
@@ -118,6 +87,7 @@ TEST_F(VorlanTypFiles, AddOnsBringModels) {
     const char *ofVersion4 = expected; // which has one document for all add-ons
   } rows[] = {
       {"from 1 to the first gap", {{"x", m}, {"x-0", c}, {"x-1", a}, {"x-3", c}}, "M A, modified"},
+      {"a broken one before a sound one", {{"x", m}, {"x-1", kBroken}, {"x-2", a}}, "M A, modified"},
       {"a broken one at the end", {{"x", m}, {"x-1", a}, {"x-2", kBroken}}, "80040005: M A, modified"},
       {"of add-ons", {{"x", m}, {"x-1", a}, {"x-1-1", b}, {"x-2", c}}, "M A B C, modified", "M A C, modified"},
       {"a known name", {{"x", m}, {"x-1", with({"m", "B"})}}, "M B, modified"},
@@ -128,6 +98,8 @@ TEST_F(VorlanTypFiles, AddOnsBringModels) {
     for (const auto &[name, bytes] : row.files)
       write(name + ".xml", bytes);
     EXPECT_EQ(loadOf<CVorlanTyp>("x.xml"), row.expected) << row.what;
+    EXPECT_EQ(loadOf<CVorlanTyp2>("x.xml"), row.expected) << row.what;
+    EXPECT_EQ(loadOf<CVorlanTyp3>("x.xml"), row.expected) << row.what;
     EXPECT_EQ(loadOf<CVorlanTyp4>("x.xml"), row.ofVersion4) << row.what;
     for (const auto &[name, bytes] : row.files)
       std::filesystem::remove(name + ".xml");
@@ -137,6 +109,7 @@ TEST_F(VorlanTypFiles, AddOnsBringModels) {
 TEST_F(VorlanTypFiles, TheNameIsRememberedAsItWasGiven) {
   write("t.d/x.xml", with({"M"}));
   write("t.d/x-1.xml", with({"A"}));
+  write("p/vorlan.xml", with({"P"}));
   struct : CVorlanTyp4 {
     using CXMLFolder::m_fileName;
   } document;
@@ -145,6 +118,9 @@ TEST_F(VorlanTypFiles, TheNameIsRememberedAsItWasGiven) {
   EXPECT_STREQ(document.m_fileName, "./../w/t.d/x.xml");
   document.CXMLFolder::LoadFromFile(nullptr, nullptr);
   EXPECT_EQ(document.VorlanModels4.Count(), 1) << "a remembered name brings no add-ons";
+  const support::Environment replacements("PFDT", "p");
+  document.LoadFromFile("t.d/x.xml");
+  EXPECT_STREQ(document.m_fileName, R"(D:\w\p\vorlan.xml)") << "that of the replacement";
 }
 
 TEST_F(VorlanTypFiles, AReplacementTakesThePlaceOfAnyFile) {

@@ -13,11 +13,15 @@ TEST(KrxException, MessageNamesTextModuleAndSubCode) {
   EXPECT_STREQ(CKRXException(101, "abc").GetFormattedMessage(),
                "Unexpected non-numeric value found in XML data (abc) [KRX#101]");
   EXPECT_STREQ(CKRXException(126, "unused").GetFormattedMessage(), "File not named before save [KRX#126]");
-  EXPECT_STREQ(CKRXException(0, 124).GetFormattedMessage(), "File not found [KRX]");
   EXPECT_STREQ(CKRXException(7, 115).GetFormattedMessage(), " [KRX#7]") << "no text of that number";
   EXPECT_EQ(CKRXException(7, 101, "x").GetSubCode(), 7);
-  EXPECT_STREQ(ModuleException(19).GetFormattedMessage(), "m [XOL]");
-  EXPECT_STREQ(ModuleException(20).GetFormattedMessage(), "m [MSC]") << "an unknown module";
+  EXPECT_EQ(CKRXException().GetModuleCode(), 3);
+  std::string all;
+  for (unsigned text = 100; text <= 133; ++text)
+    all += std::string(CKRXException(0, text, "x").GetFormattedMessage()) + "\n";
+  for (int module = -1; module <= 20; ++module)
+    all += std::string(ModuleException(module).GetFormattedMessage()) + "\n";
+  EXPECT_EQ(all, support::read(KESTRUNE_TEST_DATA "/errors/messages.txt"));
 }
 
 /// The end of the error message for a text, in a buffer of `size` bytes, after what all of them begin with.
@@ -39,6 +43,17 @@ TEST(KrxException, ACutNeverFallsInsideACharacter) {
   char buffer[] = "##";
   EXPECT_EQ(CKRXException().GetErrorMessage(buffer, 0), TRUE);
   EXPECT_STREQ(buffer, "##") << "no room for anything";
+}
+
+TEST(KrxException, EveryExceptionHasAMessage) {
+  const auto message = [](const CException &exception) {
+    char buffer[80] = "##";
+    const bool has = exception.GetErrorMessage(buffer, sizeof buffer) == TRUE;
+    return (has ? "" : "none:") + std::string(buffer);
+  };
+  EXPECT_EQ(message(CException()), "none:");
+  EXPECT_EQ(message(CInvalidArgException()), "Invalid argument");
+  EXPECT_EQ(message(CFileException(CFileException::fileNotFound, 2, "f")), "f: No such file or directory");
 }
 
 TEST(KrxException, IsCaughtAsItsBaseAndReportsItself) {

@@ -2,12 +2,10 @@
 
 namespace {
 
-using support::keys, support::load, support::save;
-
-std::string identityData(const std::string &name) { return support::read(KESTRUNE_TEST_DATA "/identity/" + name); }
+using support::data, support::keys, support::load, support::save;
 
 TEST(SpidData, EachVersionReadsTheOtherAndIsCopied) {
-  const std::string first = identityData("version-1.xml"), second = identityData("version-1-saved-by-2.xml");
+  const std::string first = data("identity/version-1.xml"), second = data("identity/version-1-saved-by-2.xml");
   CSpidData older;
   CSpidData2 newer;
   EXPECT_EQ(load(older, second), S_OK);
@@ -23,7 +21,7 @@ TEST(SpidData, EachVersionReadsTheOtherAndIsCopied) {
 
 TEST(SpidData, Results) {
   CSpidData document;
-  EXPECT_EQ(load(document, identityData("version-1.xml")), S_OK);
+  EXPECT_EQ(load(document, data("identity/version-1.xml")), S_OK);
   EXPECT_EQ(load(document, "<SPIDData><ChannelTypes/></SPIDData>"), KRX_S_EMPTY_COLLECTION);
   EXPECT_EQ(keys(document.DeviceClasses), "same") << "a list that the file lacks keeps its items";
 }

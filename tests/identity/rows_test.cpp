@@ -14,6 +14,8 @@ TYPED_TEST(IdentityRow, HasTheTagsOfItsConstructorAndIsComparedByNameAndNumber) 
   row.Name = "abc";
   row.Number = "0xa";
   TypeParam copy(row);
+  EXPECT_STREQ(copy.GetTag(), "Kind");
+  EXPECT_STREQ(copy, "Kind");
   EXPECT_STREQ(copy.Name.GetTag(), "Title");
   EXPECT_STREQ(copy.Number.GetTag(), "Code");
   EXPECT_TRUE(copy == row);
@@ -38,6 +40,7 @@ TEST(NameNumberPairs, AreFoundByTheTextOfTheirNumber) {
   EXPECT_STREQ(keyOf(pairs.Find("A")), "a");
   EXPECT_STREQ(keyOf(pairs.FindByNumber("0x1a")), "c");
   EXPECT_STREQ(keyOf(pairs.FindByNumber("26")), "b") << "the first of that text";
+  EXPECT_EQ(pairs.FindByNumber(nullptr), nullptr);
   EXPECT_THROW(pairs[4], std::out_of_range);
   support::expectCopies(pairs);
 }
@@ -49,6 +52,10 @@ TEST(NameNumberPairs, AddWritesNameAndNumber) {
   EXPECT_EQ(pairs.Add("Z", "8"), nullptr);
   CXMLNameHexPairs hexPairs;
   EXPECT_STREQ(hexPairs.Add("x", -1)->Number, "0xFFFFFFFF");
+  EXPECT_STREQ(keyOf(hexPairs.FindByNumber("0xFFFFFFFF")), "x");
+  EXPECT_EQ(hexPairs.Find("X"), hexPairs[0]);
+  EXPECT_STREQ(hexPairs.GetTag(), "Unassigned");
+  support::expectCopies(hexPairs);
 }
 
 TEST(DeviceClasses, ALoadSplitsTheNumber) {
@@ -59,6 +66,7 @@ TEST(DeviceClasses, ALoadSplitsTheNumber) {
   };
   EXPECT_EQ(majorAndMinor("3.12"), std::pair(3, 12));
   EXPECT_EQ(majorAndMinor("3."), std::pair(3, 0));
+  EXPECT_EQ(majorAndMinor(".5"), std::pair(0, 5));
   EXPECT_EQ(majorAndMinor(" -7. +8x"), std::pair(-7, 8));
   EXPECT_EQ(majorAndMinor("0x10"), std::pair(0, 0));
 }

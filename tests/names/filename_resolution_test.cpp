@@ -1,8 +1,10 @@
 #include "tests/names/names_support.h"
+#include "tests/tables.h"
 
 namespace {
 
 using FilenameResolutionTest = support::NameTest;
+using support::Cells;
 
 /// What a resolution gives, with one name for the result and again in place, which must be the same.
 CFilename resolved(bool (CFilename::*resolve)(CFilename &, const char *) const, const std::string &text,
@@ -21,34 +23,20 @@ CFilename relative(const std::string &name, const char *base = nullptr) {
 }
 
 // Another drive than the current one is at its root, and a value from the environment does not count as absolute.
+/// The cells of a row that holds a name and a folder, which may be null.
+template <CFilename (*resolve)(const std::string &, const char *)>
+Cells resolvedCells(const Cells &row) {
+  return {std::string(resolve(row[0], row[1] != "(null)" ? row[1].c_str() : nullptr).View())};
+}
+
 TEST_F(FilenameResolutionTest, GetAbsolute) {
   const support::Environment missing("kNone", nullptr), variable("kDir", R"(E:\y)");
-  EXPECT_STREQ(absolute(R"($StdTypes$\x)"), R"(C:\Kestrune\Types\x)");
-  EXPECT_STREQ(absolute(R"(..\x)"), R"(D:\x)");
-  EXPECT_STREQ(absolute("C:x", R"(E:\y)"), R"(C:\x)");
-  EXPECT_STREQ(absolute("d:x", R"(E:\y)"), R"(D:\w\x)");
-  EXPECT_STREQ(absolute("x", "$StdTypes$"), R"(C:\Kestrune\Types\x)");
-  EXPECT_STREQ(absolute(R"(.\x)", R"(E:\y)"), R"(E:\y\x)");
-  EXPECT_STREQ(absolute("x", R"(.\sub)"), R"(D:\w\sub\x)");
-  EXPECT_STREQ(absolute(R"(\x)", R"(E:\y)"), R"(D:\x)");
-  EXPECT_STREQ(absolute("", "$StdTypes$"), "$StdTypes$") << "an empty name is the folder itself";
-  EXPECT_STREQ(absolute(R"($kNone$\x)"), R"(D:\x)");
-  EXPECT_STREQ(absolute(R"($kDir$\x)"), R"(D:\w\E:\y\x)");
-  EXPECT_STREQ(absolute(R"(\\srv\s\x)"), R"(\\srv\s\x)");
+  support::expectTable("names/absolute.txt", 2, resolvedCells<absolute>);
   EXPECT_STREQ(absolute(folder / "e/y/x"), R"(E:\y\x)") << "a host path counts as its drive form";
 }
 
 TEST_F(FilenameResolutionTest, GetRelative) {
-  // Without a folder near it the longest macro fits, and the first of equally long ones.
-  EXPECT_STREQ(relative(R"(C:\Kestrune\Types\Vorlan.xml)"), "$STDVORLANTYP$");
-  EXPECT_STREQ(relative(R"(C:\KESTRUNE\types\o.xml)"), R"($STDTYPES$\o.xml)");
-  EXPECT_STREQ(relative(R"(C:\Kestrune\Images\a)"), R"($STDIMAGES$\a)");
-  EXPECT_STREQ(relative(R"($StdTypes$\a/b.xml)", R"(D:\proj)"), R"($StdTypes$\a\b.xml)");
-  // Below the base, and beside it.
-  EXPECT_STREQ(relative(R"(D:\proj\a\B.xml)", R"(d:\PROJ)"), R"(a\B.xml)");
-  EXPECT_STREQ(relative(R"(D:\proj\other\x)", R"(D:\proj/sub)"), R"(..\other\x)");
-  EXPECT_STREQ(relative(R"(D:\x.xml)", R"(D:\proj)"), R"(D:\x.xml)");
-  EXPECT_STREQ(relative(R"(D:\project\x)", R"(D:\proj)"), R"(D:\project\x)");
+  support::expectTable("names/relative.txt", 2, resolvedCells<relative>);
   EXPECT_STREQ(relative(folder / "e/x/a.xml", R"(E:\x\sub)"), R"(..\a.xml)") << "a host path leads back to its file";
 }
 
@@ -61,9 +49,12 @@ TEST_F(FilenameResolutionTest, FilesAreFoundAlongASearchPath) {
   };
   EXPECT_STREQ(along(R"(E:\y)", "a.xml"), R"(D:\w\a.xml)") << "the current directory comes first";
   EXPECT_STREQ(along("sub;E:/y", "only"), R"(E:\y\only)");
+  EXPECT_STREQ(along("E:", R"(y\only)"), R"(E:\y\only)");
   EXPECT_STREQ(along(R"(C:\;;E:\y)", "only"), "none") << "an empty folder ends the path";
-  EXPECT_STREQ(along(R"(E:\y)", R"(.\only)"), "none") << "it says itself where it lies";
-  EXPECT_STREQ(along("", R"(..\w\.\a.xml)"), R"(D:\w\a.xml)");
+  EXPECT_STREQ(along(R"(E:\)", R"(y\.\only)"), "none") << "it says itself where it lies";
+  EXPECT_STREQ(along(R"(E:\)", R"(\y\only)"), "none") << "it begins at the root";
+  for (const char *const name : {R"(.\a.xml)", R"(..\w\a.xml)", R"(.cfg\..\a.xml)"})
+    EXPECT_STREQ(along("", name), R"(D:\w\a.xml)") << name;
   EXPECT_STREQ(along("", R"(.cfg\a.xml)"), R"(D:\w\.cfg\a.xml)") << "a name may begin with a dot";
 }
 

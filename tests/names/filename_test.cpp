@@ -1,8 +1,12 @@
 #include "tests/names/names_support.h"
+#include "tests/tables.h"
 
 namespace {
 
 using FilenameTest = support::NameTest;
+using support::Cells;
+
+std::string text(const CFilename &name) { return std::string(name.View()); }
 
 CFilename normalised(const char *text) {
   CFilename name;
@@ -11,16 +15,7 @@ CFilename normalised(const char *text) {
 }
 
 TEST_F(FilenameTest, AssignmentNormalises) {
-  EXPECT_STREQ(normalised("a/b"), R"(a\b)");
-  // A `..` takes the folder before it along, where there is one.
-  EXPECT_STREQ(normalised(R"(C:\a\b\..\..\c)"), R"(C:\c)");
-  EXPECT_STREQ(normalised(R"(a\..\b)"), R"(a\..\b)");
-  // A `.` goes, except at the start.
-  EXPECT_STREQ(normalised(R"(.\.\a)"), R"(.\a)");
-  EXPECT_STREQ(normalised(R"(..\.\a)"), R"(..\a)");
-  // Doubled separators become one, except at the start and after those.
-  EXPECT_STREQ(normalised(R"(a\\\b\\c)"), R"(a\b\c)");
-  EXPECT_STREQ(normalised(R"(\\srv\a\\b)"), R"(\\srv\a\\b)");
+  support::expectTable("names/normal.txt", 1, [](const Cells &row) { return Cells{text(normalised(row[0].c_str()))}; });
 }
 
 TEST_F(FilenameTest, TrailBytesAreNoSeparators) {
@@ -31,54 +26,22 @@ TEST_F(FilenameTest, TrailBytesAreNoSeparators) {
 }
 
 TEST_F(FilenameTest, Parts) {
-  const struct {
-    const char *text;
-    char drive;
-    const char *root, *dir, *path, *name, *ext, *nameExt;
-    int segments;
-  } rows[] = {
-      {R"(c:\a\b.c.txt)", 'C', R"(C:\)", R"(\a)", R"(c:\a)", "b", ".C.TXT", "b.c.txt", 2},
-      {R"(C:name.xml)", 'C', R"(C:\)", "name.xml", "", "name", ".XML", "name.xml", 1},
-      {R"(\x.txt)", 'D', R"(D:\)", "", R"(\)", "x", ".TXT", "x.txt", 1},
-      {R"(C:\a\b\)", 'C', R"(C:\)", R"(\a\b)", R"(C:\a\b)", "", "", "", 2},
-      {R"(C:\a.b\c)", 'C', R"(C:\)", R"(\a.b)", R"(C:\a.b)", "c", "", "c", 2},
-      {R"(.profile)", 'D', R"(D:\)", ".profile", "", ".profile", ".PROFILE", ".profile", 1},
-      {R"(a/b.c)", 'D', R"(D:\)", R"(a\b.c)", "", R"(a\b)", ".C", "a/b.c", 1},
-      {R"(\\srv\share\x)", 'D', R"(D:\)", R"(\\srv\share)", R"(\\srv\share)", "x", "", "x", 4},
-  };
-  for (const auto &row : rows) {
-    SCOPED_TRACE(row.text);
-    const CFilename name(row.text);
-    EXPECT_EQ(name.GetDrive(), row.drive);
-    EXPECT_STREQ(name.GetRoot(), row.root);
-    EXPECT_STREQ(name.GetDir(), row.dir);
-    EXPECT_STREQ(name.GetPath(), row.path);
-    EXPECT_STREQ(name.GetName(), row.name);
-    EXPECT_STREQ(name.GetExt(), row.ext);
-    EXPECT_STREQ(name.GetNameExt(), row.nameExt);
-    EXPECT_EQ(name.GetSegmentCount(), row.segments);
-  }
-  EXPECT_STREQ(CFilename(R"(C:\a\b\c)").GetPathSegment(1), R"(C:\a\b)");
+  support::expectTable("names/parts.txt", 1, [](const Cells &row) {
+    const CFilename name(row[0].c_str());
+    return Cells{{name.GetDrive()},           text(name.GetRoot()),
+                 text(name.GetDir()),         text(name.GetPath()),
+                 text(name.GetName()),        text(name.GetExt()),
+                 text(name.GetNameExt()),     std::to_string(name.GetSegmentCount()),
+                 text(name.GetPathSegment(1))};
+  });
 }
 
 TEST_F(FilenameTest, GrowsByOneSegmentOrExtension) {
-  const struct {
-    const char *name;
-    const char *added;
-    const char *joined, *named, *extended; // by +=, AppendName and AppendExt
-  } rows[] = {
-      {R"(a)", R"(.b)", R"(a.b)", R"(a\.b)", R"(a.b)"},
-      {R"(a\)", R"(\b)", R"(a\b)", R"(a\b)", R"(a\b)"},
-      {R"(C:\a)", R"(x\y.t)", R"(C:\a\x\y.t)", R"(C:\a\y.t)", R"(C:\a.x\y.t)"},
-      {R"(a.)", R"(b)", R"(a.b)", R"(a.b)", R"(a.b)"},
-      {R"(a.b.c)", R"(xml)", R"(a.b.c\xml)", R"(a.b.c\xml)", R"(a.xml)"},
-  };
-  for (const auto &row : rows) {
-    SCOPED_TRACE(std::string(row.name) + " and " + row.added);
-    EXPECT_STREQ(CFilename(row.name) += row.added, row.joined);
-    EXPECT_STREQ(CFilename(row.name).AppendName(row.added), row.named);
-    EXPECT_STREQ(CFilename(row.name).AppendExt(row.added), row.extended);
-  }
+  support::expectTable("names/grown.txt", 2, [](const Cells &row) {
+    CFilename joined(row[0].c_str()), named(joined), extended(joined);
+    joined += row[1].c_str();
+    return Cells{text(joined), text(named.AppendName(row[1].c_str())), text(extended.AppendExt(row[1].c_str()))};
+  });
   CFilename self(R"(a\b)");
   self += self;
   EXPECT_STREQ(self, R"(a\b\a\b)");
@@ -107,17 +70,13 @@ TEST_F(FilenameTest, NamesMixWithOtherTexts) {
 TEST_F(FilenameTest, FormIsKnownFromTheText) {
   macros.AddMacro("$good$", R"(D:\x)");
   macros.AddMacro("$bad$", "$ktestNone$");
-  EXPECT_TRUE(CFilename(R"(C:\x)").IsAbsolute());
-  EXPECT_TRUE(CFilename(R"(\\srv\x)").IsAbsolute());
-  EXPECT_TRUE(CFilename(R"($good$\x)").IsAbsolute());
+  support::expectTable("names/forms.txt", 1, [](const Cells &row) {
+    const CFilename name(row[0].c_str());
+    const auto word = [](bool holds) { return holds ? "yes" : "no"; };
+    return Cells{word(name.IsAbsolute()), word(name.AbsPathName() != 0), word(name.CurDirRelPathName() != 0),
+                 word(name.IncludesMacro())};
+  });
   EXPECT_TRUE(CFilename("C:x").IsRelative());
-  EXPECT_TRUE(CFilename(R"(\x)").AbsPathName());
-  EXPECT_FALSE(CFilename("C:x").AbsPathName());
-  EXPECT_TRUE(CFilename("C:x").CurDirRelPathName());
-  EXPECT_TRUE(CFilename(R"(a\.x)").CurDirRelPathName());
-  EXPECT_FALSE(CFilename(R"(a.b\x)").CurDirRelPathName());
-  EXPECT_TRUE(CFilename(R"(a$GOOD$\x)").IncludesMacro());
-  EXPECT_FALSE(CFilename("$bad$$good$").IncludesMacro()) << "the first pair of `$` decides";
 }
 
 TEST_F(FilenameTest, StateOfFilesAndFolders) {
@@ -128,6 +87,11 @@ TEST_F(FilenameTest, StateOfFilesAndFolders) {
   EXPECT_EQ(file.IsDirectory(), 0);
   EXPECT_EQ(file.FileSize(), 5);
   EXPECT_EQ(none.ReadOnly(), 1) << "what is not there cannot be written to";
+  EXPECT_EQ(none.SetReadOnly(1), 0);
+  EXPECT_EQ(none.FileSize(), 0);
+  EXPECT_EQ(none.Remove(), 0);
+  EXPECT_EQ(CFilename(R"(C:\f.txt\)").FileExists(), 0) << "no folder";
+  EXPECT_EQ(CFilename("Q:x").IsDirectory(), 0);
   EXPECT_EQ(CFilename(R"(Q:\)").IsDirectory(), 1) << "a root counts as a folder, whether it is there or not";
   EXPECT_EQ(newFolder.mkDir(), 0);
   EXPECT_EQ(newFolder.mkDir(), 0) << "it is there";
@@ -148,6 +112,7 @@ TEST_F(FilenameTest, CopyTouchRenameRemove) {
   EXPECT_EQ(support::read(copied), content);
   EXPECT_EQ(fs::last_write_time(copied), fs::last_write_time(file));
   EXPECT_EQ(name.CopyFileA("copy.txt"), 3) << "the copy is read-only too";
+  EXPECT_EQ(name.CopyFileA(R"(\\srv\s\x)"), 3);
   EXPECT_EQ(none.CopyFileA("other.txt"), 2);
   EXPECT_EQ(name.Touch(), 0);
   EXPECT_GT(fs::last_write_time(file), fs::last_write_time(copied) + std::chrono::hours(24));
@@ -158,7 +123,10 @@ TEST_F(FilenameTest, CopyTouchRenameRemove) {
   EXPECT_EQ(name.Rename(fresh), 0U);
   EXPECT_STREQ(name, R"(C:\g.txt)");
   EXPECT_EQ(copy.Remove(), 1) << "though read-only";
-  EXPECT_TRUE(support::throws<CFileException>([] { CFilename(R"(C:\a)").Remove(); }));
+  const CFilename directory(R"(C:\a)");
+  EXPECT_EQ(directory.SetReadOnly(1), 1);
+  EXPECT_TRUE(support::throws<CFileException>([&] { directory.Remove(); }));
+  EXPECT_EQ(directory.ReadOnly(), 0) << "the attribute goes first";
 }
 
 } // namespace

@@ -28,7 +28,6 @@ TEST_F(MacroStringTest, ExpandsUpToTheFirstNameWithoutAValue) {
   macros.AddMacro("$self$", "s$self$");
   EXPECT_EQ(expanded("$ONE$$one$-$one"), "11-$one");
   EXPECT_EQ(expanded("$outer$"), "<[1]>1");
-  EXPECT_EQ(expanded("$DSDEFAULTTEMPLATES$"), R"(C:\Kestrune\Plinthforge\Templates\Draftsmith\v3)");
   EXPECT_EQ(cutShort(R"($ kDir $\x$one$)"), R"(D:\y\x$one$)") << "from the environment, without the blanks";
   EXPECT_EQ(cutShort("a$kNone$b$STD$c"), "ab$STD$c");
   EXPECT_EQ(cutShort("-$bad$-$one$"), "--$one$");
@@ -52,8 +51,10 @@ TEST_F(MacroStringTest, ExpansionEndsInTimeAndRoom) {
 }
 
 TEST_F(MacroStringTest, TableKeepsTheOrderOfInsertion) {
-  EXPECT_EQ(macros.GetMacroCount(), 16);
-  EXPECT_STREQ(macros.GetMacroName(0), "$KESTRUNE$");
+  std::string defaults;
+  for (int i = 0; i < macros.GetMacroCount(); ++i)
+    defaults += std::string(macros.GetMacroName(i)) + " " + expanded(std::string(macros.GetMacroName(i))) + "\n";
+  EXPECT_EQ(defaults, support::data("names/default-macros.txt"));
   EXPECT_EQ(macros.FindMacro("$stdtypes$"), 1);
   EXPECT_EQ(macros.FindMacro("$STD"), -1);
   EXPECT_TRUE(macros.AddMacro("$iMg$", nullptr)) << "a replaced macro goes to the end";
@@ -62,6 +63,20 @@ TEST_F(MacroStringTest, TableKeepsTheOrderOfInsertion) {
   NameProbe::oMacros.RemoveAll();
   EXPECT_EQ(CFilename(L"x").GetMacroCount(), 0) << "a wide text does not fill the table";
   EXPECT_EQ(CFilename("x").GetMacroCount(), 16);
+}
+
+TEST_F(MacroStringTest, AValueIsStoredExpandedOrCutShort) {
+  macros.AddMacro("$one$", "1");
+  macros.AddMacro("$bad$", "$one$ $kNone$ $one$");
+  const auto valueOf = [&](const char *name, int depth) {
+    CString value = "before";
+    const bool found = macros.GetValue(name, value, depth);
+    return (found ? "" : "not: ") + std::string(value);
+  };
+  EXPECT_EQ(valueOf("$STD$", 0), R"($KESTRUNE$\VorlanC\Libraries)");
+  EXPECT_EQ(valueOf("$std$", 10), R"(C:\Kestrune\VorlanC\Libraries)");
+  EXPECT_EQ(valueOf("$bad$", 10), "not: 1  $one$");
+  EXPECT_EQ(valueOf("$none$", 10), "not: before");
 }
 
 TEST_F(MacroStringTest, RegistryNamesTheFolders) {

@@ -25,11 +25,17 @@ TEST(MBStringTest, WalksAndCutsByCharacter) {
     EXPECT_STREQ(text.Left(row.n), row.left);
     EXPECT_STREQ(text.Right(row.n), row.right);
     EXPECT_STREQ(text.Mid(row.n), row.mid);
+    EXPECT_STREQ(text.Mid(row.n, 9), row.mid);
     EXPECT_STREQ(text.LeftChar(row.n), row.leftChar);
     EXPECT_STREQ(text.MidChar(row.n), row.midChar);
     EXPECT_EQ(text.GetCharLength(), row.characters);
     EXPECT_EQ(text.GetCharLast() - first, row.last);
+    EXPECT_EQ(text.GetCharPrev(first, text.GetCharNext(first)), first);
   }
+  const CMBString text = CString("a");
+  EXPECT_EQ(text.GetCharNext(nullptr), nullptr);
+  EXPECT_EQ(text.GetCharPrev(nullptr, text), nullptr);
+  EXPECT_EQ(text.GetCharPrev(text, nullptr), text.GetCharFirst());
 }
 
 } // namespace

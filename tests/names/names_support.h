@@ -7,7 +7,7 @@ namespace support {
 /// Shows what a derived class may use.
 struct NameProbe : CFilename {
   using CFilename::CFilename, CFilename::FindMacro, CFilename::GetMacroName, CFilename::GetMacroValue,
-      CFilename::oMacros, CFilename::Prefix;
+      CFilename::GetValue, CFilename::oMacros, CFilename::Prefix;
 };
 
 /// The drives C, D and E are folders of a temporary one, the current directory is D:\w, the installation folder is

@@ -117,6 +117,7 @@ TEST(CStringTest, AnIndexEndsAtTheTerminator) {
 
 TEST(CStringTest, ChangesInPlaceAndByParts) {
   CString text = "0123456789";
+  EXPECT_EQ(text.Delete(11, 1), 10) << "after the end";
   EXPECT_EQ(text.Delete(6, 9), 6);
   EXPECT_EQ(text.Insert(2, text), 12) << "a part of itself";
   EXPECT_STREQ(text, "010123452345");

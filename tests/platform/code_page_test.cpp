@@ -29,7 +29,15 @@ void expectConverts(unsigned number, const wchar_t *wide, const char *text, cons
 TEST(CodePageTest, WideTextConverts) {
   expectConverts(65001, L"a\x8868\x1F600", "a\xE8\xA1\xA8\xF0\x9F\x98\x80", L"a\x8868\x1F600");
   expectConverts(932, L"\\~\x8868\x1F600\xE9", "\\~\x95\\??", L"\\~\x8868??");
+  expectConverts(65001, L"\xD7FF\xE000\x10FFFF", "\xED\x9F\xBF\xEE\x80\x80\xF4\x8F\xBF\xBF", L"\xD7FF\xE000\x10FFFF");
+}
+
+TEST(CodePageTest, WhatIsNoCharacterIsReplaced) {
+  EXPECT_STREQ(CString(L"\xD800\xDFFF\x110000"), "???") << "no characters";
   EXPECT_STREQ(CStringToBSTR("a\xC3z\xED\xA0\x80"), L"a\xFFFDz\xFFFD\xFFFD\xFFFD") << "bytes that are not UTF-8";
+  const support::CodePage page(932);
+  EXPECT_STREQ(CStringToBSTR("\xFDz\x95"), L"\xFFFDz\xFFFD") << "bytes that are not of the page";
+  EXPECT_EQ(CStringToBSTR("\xFDz\x95").length(), 3U);
 }
 
 // Each text is walked from its start by whole characters, and back from each place in it to the last of those places.
@@ -39,7 +47,7 @@ TEST(CodePageTest, WalksForwardAndBack) {
     const char *text;
     std::vector<std::ptrdiff_t> bounds;
   } rows[] = {
-      {65001, "a\xC3\xA9\xE8\xA1\xA8\xF0\x9F\x98\x80", {0, 1, 3, 6, 10}},
+      {65001, "a\xC2\x80\xE8\xA1\xA8\xF0\x9F\x98\x80", {0, 1, 3, 6, 10}},
       // Invalid bytes stand alone.
       {65001, "\xA1\xC3\xE8\xA1\xF0\x9F\x98z\xFF", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}},
       {932, "\x95\\\\\x81\x81\x81\xB1\xDF\xE0\x40\xFC\xFCz", {0, 2, 3, 5, 7, 8, 10, 12, 13}},
@@ -54,6 +62,9 @@ TEST(CodePageTest, WalksForwardAndBack) {
         EXPECT_EQ(CharPrevA(text, text + ++at) - text, bounds[i - 1]) << at;
     }
   }
+  const support::CodePage page(932);
+  const char *const text = "\x95\x95\\";
+  EXPECT_EQ(CharPrevA(text + 1, text + 3) - text, 1) << "what is before the start does not count";
 }
 
 // The trail bytes look like `\`, `Z` and `z`.

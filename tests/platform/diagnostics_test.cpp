@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 #include <fcntl.h>
+#include <poll.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace {
@@ -38,14 +40,25 @@ TEST(MessageBoxTest, ATerminalIsAsked) {
   ASSERT_EQ(::grantpt(master), 0);
   ASSERT_EQ(::unlockpt(master), 0);
   const int terminal = ::open(::ptsname(master), O_RDWR | O_NOCTTY);
-  const auto answer = [&](UINT type, std::string_view typed) {
+  termios mode{};
+  ::tcgetattr(terminal, &mode);
+  mode.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+  ::tcsetattr(terminal, TCSANOW, &mode);
+  const auto answer = [&](UINT type, std::string_view typed, const std::string &shown) {
     const Redirected input(0, terminal), error(2, terminal);
     EXPECT_EQ(::write(master, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
     std::clearerr(stdin);
-    return AfxMessageBox("sure?", type);
+    const int button = AfxMessageBox("sure?", type);
+    std::string seen;
+    pollfd ready{master, POLLIN, 0};
+    for (char c = 0; seen.size() < shown.size() && ::poll(&ready, 1, 1000) > 0 && ::read(master, &c, 1) == 1;)
+      seen += c;
+    EXPECT_EQ(seen, shown);
+    return button;
   };
-  EXPECT_EQ(answer(MB_YESNO, "maybe\nn\n"), IDNO);
-  EXPECT_EQ(answer(MB_YESNOCANCEL | kSecond, "\n"), IDNO) << "an empty line is the default";
+  const std::string yesOrNo = "Yes, No? [Yes] ";
+  EXPECT_EQ(answer(MB_YESNO, "maybe\nn\n", "sure?\r\n" + yesOrNo + yesOrNo), IDNO);
+  EXPECT_EQ(answer(MB_YESNOCANCEL | kSecond, "\n", "sure?\r\nYes, No, Cancel? [No] "), IDNO) << "the default";
   std::clearerr(stdin);
   ::close(terminal);
   ::close(master);

@@ -27,6 +27,8 @@ TEST_F(DrivesTest, AHostPathTakesTheDriveWithTheLongestFolder) {
   EXPECT_EQ(form("A=/d;C=/d;D=/d", "/d/x"), R"(C:\x)") << "C wins a tie";
 }
 
+TEST_F(DrivesTest, TheRootOfTheHostIsThere) { EXPECT_EQ(CFilename("Z:\\").FileExists(), 1); }
+
 TEST_F(DrivesTest, TheCurrentDirectoryIsOnTheDriveWithItsFolder) {
   fs::create_directories(root + "/d/e");
   const support::Environment mapped("KESTRUNE_DRIVES", ("D=" + root + "/d").c_str());

@@ -43,10 +43,13 @@ extern "C" int close(int handle) {
 }
 extern "C" int fsync(int handle) {
   ++host.syncs;
-  return real<decltype(fsync)>("fsync")(handle);
+  return fails("fsync") ? -1 : real<decltype(fsync)>("fsync")(handle);
 }
 extern "C" int fchmod(int handle, mode_t mode) noexcept {
   return fails("fchmod") ? -1 : real<decltype(fchmod)>("fchmod")(handle, mode);
+}
+extern "C" int ftruncate(int handle, off_t size) noexcept {
+  return fails("ftruncate") ? -1 : real<decltype(ftruncate)>("ftruncate")(handle, size);
 }
 extern "C" int flock(int handle, int operation) noexcept {
   return fails("flock") ? -1 : real<decltype(flock)>("flock")(handle, operation);
@@ -162,6 +165,14 @@ TEST_F(FileTest, RoomIsReservedForTheHolesOfTheOldFileToo) {
   }
 }
 
+TEST_F(FileTest, TheOldBytesAreWrittenBack) {
+  const std::string old(5000, 'o');
+  support::write(file, old);
+  host.failing = "ftruncate"; // after the new bytes have been written
+  EXPECT_EQ(save(file, "new"), KRX_E_SAVE_FAILED);
+  EXPECT_EQ(support::read(file), old);
+}
+
 TEST_F(FileTest, AFailureToCloseIsReported) {
   support::write(file, "old");
   host.failing = "close";
@@ -261,6 +272,12 @@ TEST_F(ReplacingSave, PutsANewFileInTheOldOnesPlace) {
   EXPECT_TRUE(isSaved(folder / "own.xml"));
   EXPECT_EQ(kestrune::SaveReplacing(renaming, (folder / "own").c_str(), nullptr, false), KRX_E_WRITE_PROTECTED);
   EXPECT_EQ(countFiles(), 4);
+  host.failing = "fsync";
+  EXPECT_EQ(saveReplacing(file), KRX_E_SAVE_FAILED);
+  host.error = EINVAL; // it cannot be synchronised
+  EXPECT_EQ(saveReplacing(file), 0);
+  host = {};
+  EXPECT_EQ(saveReplacing("/proc/none.xml"), KRX_E_SAVE_FAILED) << "nobody can make a file there";
   ::close(held);
 }
 

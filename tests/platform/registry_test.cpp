@@ -1,4 +1,4 @@
-#include "tests/test_support.h"
+#include "tests/tables.h"
 
 namespace {
 
@@ -15,10 +15,10 @@ struct Probe : CMacroString {
   }
 };
 
-std::string utf16(std::string_view ascii) {
-  std::string text = "\xFF\xFE";
+std::string utf16(std::string_view ascii, bool bigEndian = false) {
+  std::string text = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
   for (const char c : ascii)
-    text.append({c, '\0'});
+    bigEndian ? text.append({'\0', c}) : text.append({c, '\0'});
   return text;
 }
 
@@ -44,9 +44,12 @@ TEST_F(RegistryTest, KeysInEachEncoding) {
   EXPECT_EQ(folderFrom(kOld + kKey + kNet), "D:\\Net");
   EXPECT_EQ(folderFrom("\xEF\xBB\xBF" + kKey + kNet), "D:\\Net");
   EXPECT_EQ(folderFrom(utf16(kKey + kNet)), "D:\\Net");
+  EXPECT_EQ(folderFrom(utf16(kKey + kNet, true)), "D:\\Net");
   EXPECT_EQ(folderFrom("[hkey_local_machine\\software\\KESTRUNE]\n\"kestrune PATH\" = \"D:\\\\Net\""), "D:\\Net");
+  EXPECT_EQ(folderFrom("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune] ; ]\n" + kNet), "D:\\Net");
   EXPECT_EQ(folderFrom(kKey + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kestrune\\x]\n" + kNet), kNone) << "a key below";
   EXPECT_EQ(folderFrom(kKey + kNet + "[-HKEY_LOCAL_MACHINE\\software]"), kNone);
+  EXPECT_EQ(folderFrom(std::string(70000, '\n') + kKey + kNet), "D:\\Net");
   // The 32-bit view counts where the key itself is not there.
   EXPECT_EQ(folderFrom(kWow + kNet), "D:\\Net");
   EXPECT_EQ(folderFrom(kWow + kNet + kKey), kNone);
@@ -57,6 +60,13 @@ TEST_F(RegistryTest, ValuesInEachForm) {
   EXPECT_EQ(folderFrom(kKey + kNet + kName + "-\r\n"), kNone) << "removed";
   EXPECT_EQ(folderFrom(kKey + kNet + kName + "\"x\n" + kName + "hex:44,4g\n"), "D:\\Net") << "damaged lines";
   EXPECT_EQ(folderFrom(kKey + kName + "hex(2):44,00,3a,00,\\\r\n  5C,00,e9,00,00,00\r\n"), "D:\\\xC3\xA9");
+  const std::string longest(249, 'x');
+  EXPECT_EQ(folderFrom(kKey + kName + '"' + longest + '"'), longest);
+  EXPECT_EQ(folderFrom(kKey + kName + '"' + longest + "x\""), kNone);
+  support::expectTable("platform/registry-values.txt", 2, [this](const support::Cells &row) {
+    const std::string version = row[0] == "4, marked" ? "\xEF\xBB\xBF" + kOld : row[0] == "4" ? kOld : "";
+    return support::Cells{folderFrom(version + kKey + kName + row[1])};
+  });
 }
 
 TEST_F(RegistryTest, TextsComeInTheCodePage) {

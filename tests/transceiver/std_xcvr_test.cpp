@@ -2,7 +2,7 @@
 
 namespace {
 
-using support::keys, support::read, support::write;
+using support::keys, support::write;
 
 constexpr const char *kFile = "D:\\x\\StdXcvr.xml";
 
@@ -73,35 +73,40 @@ TEST_F(StdXcvr3, AMergedDocumentIsSavedInOne) {
 }
 
 TEST_F(StdXcvr3, WhereTheFilesAreLookedFor) {
+  EXPECT_EQ(CStdXcvr3().LoadFromFile(nullptr), KRX_E_LOAD_NOT_NAMED);
   put("d/x/StdXcvr.xml", {{"A", "1"}});
   put("d/x/UserXcvr.xml", {{"X", "2"}});
   put("d/w/StdXcvr.xml", {{"B", "1"}});
   put("d/w/UserXcvr.xml", {{"W", "2"}});
+  put("c/Kestrune/Types/StdXcvr.xml", {{"T", "1"}});
+  put("c/Kestrune/Types/UserXcvr.xml", {{"V", "2"}});
   put("e/types/stdxcvr.xml", {{"R", "1"}});
   put("e/types/UserXcvr.xml", {{"U", "2"}});
-  const auto loaded = [](const char *replacements, const char *name) {
-    const support::Environment pfdt("PFDT", replacements);
-    CStdXcvr3 document;
-    EXPECT_EQ(document.LoadFromFile(name), S_OK) << name;
-    return keys(document.Transceivers3);
+  const std::string hostPath = folder / "d/x/StdXcvr.xml";
+  const struct {
+    const char *replacements, *name, *items;
+    const char *remembered = name;
+  } rows[] = {
+      {nullptr, R"(..\x\StdXcvr.xml)", "A,X"},
+      {nullptr, "./StdXcvr.xml", "B,W"},
+      {nullptr, R"(..\x/StdXcvr.xml)", "A"}, // the name is cut at its last `\`
+      {nullptr, "$StdTypes$/StdXcvr.xml", "T"},
+      {nullptr, hostPath.c_str(), "A,X"},
+      {nullptr, "StdXcvr.xml", "B,W"},
+      {R"(E:\none)", kFile, "A,X"},
+      {R"(E:\types\)", kFile, "R,U", R"(E:\types\stdxcvr.xml)"},
+      {R"(E:\types\)", R"(D:\x\UserXcvr.xml)", "X"}, // the user's own file is the whole document
   };
-  EXPECT_EQ(loaded(nullptr, R"(..\x\StdXcvr.xml)"), "A,X");
-  EXPECT_EQ(loaded(nullptr, (folder / "d/x/StdXcvr.xml").c_str()), "A,X");
-  EXPECT_EQ(loaded(nullptr, "StdXcvr.xml"), "B,W");
-  EXPECT_EQ(loaded(R"(E:\none)", kFile), "A,X");
-  EXPECT_EQ(loaded(R"(E:\types\)", kFile), "R,U");
-  EXPECT_EQ(loaded(R"(E:\types\)", R"(D:\x\UserXcvr.xml)"), "X") << "the user's own file is the whole document";
-}
-
-TEST_F(StdXcvr3, InitOfALoadedDocumentRenewsTheHeaderAlone) {
-  CStdXcvr3 document;
-  support::load(document, read(KESTRUNE_TEST_DATA "/transceiver/version-3.xml"));
-  const std::string saved = support::save(document);
-  document.Contents.Format = 9;
-  document.Init();
-  document.Contents.CreationDate = 7;
-  EXPECT_EQ(support::save(document), saved);
-  EXPECT_STREQ(CStdXcvr3().Contents.FileDescription, "Standard Transceivers file");
+  for (const auto &row : rows) {
+    SCOPED_TRACE(row.name);
+    const support::Environment pfdt("PFDT", row.replacements);
+    struct : CStdXcvr3 {
+      using CXMLFolder::m_fileName;
+    } document;
+    EXPECT_EQ(document.LoadFromFile(row.name), S_OK);
+    EXPECT_EQ(keys(document.Transceivers3), row.items);
+    EXPECT_STREQ(document.m_fileName, row.remembered);
+  }
 }
 
 TEST_F(StdXcvr3, CopiesHoldAllLists) {

@@ -2,45 +2,29 @@
 
 namespace {
 
-using support::keyOf, support::load, support::save, support::thrownMessage;
-
-std::string transceiverData(const std::string &name) {
-  return support::read(KESTRUNE_TEST_DATA "/transceiver/" + name);
-}
-
-template <class Document>
-void expectSaves(const std::string &saved, const std::string &loaded) {
-  SCOPED_TRACE(loaded + " in, " + saved + " out");
-  Document document;
-  EXPECT_GE(load(document, transceiverData(loaded)), 0);
-  EXPECT_EQ(document.GetModified(), 0);
-  EXPECT_EQ(save(document), transceiverData(saved));
-}
+using support::expectSaves, support::keyOf, support::load, support::save, support::thrownMessage;
 
 TEST(Transceivers, EachVersionReadsAndWritesAllVersions) {
-  expectSaves<CStdXcvr>("version-1.xml", "version-3.xml");
-  expectSaves<CStdXcvr2>("version-2.xml", "version-3.xml");
-  expectSaves<CStdXcvr3>("version-3.xml", "version-3.xml");
-  expectSaves<CStdXcvr2>("version-1-saved-by-2.xml", "version-1.xml");
-  expectSaves<CStdXcvr3>("version-1-saved-by-3.xml", "version-1.xml");
+  expectSaves<CStdXcvr>("transceiver/version-1.xml", "transceiver/version-3.xml");
+  expectSaves<CStdXcvr2>("transceiver/version-2.xml", "transceiver/version-3.xml");
+  expectSaves<CStdXcvr3>("transceiver/version-3.xml", "transceiver/version-3.xml");
+  expectSaves<CStdXcvr2>("transceiver/version-1-saved-by-2.xml", "transceiver/version-1.xml");
+  expectSaves<CStdXcvr3>("transceiver/version-1-saved-by-3.xml", "transceiver/version-1.xml");
+}
+
+TEST(Transceivers, InitOfALoadedDocumentRenewsTheHeaderAlone) {
+  support::expectInitRenewsTheHeader<CStdXcvr>("transceiver/version-1.xml");
+  support::expectInitRenewsTheHeader<CStdXcvr2>("transceiver/version-2.xml");
+  support::expectInitRenewsTheHeader<CStdXcvr3>("transceiver/version-3.xml");
 }
 
 TEST(Transceivers, RecordsAreCopied) {
   CStdXcvr3 document;
-  load(document, transceiverData("version-3.xml"));
+  load(document, support::data("transceiver/version-3.xml"));
   CTransceiver3 &item = *document.Transceivers3[0];
   support::expectCopies(document);
   support::expectCopies(item.Timing);
   support::expectCopies(item.ModeSpec2);
-}
-
-TEST(Transceivers, ANewItemHasDefaultsAndItsName) {
-  CTransceivers3 list;
-  const CTransceiver3 &item = *list.Add("n");
-  EXPECT_STREQ(item.Key(), "n");
-  EXPECT_STREQ(item.UsesVorlanComPort, "TRUE");
-  EXPECT_STREQ(item.Timing, "Timing") << "a folder's text is its tag";
-  EXPECT_EQ(list.Add("N"), nullptr) << "the name is there, in another case";
 }
 
 TEST(Transceivers, GeneralPurposeDataLosesItsPrefixOnLoadAndGetsItBackOnSave) {

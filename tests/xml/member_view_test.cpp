@@ -1,40 +1,59 @@
+#include "tests/document_support.h"
 #include "tests/xml/sample_records.h"
 
 namespace {
 
-using enum kestrune::MemberKind;
 using kestrune::ItemClassOf, kestrune::MembersOf, kestrune::MemberView;
 
-/// The member of that tag.
-MemberView member(CXMLFolder &folder, std::string_view tag) {
-  for (const MemberView &each : MembersOf(folder))
-    if (each.value->GetTag().View() == tag)
-      return each;
-  return {};
+/// The members of a new `folder`, one a line, with kind, text, and the default where it is another text.
+std::string structureOf(CXMLFolder &folder, const std::string &indent = "") {
+  constexpr const char *kKinds[] = {"attribute", "truth value", "element", "hex element", "folder", "collection"};
+  std::string text;
+  for (const MemberView &each : MembersOf(folder)) {
+    const std::string tag(each.value->GetTag()), value(tag == "CreationDate" ? "now" : *each.value);
+    text += indent + tag + ": " + kKinds[static_cast<int>(each.kind)] + ", '" + value + "'";
+    text += each.defaultText != nullptr && each.defaultText != value
+                ? std::string(", else '") + each.defaultText + "'\n"
+                : "\n";
+    if (each.collection != nullptr) {
+      const kestrune::ItemClass items = ItemClassOf(*each.collection);
+      text += indent + "\t" + std::string(items.tag) + " by " + std::string(items.keyAttribute) + "\n" +
+              structureOf(*items.item, indent + "\t\t");
+    } else if (each.folder != nullptr) {
+      text += structureOf(*each.folder, indent + "\t");
+    }
+  }
+  return text;
 }
 
-TEST(MemberView, DescribesKindsDefaultsAndItemsWithoutAFile) {
-  CVorlanModel4 model;
-  EXPECT_EQ(member(model, "Name").kind, Attribute);
-  EXPECT_EQ(member(model, "PTMSupported").kind, BoolAttribute);
-  EXPECT_EQ(member(model, "Family").kind, Element);
-  EXPECT_STREQ(member(model, "Family").defaultText, "3100");
-  CXMLNameHexPair renamed("Row", "A", "B");
-  EXPECT_STREQ(member(renamed, "B").defaultText, "0xFFFF");
-  CVorlanTyp4 document;
-  EXPECT_EQ(member(document, "Contents").kind, Folder);
-  EXPECT_EQ(member(document, "ClockingSchemes").kind, Collection);
-  EXPECT_EQ(ItemClassOf(document.ClockingSchemes).keyAttribute, "Id");
+TEST(MemberView, DescribesDocumentsWithoutAFile) {
+  CVorlanTyp4 chip;
+  CStdXcvr3 transceivers;
+  CSpidData2 identity;
+  CKestruneUI interface;
+  std::string all;
+  for (CXMLFolder *const document : std::initializer_list<CXMLFolder *>{&chip, &transceivers, &identity, &interface})
+    all += std::string(document->GetTag()) + ": '" + std::string(*document) + "'\n" + structureOf(*document, "\t");
+  EXPECT_EQ(all, support::data("xml/structure.txt"));
+}
+
+TEST(XmlFileNames, HaveANameAndFlags) {
   CXMLFileNames names;
-  EXPECT_EQ(ItemClassOf(names).tag, "PFXMLFileName");
+  names.Add("a.xml")->OptionFlags = 2;
+  names.Add("b.xml");
+  EXPECT_STREQ(names.Find("A.XML")->OptionFlags, "0x2");
+  EXPECT_STREQ(CXMLFileName("T", "Key").Name.GetTag(), "Key");
+  EXPECT_NE(support::save(names).find("<PFXMLFileName Name=\"b.xml\">"), std::string::npos);
+  support::expectCopies(names);
 }
 
-TEST(MemberView, ShowsRecordsWithoutATable) {
-  sample::Document document;
-  document.List.Add("x")->Bound = 16;
-  const MemberView bound = member(*document.List[0], "Bound");
-  EXPECT_EQ(bound.kind, HexElement);
-  EXPECT_STREQ(*bound.value, "0x10");
+TEST(MemberView, ShowsRecordsWithTheirOwnTagsOrWithoutATable) {
+  CXMLNameHexPair renamed("Row", "A", "B");
+  EXPECT_EQ(structureOf(renamed), "A: attribute, 'Unassigned'\nB: hex element, '0xFFFF'\n");
+  sample::Item item;
+  item.Bound = 16;
+  EXPECT_EQ(structureOf(item), "Name: attribute, 'Unassigned'\nText: element, 'none'\n"
+                               "Bound: hex element, '0x10'\nFlag: truth value, 'FALSE'\n");
 }
 
 } // namespace

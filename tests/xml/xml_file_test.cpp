@@ -30,6 +30,7 @@ TEST_F(XmlFile, AFailedLoadKeepsTheItemsAndReportsItsCause) {
     bool isModified;
   } rows[] = {
       {m_folder / "none.xml", KRX_E_FILE_NOT_FOUND, true},
+      {write("rootless.xml", "<?xml version='1.0'?><!-- -->"), KRX_E_UNEXPECTED_DATA, false},
       {write("malformed.xml", "<Root><Items></Root>"), KRX_E_UNEXPECTED_DATA, false},
       {write("wrong.xml", "<Other><Items><Item Name='new'/></Items></Other>"), KRX_E_WRONG_ROOT_TAG, false},
   };
@@ -96,8 +97,12 @@ TEST_F(XmlFile, ComIsNeededByTheThread) {
     Document document;
     EXPECT_EQ(load(document, path), KRX_E_COM_CREATE);
     EXPECT_EQ(save(document, path), KRX_E_COM_CREATE);
-    const support::Com com;
+    EXPECT_EQ(CoInitialize(nullptr), S_OK);
+    EXPECT_EQ(CoInitialize(nullptr), S_FALSE);
+    CoUninitialize();
     EXPECT_EQ(load(document, path), S_OK);
+    CoUninitialize();
+    EXPECT_EQ(load(document, path), KRX_E_COM_CREATE);
   }).join();
 }
 

@@ -78,6 +78,9 @@ TEST(XmlFolder, CopyTakesTextsAndNoFileName) {
   target = source;
   EXPECT_STREQ(target.m_fileName, "y.xml");
   EXPECT_STREQ(target.Name, "n");
+  CXMLTopLevelFolder document;
+  document = "text";
+  EXPECT_STREQ(document, "text");
 }
 
 } // namespace
