@@ -5,6 +5,7 @@
 #include "kestrune/platform/exceptions.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <limits>
 #include <new>
@@ -48,8 +49,18 @@ void forEachSingleByte(char *text, std::size_t size, Change change) {
   }
 }
 
-// The capacity of a text on the heap is stored before it.
-using Room = std::uint32_t;
+/// Stands in front of a text on the heap.
+struct Header {
+  std::atomic<std::uint32_t> owners;
+  std::uint32_t room; // without the terminator
+};
+
+// More owners get a copy, so that the count cannot overflow.
+constexpr std::uint32_t kMostOwners = std::uint32_t{1} << 31U;
+
+Header &headerOf(const char *text) {
+  return *std::launder(reinterpret_cast<Header *>(const_cast<char *>(text) - sizeof(Header)));
+}
 
 } // namespace
 
@@ -63,37 +74,6 @@ CString::CString(const char *text, int length)
     : CString(text != nullptr ? std::string_view(text, static_cast<std::size_t>(std::max(length, 0)))
                               : std::string_view()) {}
 
-CString CString::OfLiteral(const char *text) {
-  const std::string_view view = orEmpty(text);
-  CString literal;
-  if (view.size() <= kInPlace)
-    literal.assign(view);
-  else
-    literal.setPointer(view.data(), view.size(), kLiteral);
-  return literal;
-}
-
-CString &CString::operator=(const CString &other) {
-  if (this == &other)
-    return *this;
-  if (other.mark() == kOnHeap) {
-    assign(other.View());
-  } else {
-    release();
-    std::memcpy(m_bytes, other.m_bytes, sizeof m_bytes);
-  }
-  return *this;
-}
-
-CString &CString::operator=(CString &&other) noexcept {
-  if (this != &other) {
-    release();
-    std::memcpy(m_bytes, other.m_bytes, sizeof m_bytes);
-    other.setEmpty();
-  }
-  return *this;
-}
-
 CString &CString::operator=(const char *text) {
   assign(orEmpty(text));
   return *this;
@@ -106,59 +86,76 @@ CString &CString::operator+=(const char *text) {
   return *this;
 }
 
-void CString::freeHeap() noexcept { ::operator delete(const_cast<char *>(pointer()) - sizeof(Room)); }
+void CString::share() {
+  std::atomic<std::uint32_t> &owners = headerOf(data()).owners;
+  if (mark() == kOnHeap && owners.load(std::memory_order_relaxed) < kMostOwners) {
+    owners.fetch_add(1, std::memory_order_relaxed);
+  } else {
+    CString copy(View());
+    m_inside = std::exchange(copy.m_inside, kEmpty);
+  }
+}
 
-void CString::setPointer(const char *text, std::size_t length, unsigned char mark) noexcept {
-  std::memcpy(m_bytes, &text, sizeof text);
-  m_bytes[kInPlace] = static_cast<char>(mark);
-  setLength(length);
+void CString::freeHeap() noexcept {
+  Header &header = headerOf(data());
+  // A single owner has nobody to count with.
+  if (header.owners.load(std::memory_order_acquire) == 1 || header.owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
+    ::operator delete(&header);
 }
 
 void CString::setLength(std::size_t length) noexcept {
   if (isInPlace()) {
-    m_bytes[length] = '\0';
-    m_bytes[kInPlace] = static_cast<char>(kInPlace - length);
-    return;
+    std::memset(m_inside.text + length, 0, kInPlace - length);
+    m_inside.text[kInPlace] = static_cast<char>(kInPlace - length);
+  } else {
+    m_inside.pointed.length = static_cast<std::uint32_t>(length);
+    const_cast<char *>(m_inside.pointed.text)[length] = '\0';
   }
-  const auto stored = static_cast<std::uint32_t>(length);
-  std::memcpy(m_bytes + sizeof(char *), &stored, sizeof stored);
-  if (mark() == kOnHeap)
-    const_cast<char *>(pointer())[length] = '\0';
 }
 
-std::size_t CString::capacity() const noexcept {
-  if (isInPlace())
-    return kInPlace;
-  Room room = 0;
-  if (mark() == kOnHeap)
-    std::memcpy(&room, pointer() - sizeof room, sizeof room);
-  return room;
-}
-
-char *CString::reserve(std::size_t length) {
-  if (mark() != kLiteral && length <= capacity())
-    return const_cast<char *>(data());
+char *CString::allocate(std::size_t length, std::size_t room) {
+  if (length <= kInPlace)
+    return m_inside.text;
   if (length > static_cast<std::size_t>(std::numeric_limits<int>::max()))
     throw std::length_error("CString");
-  const std::size_t kept = std::min(size(), length);
-  // Growing by half keeps appending byte by byte cheap.
-  const auto room = static_cast<Room>(std::max(length, kept > kInPlace ? kept + kept / 2 : length));
-  char *const text = static_cast<char *>(::operator new(sizeof room + room + 1)) + sizeof room;
-  std::memcpy(text - sizeof room, &room, sizeof room);
-  std::memcpy(text, data(), kept);
-  release();
-  setPointer(text, kept, kOnHeap);
+  void *const memory = ::operator new(sizeof(Header) + room + 1);
+  char *const text = static_cast<char *>(memory) + sizeof(Header);
+  new (memory) Header{{1}, static_cast<std::uint32_t>(room)};
+  m_inside.pointed = {text, 0, {}, kOnHeap};
   return text;
 }
 
+char *CString::ownBuffer(std::size_t length) noexcept {
+  if (isInPlace())
+    return length <= kInPlace ? m_inside.text : nullptr;
+  if (mark() == kLiteral)
+    return nullptr;
+  const Header &header = headerOf(data());
+  return length <= header.room && header.owners.load(std::memory_order_acquire) == 1 ? const_cast<char *>(data())
+                                                                                     : nullptr;
+}
+
+char *CString::reserve(std::size_t length) {
+  if (char *const own = ownBuffer(length))
+    return own;
+  const std::size_t kept = std::min(size(), length);
+  CString other;
+  // Growing by half keeps appending byte by byte cheap.
+  copyBytes(other.allocate(length, length > kept && kept > kInPlace ? std::max(length, kept + kept / 2) : length),
+            View().substr(0, kept));
+  other.setLength(kept);
+  *this = std::move(other);
+  return const_cast<char *>(data());
+}
+
 void CString::assign(std::string_view text) {
-  if (mark() != kLiteral && text.size() <= capacity()) {
-    copyBytes(const_cast<char *>(data()), text); // `text` may be part of this text
+  if (char *const own = ownBuffer(text.size())) {
+    copyBytes(own, text); // `text` may be part of this text
     setLength(text.size());
     return;
   }
   CString other;
-  copyBytes(other.reserve(text.size()), text);
+  copyBytes(other.allocate(text.size(), text.size()), text);
   other.setLength(text.size());
   *this = std::move(other);
 }
@@ -168,10 +165,11 @@ void CString::append(std::string_view text) { replace(size(), 0, text); }
 void CString::replace(std::size_t start, std::size_t count, std::string_view text) {
   const std::size_t oldSize = size();
   const std::size_t newSize = oldSize - count + text.size();
-  if (newSize > capacity() || mark() == kLiteral || (text.data() >= data() && text.data() <= data() + oldSize)) {
-    // In a new buffer, as `text` may be part of this text.
+  char *const own = ownBuffer(newSize);
+  if (own == nullptr || (text.data() >= own && text.data() <= own + oldSize)) {
+    // In a new buffer, as `text` may be part of this text. One that grows at its end is likely to go on.
     CString other;
-    char *const room = other.reserve(newSize > kInPlace && start == oldSize ? newSize + newSize / 2 : newSize);
+    char *const room = other.allocate(newSize, start == oldSize ? newSize + newSize / 2 : newSize);
     std::memcpy(room, data(), start);
     copyBytes(room + start, text);
     std::memcpy(room + start + text.size(), data() + start + count, oldSize - start - count);
@@ -179,9 +177,8 @@ void CString::replace(std::size_t start, std::size_t count, std::string_view tex
     *this = std::move(other);
     return;
   }
-  char *const room = const_cast<char *>(data());
-  std::memmove(room + start + text.size(), room + start + count, oldSize - start - count);
-  copyBytes(room + start, text);
+  std::memmove(own + start + text.size(), own + start + count, oldSize - start - count);
+  copyBytes(own + start, text);
   setLength(newSize);
 }
 
@@ -316,9 +313,9 @@ void CString::FormatV(const char *format, va_list arguments) {
   const int length = std::vsnprintf(nullptr, 0, pattern, measured); // NOLINT(clang-analyzer-valist.Uninitialized)
   va_end(measured);
   CString text;
-  char *const room = text.reserve(static_cast<std::size_t>(std::max(length, 0)));
-  std::vsnprintf(room, text.capacity() + 1, pattern, arguments); // NOLINT(clang-analyzer-valist.Uninitialized)
-  text.setLength(static_cast<std::size_t>(std::max(length, 0)));
+  const auto size = static_cast<std::size_t>(std::max(length, 0));
+  std::vsnprintf(text.reserve(size), size + 1, pattern, arguments); // NOLINT(clang-analyzer-valist.Uninitialized)
+  text.setLength(size);
   *this = std::move(text);
 }
 
@@ -331,15 +328,24 @@ bool CString::LoadString(UINT id) {
 char *CString::GetBuffer(int minimum) {
   if (minimum > GetLength())
     resize(static_cast<std::size_t>(minimum));
-  return reserve(size());
+  return lend();
 }
 
 char *CString::GetBufferSetLength(int length) {
   resize(static_cast<std::size_t>(std::max(length, 0)));
-  return reserve(size());
+  return lend();
+}
+
+char *CString::lend() {
+  char *const buffer = reserve(size());
+  if (!isInPlace())
+    m_inside.pointed.mark = kLent;
+  return buffer;
 }
 
 void CString::ReleaseBuffer(int length) {
   const std::size_t end = length < 0 ? std::strlen(data()) : static_cast<std::size_t>(length);
   resize(std::min(end, size()));
+  if (mark() == kLent)
+    m_inside.pointed.mark = kOnHeap;
 }

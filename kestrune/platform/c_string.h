@@ -9,10 +9,12 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <type_traits>
 
 /// The platform's narrow string: a byte sequence in the code page of the process, always readable as a zero-terminated
 /// text. Lengths, offsets and counts are in bytes. Case is ASCII case, and a trail byte of a double-byte page is never
-/// taken for a character. Each object owns its text. Threads may not share an object while it changes.
+/// taken for a character. Copies share a long text until one of them changes, which nobody notices: threads that have
+/// an object each are independent. Threads may not share an object while it changes.
 class KESTRUNE_API CString {
 public:
   CString() noexcept = default;
@@ -25,18 +27,37 @@ public:
   /// The `length` bytes at `text`; null or a negative length gives an empty text.
   CString(const char *text, int length);
   explicit CString(std::string_view text) : CString() { assign(text); }
-  CString(const CString &other) : CString() { *this = other; }
-  CString(CString &&other) noexcept {
-    std::memcpy(m_bytes, other.m_bytes, sizeof m_bytes);
-    other.setEmpty();
+  constexpr CString(const CString &other) : m_inside(other.m_inside) {
+    if (!std::is_constant_evaluated() && isOnHeap())
+      share();
   }
-  ~CString() { release(); }
+  constexpr CString(CString &&other) noexcept : m_inside(other.m_inside) { other.m_inside = kEmpty; }
+  constexpr ~CString() {
+    if (!std::is_constant_evaluated()) // a constant is never on the heap
+      release();
+  }
 
-  /// Refers to `text` without copying it: it must live as long as the process, as a literal does.
-  static CString OfLiteral(const char *text);
+  /// Refers to `text` without copying it: it must live as long as the process, as a literal does. With `constexpr`, the
+  /// object is made by the compiler: `static constexpr CString kTag = CString::OfLiteral("Key");`.
+  static constexpr CString OfLiteral(const char *text) {
+    return {Literal(), text != nullptr ? std::string_view(text) : std::string_view()};
+  }
 
-  CString &operator=(const CString &other);
-  CString &operator=(CString &&other) noexcept;
+  CString &operator=(const CString &other) {
+    if (!isOnHeap() && !other.isOnHeap())
+      m_inside = other.m_inside;
+    else if (this != &other)
+      *this = CString(other);
+    return *this;
+  }
+  CString &operator=(CString &&other) noexcept {
+    if (this != &other) {
+      release();
+      m_inside = other.m_inside;
+      other.m_inside = kEmpty;
+    }
+    return *this;
+  }
   CString &operator=(const char *text);
   CString &operator=(const wchar_t *text);
   CString &operator+=(const CString &text) { return append(text.View()), *this; }
@@ -50,7 +71,7 @@ public:
   bool IsEmpty() const noexcept { return size() == 0; }
   void Empty() noexcept {
     release();
-    setEmpty();
+    m_inside = kEmpty;
   }
   /// The byte at `index`, which may be that of the terminator; a bad index throws CInvalidArgException*.
   char GetAt(int index) const;
@@ -91,13 +112,17 @@ public:
   /// Loads the text with that id from the library's string table. Empties the text and returns false if there is none.
   bool LoadString(UINT id);
 
-  /// A writable buffer for at least `minimum` bytes and a terminator; ReleaseBuffer ends its use.
+  /// A writable buffer for at least `minimum` bytes and a terminator; ReleaseBuffer ends its use. What is written
+  /// through it never shows in another object.
   char *GetBuffer(int minimum);
   char *GetBufferSetLength(int length);
   /// Cuts the text at `length`, or at the first terminator if `length` is -1.
   void ReleaseBuffer(int length = -1);
 
-  friend bool operator==(const CString &a, const CString &b) noexcept { return a.View() == b.View(); }
+  friend bool operator==(const CString &a, const CString &b) noexcept {
+    return std::memcmp(&a.m_inside, &b.m_inside, sizeof a.m_inside) == 0 ||
+           (!(a.isInPlace() && b.isInPlace()) && a.View() == b.View());
+  }
   friend bool operator==(const CString &a, const char *b) { return a.Compare(b) == 0; }
   friend std::strong_ordering operator<=>(const CString &a, const CString &b) noexcept { return a.View() <=> b.View(); }
   friend std::strong_ordering operator<=>(const CString &a, const char *b) { return a.Compare(b) <=> 0; }
@@ -108,50 +133,71 @@ public:
 
 private:
   // A record has many members, each with a value and a tag of a few bytes, and most tags are literals. So a string
-  // takes 16 bytes: up to 15 bytes of text in place, or a pointer and a length. The last byte says which: for a text in
-  // place it is 15 minus the length, so that it also terminates a text of 15 bytes; otherwise it is one of the marks
-  // below.
+  // takes 16 bytes: up to 15 bytes of text in place, filled up with zeros, or a pointer and a length. The last byte
+  // says which: for a text in place it is 15 minus the length, so that it also terminates a text of 15 bytes; otherwise
+  // it is one of the marks below. So equal bytes are equal texts, and in place the
+  // reverse is true too.
   static constexpr std::size_t kInPlace = 15;
-  static constexpr unsigned char kOnHeap = 0x40;
-  static constexpr unsigned char kLiteral = 0x80;
+  static constexpr unsigned char kLiteral = 0x20;
+  static constexpr unsigned char kOnHeap = 0x40; // counts its owners; who changes it must be the only one
+  static constexpr unsigned char kLent = 0x80;   // on the heap and out of GetBuffer, so that nobody else may own it
 
-  unsigned char mark() const noexcept { return static_cast<unsigned char>(m_bytes[kInPlace]); }
+  struct Pointed {
+    const char *text;
+    alignas(8) std::uint32_t length;
+    unsigned char unused[3];
+    unsigned char mark;
+  };
+  union Inside {
+    char text[kInPlace + 1];
+    Pointed pointed;
+  };
+  static_assert(sizeof(Inside) == kInPlace + 1 && sizeof(Pointed) == sizeof(Inside));
+  static constexpr Inside kEmpty{{'\0', 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, kInPlace}};
+
+  struct Literal {};
+  constexpr CString(Literal, std::string_view text) {
+    if (text.size() > kInPlace) {
+      m_inside.pointed = {text.data(), static_cast<std::uint32_t>(text.size()), {}, kLiteral};
+    } else {
+      for (std::size_t i = 0; i < text.size(); ++i)
+        m_inside.text[i] = text[i];
+      m_inside.text[kInPlace] = static_cast<char>(kInPlace - text.size());
+    }
+  }
+
+  unsigned char mark() const noexcept {
+    unsigned char mark = 0;
+    std::memcpy(&mark, m_inside.text + kInPlace, 1);
+    return mark;
+  }
   bool isInPlace() const noexcept { return mark() <= kInPlace; }
-  const char *pointer() const noexcept {
-    const char *text = nullptr;
-    std::memcpy(&text, m_bytes, sizeof text);
-    return text;
-  }
-  const char *data() const noexcept { return isInPlace() ? m_bytes : pointer(); }
-  std::size_t size() const noexcept {
-    if (isInPlace())
-      return kInPlace - mark();
-    std::uint32_t length = 0;
-    std::memcpy(&length, m_bytes + sizeof(char *), sizeof length);
-    return length;
-  }
-  void setEmpty() noexcept {
-    m_bytes[0] = '\0';
-    m_bytes[kInPlace] = kInPlace;
-  }
+  bool isOnHeap() const noexcept { return mark() >= kOnHeap; }
+  const char *data() const noexcept { return isInPlace() ? m_inside.text : m_inside.pointed.text; }
+  std::size_t size() const noexcept { return isInPlace() ? kInPlace - mark() : m_inside.pointed.length; }
   void release() noexcept {
-    if (mark() == kOnHeap)
+    if (isOnHeap())
       freeHeap();
   }
 
+  /// Makes this object an owner of the text on the heap whose 16 bytes it has taken over, or of a copy if it is lent.
+  void share();
   void freeHeap() noexcept;
-  void setPointer(const char *text, std::size_t length, unsigned char mark) noexcept;
   void setLength(std::size_t length) noexcept;
-  std::size_t capacity() const noexcept;
+  /// Gives an empty object in place a buffer for `length` bytes or a little more, but of `room` bytes on the heap.
+  char *allocate(std::size_t length, std::size_t room);
+  /// The buffer, if it belongs to this object alone and has room for `length` bytes; otherwise null.
+  char *ownBuffer(std::size_t length) noexcept;
   /// A buffer for `length` bytes that belongs to this object and contains the first bytes of the text.
   char *reserve(std::size_t length);
+  char *lend();
   void assign(std::string_view text);
   void append(std::string_view text);
   void replace(std::size_t start, std::size_t count, std::string_view text);
   /// Cuts the text, or extends it with zeros.
   void resize(std::size_t length);
 
-  alignas(8) char m_bytes[kInPlace + 1] = {'\0', 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, kInPlace};
+  Inside m_inside = kEmpty;
 };
 
 namespace kestrune::platform {

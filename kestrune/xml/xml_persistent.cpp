@@ -83,7 +83,7 @@ CXMLPersistent &CXMLPersistent::operator=(const CXMLPersistent &rhs) {
   const CString tag = rhs.GetTag();
   if (!tag.IsEmpty())
     PutTag(tag);
-  if (View() != rhs.View())
+  if (static_cast<const CString &>(*this) != static_cast<const CString &>(rhs))
     PutModified(1);
   CString::operator=(rhs);
   return *this;
