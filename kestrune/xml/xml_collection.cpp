@@ -182,7 +182,7 @@ IXMLDOMElementPtr CXMLCollectionFolder::Save(IXMLDOMElementPtr parent, int level
 unsigned char CXMLCollectionFolder::GetModified() {
   if (m_modified != 0)
     return m_modified;
-  for (const CXMLPersistent *const member : m_members) {
+  for (const CXMLPersistent *const member : std::as_const(m_members)) {
     if (member->GetModified() != 0)
       m_modified = 1;
   }
@@ -193,8 +193,7 @@ unsigned char CXMLCollectionFolder::GetModified() {
 }
 
 void CXMLCollectionFolder::PutModified(unsigned char modified) {
-  for (CXMLPersistent *const member : m_members)
-    member->PutModified(modified);
+  putMembersModified(modified);
   for (const auto &item : m_items)
     item->PutModified(modified);
   m_modified = modified;

@@ -10,6 +10,11 @@ namespace kestrune {
 constexpr const char *kUnassigned = "Unassigned";
 /// The default text of a hexadecimal value.
 constexpr const char *kHexDefault = "0xFFFF";
+inline constexpr CString kUnassignedText = CString::OfLiteral(kUnassigned);
+inline constexpr CString kHexDefaultText = CString::OfLiteral(kHexDefault);
+inline constexpr CString kUndefinedTag = CString::OfLiteral("Undefined");
+
+struct ValueAccess;
 } // namespace kestrune
 
 /// One named text that reads itself from an XML element and writes itself to one: the base of all persistent classes.
@@ -18,7 +23,7 @@ constexpr const char *kHexDefault = "0xFFFF";
 /// "Unassigned", the default tag "Undefined". CXMLPersistent itself is stored as an attribute.
 class KESTRUNE_API CXMLPersistent : public CString {
 public:
-  CXMLPersistent();
+  CXMLPersistent() noexcept : CString(kestrune::kUnassignedText), m_tag(kestrune::kUndefinedTag) {}
   /// The default text with that tag.
   explicit CXMLPersistent(CString &tag);
   CXMLPersistent(const CXMLPersistent &rhs);
@@ -42,7 +47,7 @@ public:
   virtual void PutTag(const CString &tag);
   /// Whether this is a folder, with members of its own.
   virtual bool isFolder();
-  virtual ~CXMLPersistent();
+  virtual ~CXMLPersistent() = default;
 
   /// Writes the value into `parent`, which is at depth `level`, and returns the element that contains it. Throws
   /// _com_error.
@@ -71,6 +76,9 @@ protected:
 
   CString m_tag;
   unsigned char m_modified = 0;
+
+private:
+  friend struct kestrune::ValueAccess;
 };
 
 /// A value stored as an attribute of its folder's element.
@@ -125,7 +133,7 @@ public:
 /// A hexadecimal number, such as "0x1F", stored as a child element. The default text is "0xFFFF".
 class KESTRUNE_API CXMLHexElement : public CXMLElement {
 public:
-  CXMLHexElement();
+  CXMLHexElement() noexcept { CString::operator=(kestrune::kHexDefaultText); }
   CXMLHexElement(const CXMLHexElement &rhs);
   CXMLHexElement &operator=(const CXMLHexElement &rhs);
   using CXMLElement::Init;
