@@ -28,48 +28,36 @@ IXMLDOMNodePtr IXMLDOMNode::appendChild(IXMLDOMNode *child) {
       added->is(Node::Kind::Instruction) || added == tree.root)
     Fail(E_INVALIDARG, "not a new node of this document");
   // Only a new element that has children already can be above this one.
-  if (added->firstChild() != nullptr) {
+  if (added == self || added->firstChild() != nullptr) {
     for (const Element *above = self; above != nullptr; above = above->parent) {
       if (above == added)
         Fail(E_INVALIDARG, "a node cannot be below itself");
     }
   }
-  if (self->length != 0) {
-    self->append(tree.newNode(Node::Kind::Text, 0, self->ownText()));
-    self->setOwnText({});
-  }
-  tree.indexed = false;
-  self->append(added);
+  tree.append(*self, *added);
   return child;
 }
 
-CString IXMLDOMNode::Gettext() const {
-  Tree &tree = TreeOf(this);
-  const Node *const self = Node::of(this);
-  if (self->firstChild() == nullptr)
-    return tree.toCodePage(self->ownText());
-
-  std::string joined;
-  for (const Node *node = self->firstChild(); node != nullptr; node = NextBelow(self, node)) {
-    tree.charge(1 + node->length);
-    joined.append(node->ownText());
-  }
-  return tree.toCodePage(joined);
-}
+CString IXMLDOMNode::Gettext() const { return TreeOf(this).textOf(*Node::of(this)); }
 
 void IXMLDOMNode::Puttext(std::string_view text) {
   Tree &tree = TreeOf(this);
   std::string buffer;
   const std::string_view kept = tree.keep(tree.fromCodePage(text, buffer));
-  if (Element *const self = Node::of(this)->element(); self != nullptr && self->first != nullptr) {
+  Element *const self = Node::of(this)->element();
+  if (self != nullptr && self->first() != nullptr) {
     // The index would still find the elements below.
     tree.indexed = false;
-    for (Node *child = self->first; child != nullptr;) {
+    for (Node *child = self->first(); child != nullptr;) {
+      if (Element *const element = child->element(); element != nullptr && !element->isParsed())
+        element->setLayoutBefore(0);
       child->parent = nullptr;
       child = std::exchange(child->next, nullptr);
     }
-    self->first = self->last = nullptr;
+    self->forgetChildren();
   }
+  if (self != nullptr && !self->isParsed())
+    self->setLayoutAtEnd(0);
   Node::of(this)->setOwnText(kept);
 }
 
@@ -82,10 +70,8 @@ _variant_t IXMLDOMElement::getAttribute(std::string_view name) const {
   Tree &tree = TreeOf(this);
   std::string buffer;
   const std::uint32_t number = tree.find(tree.fromCodePage(name, buffer));
-  for (const Attribute *attribute = Element::of(this)->attributes; attribute != nullptr; attribute = attribute->next) {
-    if (attribute->name == number)
-      return tree.toCodePage(attribute->value());
-  }
+  if (const Attribute *const attribute = Element::of(this)->attribute(number); attribute != nullptr)
+    return tree.toCodePage(attribute->value());
   return {};
 }
 
@@ -93,12 +79,7 @@ void IXMLDOMElement::setAttribute(std::string_view name, std::string_view text) 
   Tree &tree = TreeOf(this);
   std::string buffer;
   const std::uint32_t number = tree.intern(tree.fromCodePage(name, buffer));
-  Attribute **place = &Element::of(this)->attributes;
-  while (*place != nullptr && (*place)->name != number)
-    place = &(*place)->next;
-  if (*place == nullptr)
-    *place = tree.newAttribute(number);
-  (*place)->setValue(tree.keep(tree.fromCodePage(text, buffer)));
+  tree.setAttribute(*Element::of(this), number, tree.keep(tree.fromCodePage(text, buffer)));
 }
 
 IXMLDOMNodeList::IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view name) : m_root(root), m_last(root) {
@@ -106,8 +87,10 @@ IXMLDOMNodeList::IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view na
   std::string buffer;
   m_name = tree.find(tree.fromCodePage(name, buffer));
   m_indexed = tree.indexed;
-  if (m_indexed && m_name != Tree::kNoName)
-    m_begin = tree.firstAfter(m_name, Element::of(root)->order);
+  if (m_indexed && m_name != Tree::kNoName) {
+    const std::uint32_t first = tree.firstAfter(m_name, Element::of(root)->order());
+    m_first = first <= Element::of(root)->lastOrder() ? first : 0;
+  }
 }
 
 long IXMLDOMNodeList::Getlength() const {
@@ -115,10 +98,12 @@ long IXMLDOMNodeList::Getlength() const {
     return 0;
   const Element *const root = Element::of(m_root);
   if (m_indexed) {
-    const std::vector<Element *> &elements = TreeOf(root).names[m_name].elements;
-    const auto isBefore = [](std::uint32_t order, const Element *element) { return order < element->order; };
-    const auto begin = elements.begin() + static_cast<std::ptrdiff_t>(m_begin);
-    return static_cast<long>(std::upper_bound(begin, elements.end(), root->lastOrder, isBefore) - begin);
+    if (m_first == 0)
+      return 0;
+    Tree &tree = TreeOf(root);
+    const std::vector<std::uint32_t> &all = tree.all(tree.names[m_name]);
+    const auto begin = std::lower_bound(all.begin(), all.end(), m_first);
+    return static_cast<long>(std::upper_bound(begin, all.end(), root->lastOrder()) - begin);
   }
   long length = 0;
   for (const Node *node = root; (node = NextBelow(root, node)) != nullptr;)
@@ -129,18 +114,19 @@ long IXMLDOMNodeList::Getlength() const {
 IXMLDOMElementPtr IXMLDOMNodeList::Getitem(long index) const {
   if (index < 0 || m_name == Tree::kNoName)
     return nullptr;
-  const Element *const root = Element::of(m_root);
   if (m_indexed) {
-    const std::vector<Element *> &elements = TreeOf(root).names[m_name].elements;
-    const auto offset = static_cast<std::size_t>(index);
-    if (offset >= elements.size() - m_begin || elements[m_begin + offset]->order > root->lastOrder)
+    const std::uint32_t number = m_first != 0 ? indexedItem(index) : 0;
+    if (number == 0 || number > Element::of(m_root)->lastOrder())
       return nullptr;
-    return elements[m_begin + offset];
+    m_lastIndex = index;
+    m_last = &TreeOf(m_root).element(number);
+    return const_cast<IXMLDOMElement *>(m_last);
   }
   if (m_lastIndex > index) {
     m_lastIndex = -1;
     m_last = m_root;
   }
+  const Element *const root = Element::of(m_root);
   for (const Node *node = Node::of(m_last); m_lastIndex < index;) {
     node = NextBelow(root, node);
     if (node == nullptr)
@@ -151,6 +137,18 @@ IXMLDOMElementPtr IXMLDOMNodeList::Getitem(long index) const {
     }
   }
   return const_cast<IXMLDOMElement *>(m_last);
+}
+
+/// The number of the element at `index`, counted from the first, in the index of the document; 0 where it ends before.
+std::uint32_t IXMLDOMNodeList::indexedItem(long index) const {
+  if (index == 0)
+    return m_first;
+  if (index == m_lastIndex + 1)
+    return Element::of(m_last)->behind();
+  Tree &tree = TreeOf(m_root);
+  const std::vector<std::uint32_t> &all = tree.all(tree.names[m_name]);
+  const auto first = std::lower_bound(all.begin(), all.end(), m_first);
+  return index < all.end() - first ? first[index] : 0;
 }
 
 HRESULT IXMLDOMDocument::CreateInstance(IXMLDOMDocumentPtr &document) {
@@ -180,7 +178,7 @@ void IXMLDOMDocument::PutdocumentElement(IXMLDOMElement *root) {
 IXMLDOMElementPtr IXMLDOMDocument::createElement(std::string_view name) {
   Tree &tree = Document::of(this)->tree;
   std::string buffer;
-  return tree.newElement(tree.intern(tree.fromCodePage(name, buffer)));
+  return tree.newElement(Node::Kind::Element, tree.intern(tree.fromCodePage(name, buffer)));
 }
 
 IXMLDOMNodePtr IXMLDOMDocument::createTextNode(std::string_view text) {

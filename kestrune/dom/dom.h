@@ -59,12 +59,13 @@ public:
 private:
   friend class IXMLDOMElement;
   IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view name);
+  std::uint32_t indexedItem(long index) const;
 
   const IXMLDOMElement *m_root;
   std::uint32_t m_name;
-  bool m_indexed; // answers come from the index of the document, from m_begin on
-  std::size_t m_begin = 0;
-  // Without an index: the last answer, from which the next search goes on.
+  bool m_indexed;            // answers come from the index of the document
+  std::uint32_t m_first = 0; // number of the first of them in that, or 0
+  // The last answer, from which the next search goes on.
   mutable long m_lastIndex = -1;
   mutable const IXMLDOMElement *m_last;
 };

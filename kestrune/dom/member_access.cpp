@@ -1,18 +1,33 @@
 #include "kestrune/dom/member_access.h"
 
-#include "kestrune/dom/layout.h"
+#include "kestrune/dom/tree.h"
 #include "kestrune/platform/debug_output.h"
 
 #include <algorithm>
 #include <string>
-#include <utility>
 
 namespace kestrune::dom {
 
 namespace {
 
+Element &elementOf(MSXML::IXMLDOMNode *node) {
+  if (node == nullptr)
+    _com_issue_error(E_POINTER);
+  Element *const element = Node::of(node)->element();
+  if (element == nullptr)
+    Fail(E_INVALIDARG, "not an element");
+  return *element;
+}
+
+/// The length of a line feed and `count` tabs.
+std::uint32_t layoutLength(int count) {
+  if (count == std::numeric_limits<int>::max())
+    Fail(E_INVALIDARG, kTextTooLong);
+  return static_cast<std::uint32_t>(std::max(count, 0)) + 1;
+}
+
 /// Missing members are common, so this is free without a listener.
-void reportMissing(const char *message, const IXMLDOMElementPtr &parent, const CString &tag) {
+void reportMissing(const char *message, MSXML::IXMLDOMElement *parent, const CString &tag) {
   if (!platform::DebugOutputWanted())
     return;
   const CString found = parent != nullptr ? parent->GettagName() : CString();
@@ -22,13 +37,15 @@ void reportMissing(const char *message, const IXMLDOMElementPtr &parent, const C
 } // namespace
 
 MSXML::IXMLDOMElement *FindElement(MSXML::IXMLDOMElement *parent, const CString &tag) {
-  return IXMLDOMElementPtr(parent)->getElementsByTagName(tag.View()).Getitem(0);
+  const Element &self = elementOf(parent);
+  Tree &tree = TreeOf(parent);
+  return tree.firstBelow(self, tree.number(tag));
 }
 
 bool ReadElement(MSXML::IXMLDOMElement *parent, const CString &tag, CString &text) {
   try {
-    if (const auto *const element = FindElement(parent, tag); element != nullptr) {
-      text = element->Gettext();
+    if (const MSXML::IXMLDOMElement *const element = FindElement(parent, tag); element != nullptr) {
+      text = TreeOf(element).textOf(*Node::of(element));
       return true;
     }
     reportMissing("getElementValue.  Failed to find ", parent, tag);
@@ -40,9 +57,10 @@ bool ReadElement(MSXML::IXMLDOMElement *parent, const CString &tag, CString &tex
 
 bool ReadAttribute(MSXML::IXMLDOMElement *parent, const CString &tag, CString &text) {
   try {
-    _variant_t value = IXMLDOMElementPtr(parent)->getAttribute(tag.View());
-    if (value.vt != VT_NULL) {
-      text = std::move(value).text();
+    const Element &self = elementOf(parent);
+    Tree &tree = TreeOf(parent);
+    if (const Attribute *const attribute = self.attribute(tree.number(tag)); attribute != nullptr) {
+      text = tree.toCodePage(attribute->value());
       return true;
     }
   } catch (const _com_error &) {
@@ -53,32 +71,36 @@ bool ReadAttribute(MSXML::IXMLDOMElement *parent, const CString &tag, CString &t
 }
 
 MSXML::IXMLDOMElement *AppendElement(MSXML::IXMLDOMElement *parent, const CString &tag, int depth) {
-  AppendLayout(parent, depth);
-  IXMLDOMElementPtr element = parent->GetownerDocument()->createElement(tag.View());
-  parent->appendChild(element);
-  return element;
+  return AppendElement(parent, tag, depth, {});
 }
 
 MSXML::IXMLDOMElement *AppendElement(MSXML::IXMLDOMElement *parent, const CString &tag, int depth,
                                      std::string_view text) {
-  MSXML::IXMLDOMElement *const element = AppendElement(parent, tag, depth);
-  element->Puttext(text);
-  return element;
+  Element &self = elementOf(parent);
+  Tree &tree = TreeOf(parent);
+  std::string buffer;
+  Element *const added = tree.newElement(Node::Kind::Element, tree.number(tag));
+  added->setOwnText(tree.keep(tree.fromCodePage(text, buffer)));
+  tree.appendLayout(self, layoutLength(depth));
+  tree.append(self, *added);
+  return added;
 }
 
 void WriteAttribute(MSXML::IXMLDOMElement *parent, const CString &tag, std::string_view text) {
   try {
-    IXMLDOMElementPtr(parent)->setAttribute(tag.View(), text.substr(0, text.find('\0')));
+    Element &self = elementOf(parent);
+    Tree &tree = TreeOf(parent);
+    std::string buffer;
+    const std::string_view kept = tree.keep(tree.fromCodePage(text.substr(0, text.find('\0')), buffer));
+    tree.setAttribute(self, tree.number(tag), kept);
   } catch (const _com_error &) {
     // A save of the document would fail too.
   }
 }
 
 void AppendLayout(MSXML::IXMLDOMNode *node, int count) {
-  const IXMLDOMNodePtr owner(node);
-  std::string buffer;
-  const std::string_view layout = LayoutText(static_cast<std::size_t>(std::max(count, 0)), buffer);
-  owner->appendChild(owner->GetownerDocument()->createTextNode(layout));
+  Element &self = elementOf(node);
+  TreeOf(node).appendLayout(self, layoutLength(count));
 }
 
 } // namespace kestrune::dom

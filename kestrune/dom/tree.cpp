@@ -1,12 +1,29 @@
 #include "kestrune/dom/tree.h"
 
-#include "kestrune/dom/layout.h"
-
-#include <cstring>
+#include <array>
 
 namespace kestrune::dom {
 
 void Fail(HRESULT error, const std::string &description) { throw _com_error(error, description.c_str()); }
+
+struct Tree::KnownTags {
+  struct Tag {
+    CString::LastingKey key{};
+    std::uint32_t number = 0;
+  };
+
+  static constexpr unsigned kHashBits = 8;
+
+  /// The two places for a key.
+  Tag *placeOf(const CString::LastingKey &key) {
+    const std::uint64_t hash = (key[0] ^ (key[1] << 1U)) * 0x9E3779B97F4A7C15U;
+    return &tags[(hash >> (64 - kHashBits)) * 2];
+  }
+
+  std::array<Tag, 2 * (std::size_t{1} << kHashBits)> tags{};
+};
+
+void Tree::KnownTagsEnd::operator()(KnownTags *tags) const { std::default_delete<KnownTags>()(tags); }
 
 std::uint32_t Tree::intern(std::string_view name) {
   const auto found = m_numbers.find(name);
@@ -15,7 +32,7 @@ std::uint32_t Tree::intern(std::string_view name) {
   const auto number = static_cast<std::uint32_t>(names.size());
   if (number >= kNoName)
     Fail(E_FAIL, "too many names");
-  names.push_back({keep(name), {}, 0});
+  names.emplace_back().text = keep(name);
   m_numbers.emplace(names.back().text, number);
   return number;
 }
@@ -23,6 +40,75 @@ std::uint32_t Tree::intern(std::string_view name) {
 std::uint32_t Tree::find(std::string_view name) const {
   const auto found = m_numbers.find(name);
   return found != m_numbers.end() ? found->second : kNoName;
+}
+
+std::uint32_t Tree::number(const CString &tag) {
+  std::string buffer;
+  CString::LastingKey key{};
+  if (!tag.GetLastingKey(key))
+    return intern(fromCodePage(tag.View(), buffer));
+  if (!m_knownTags)
+    m_knownTags.reset(new KnownTags);
+  KnownTags::Tag *const place = m_knownTags->placeOf(key);
+  if (place[0].key == key)
+    return place[0].number;
+  if (place[1].key == key)
+    return place[1].number;
+  const std::uint32_t number = intern(fromCodePage(tag.View(), buffer));
+  place[1] = place[0];
+  place[0] = {key, number};
+  return number;
+}
+
+Element *Tree::newElement(Node::Kind kind, std::uint32_t name) {
+  if (m_elementCount / kElementsPerBlock == m_elements.size()) {
+    if (m_elementCount > std::numeric_limits<std::uint32_t>::max() - kElementsPerBlock)
+      Fail(E_FAIL, "too many elements");
+    m_elements.push_back(std::make_unique_for_overwrite<Slot[]>(kElementsPerBlock));
+  }
+  Element *const place = &m_elements.back()[m_elementCount % kElementsPerBlock].element;
+  ++m_elementCount;
+  return new (place) Element(m_document, kind, name);
+}
+
+void Tree::makeRoomForChild(Element &parent) {
+  giveMore(parent);
+  if (const std::string_view text = parent.ownText(); !text.empty()) {
+    Node *const node = newNode(Node::Kind::Text, 0, text);
+    parent.setOwnText({});
+    parent.append(node);
+  }
+}
+
+void Tree::append(Element &parent, Node &child) {
+  indexed = false;
+  makeRoomForChild(parent);
+  if (const std::uint32_t layout = parent.layoutAtEnd(); layout != 0) {
+    if (Element *const element = child.element(); element != nullptr && !element->isParsed())
+      element->setLayoutBefore(layout);
+    else
+      parent.append(newLayout(layout));
+    parent.setLayoutAtEnd(0);
+  }
+  parent.append(&child);
+}
+
+void Tree::appendLayout(Element &parent, std::uint32_t length) {
+  indexed = false;
+  const bool isNode = parent.isParsed();
+  if (isNode || parent.layoutAtEnd() != 0) {
+    makeRoomForChild(parent);
+    parent.append(newLayout(isNode ? length : parent.layoutAtEnd()));
+  }
+  if (!isNode)
+    parent.setLayoutAtEnd(length);
+}
+
+Node *Tree::newLayout(std::uint32_t length) {
+  char *const text = static_cast<char *>(allocate(length, 1));
+  text[0] = '\n';
+  std::memset(text + 1, '\t', length - 1);
+  return newNode(Node::Kind::Text, 0, {text, length});
 }
 
 void *Tree::allocateBlock(std::size_t size) {
@@ -36,51 +122,84 @@ void *Tree::allocateBlock(std::size_t size) {
   return room;
 }
 
-std::string_view Tree::keep(std::string_view text) {
-  if (text.size() > kLongestText)
-    Fail(E_INVALIDARG, kTextTooLong);
-  if (text.empty())
-    return std::string_view("");
-  if (text.front() == '\n') {
-    if (const std::string_view shared = SharedLayout(text); !shared.empty())
-      return shared;
-  }
-  char *const copy = static_cast<char *>(allocate(text.size(), 1));
-  std::memcpy(copy, text.data(), text.size());
-  return {copy, text.size()};
-}
-
 std::string_view Tree::convert(std::string_view text, std::string &buffer) {
   unsavable |= !platform::TextToUtf8(text, buffer);
   return buffer;
 }
 
-std::size_t Tree::firstAfter(std::uint32_t name, std::uint32_t order) {
-  Name &entry = names[name];
-  const std::vector<Element *> &elements = entry.elements;
-  const auto isFirstAfter = [&](std::size_t i) {
-    return (i == 0 || elements[i - 1]->order <= order) && (i == elements.size() || elements[i]->order > order);
-  };
-  // Records are read in the order of the file, so that the answer is mostly the last one or the next.
-  std::size_t first = entry.cursor;
-  if (!isFirstAfter(first) && (first == elements.size() || !isFirstAfter(++first))) {
-    const auto isBefore = [](std::uint32_t number, const Element *element) { return number < element->order; };
-    first = static_cast<std::size_t>(std::upper_bound(elements.begin(), elements.end(), order, isBefore) -
-                                     elements.begin());
+const std::vector<std::uint32_t> &Tree::all(Name &entry) {
+  if (entry.all.empty() && entry.first != 0) {
+    std::vector<std::uint32_t> numbers;
+    for (std::uint32_t number = entry.first; number != 0; number = element(number).behind())
+      numbers.push_back(number);
+    entry.all = std::move(numbers);
   }
-  entry.cursor = first;
-  return first;
+  return entry.all;
+}
+
+std::uint32_t Tree::searchAfter(Name &entry, std::uint32_t order) {
+  const std::vector<std::uint32_t> &numbers = all(entry);
+  const auto found = std::upper_bound(numbers.begin(), numbers.end(), order);
+  entry.before = found != numbers.begin() ? *(found - 1) : 0;
+  entry.found = found != numbers.end() ? *found : 0;
+  return entry.found;
+}
+
+Element *Tree::firstBelow(const Element &root, std::uint32_t name) {
+  if (name == kNoName)
+    return nullptr;
+  if (indexed) {
+    const std::uint32_t found = firstAfter(name, root.order());
+    return found != 0 && found <= root.lastOrder() ? &element(found) : nullptr;
+  }
+  const Node *node = &root;
+  do {
+    node = NextBelow(&root, node);
+  } while (node != nullptr && !node->hasTag(name));
+  return const_cast<Element *>(static_cast<const Element *>(node));
+}
+
+CString Tree::textOf(const Node &node) {
+  const Element *const element = node.element();
+  const bool isWhole = element == nullptr || (element->first() == nullptr && element->layoutAtEnd() == 0);
+  return isWhole ? toCodePage(node.ownText()) : joinedTextOf(node);
+}
+
+CString Tree::joinedTextOf(const Node &node) {
+  std::string joined;
+  const auto addLayout = [&](std::uint32_t length) {
+    charge(length);
+    joined.append(length != 0 ? 1 : 0, '\n').append(length != 0 ? length - 1 : 0, '\t');
+  };
+  Walk(
+      &node,
+      [&](const Node &inside) {
+        if (const Element *const element = inside.element(); element != nullptr && &inside != &node)
+          addLayout(element->layoutBefore());
+        const std::string_view text = inside.ownText();
+        charge(1 + text.size());
+        joined.append(text);
+      },
+      [&](const Node &inside) {
+        if (const Element *const element = inside.element(); element != nullptr)
+          addLayout(element->layoutAtEnd());
+      });
+  return toCodePage(joined);
 }
 
 CString Tree::toCodePage(std::string_view utf8) {
-  std::string converted;
-  if (platform::GetCodePage() != platform::kUtf8)
-    utf8 = converted = platform::Utf8ToText(utf8);
-  m_unreadable = m_unreadable || utf8.size() > kLongestText;
+  if (platform::GetCodePage() == platform::kUtf8) {
+    m_unreadable = m_unreadable || utf8.size() > kLongestText;
+    checkReadable();
+    return CString(utf8);
+  }
+  const std::string converted = platform::Utf8ToText(utf8);
+  m_unreadable = m_unreadable || converted.size() > kLongestText;
   checkReadable();
-  return CString(utf8);
+  return CString(std::string_view(converted));
 }
 
+/// Counts `amount` towards what texts of elements with child elements may cost together; throws beyond the bound.
 void Tree::charge(std::size_t amount) {
   if (bound == 0)
     return; // not parsed: a program has made it

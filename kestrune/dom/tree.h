@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <memory>
 #include <new>
@@ -28,12 +30,17 @@ public:
   /// The longest text that a CString can hold.
   static constexpr std::size_t kLongestText = std::numeric_limits<int>::max();
 
-  static constexpr std::uint32_t kNoName = 0x3FFFFFFF;
+  static constexpr std::uint32_t kNoName = (1U << 29U) - 1;
 
   struct Name {
     std::string_view text;
-    std::vector<Element *> elements; // of a parsed document, in document order
-    std::size_t cursor = 0;          // where the last search ended: the next one mostly ends beside it
+    // The elements of that name in a parsed document, by their numbers; each knows the next one.
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+    // Where the last search ended, and the element in front of that; 0 at the ends.
+    std::uint32_t found = 0;
+    std::uint32_t before = 0;
+    std::vector<std::uint32_t> all; // once a search needs it
   };
 
   explicit Tree(MSXML::IXMLDOMDocument *document) : m_document(document) {}
@@ -42,9 +49,17 @@ public:
   std::uint32_t intern(std::string_view name);
   /// The number of a name, or kNoName.
   std::uint32_t find(std::string_view name) const;
+  /// The number of a tag of the code page, a new one where it is not known yet.
+  std::uint32_t number(const CString &tag);
   std::string_view name(std::uint32_t number) const { return names[number].text; }
 
-  Element *newElement(std::uint32_t name) { return make<Element>(m_document, name); }
+  /// Elements are numbered as they are made, from 1.
+  Element *newElement(Node::Kind kind, std::uint32_t name);
+  Element &element(std::uint32_t number) {
+    return m_elements[(number - 1) / kElementsPerBlock][(number - 1) % kElementsPerBlock].element;
+  }
+  std::uint32_t elementCount() const { return m_elementCount; }
+
   /// A text, or an instruction whose target is `name`. `kept` is its text.
   Node *newNode(Node::Kind kind, std::uint32_t name, std::string_view kept) {
     Node *const node = make<Node>(m_document, kind, name);
@@ -52,9 +67,37 @@ public:
     return node;
   }
   Attribute *newAttribute(std::uint32_t name) { return make<Attribute>(name); }
+  /// Gives `element` room for children and attributes, where it has none yet.
+  void giveMore(Element &element) {
+    if (!element.hasMore())
+      element.giveMore(make<Element::More>());
+  }
+
+  void setAttribute(Element &element, std::uint32_t name, std::string_view kept) {
+    giveMore(element);
+    Attribute **place = &element.attributes();
+    while (*place != nullptr && (*place)->name != name)
+      place = &(*place)->next;
+    if (*place == nullptr)
+      *place = newAttribute(name);
+    (*place)->setValue(kept);
+  }
+
+  /// Makes `child` the last child of `parent`.
+  void append(Element &parent, Node &child);
+  /// The same with a line feed and `length` - 1 tabs, as a text node or in its place.
+  void appendLayout(Element &parent, std::uint32_t length);
 
   /// The tree's own copy of a UTF-8 text. Throws where it is too long for a CString.
-  std::string_view keep(std::string_view text);
+  std::string_view keep(std::string_view text) {
+    if (text.size() > kLongestText)
+      Fail(E_INVALIDARG, kTextTooLong);
+    if (text.empty())
+      return std::string_view("");
+    char *const copy = static_cast<char *>(allocate(text.size(), 1));
+    std::memcpy(copy, text.data(), text.size());
+    return {copy, text.size()};
+  }
 
   /// A text of the code page in UTF-8: itself, or converted in `buffer`. One that is not valid makes the document
   /// unsavable.
@@ -62,14 +105,29 @@ public:
     return platform::GetCodePage() == platform::kUtf8 ? text : convert(text, buffer);
   }
 
-  /// Offset of the first element of that name after `order` in document order, in the name's list.
-  std::size_t firstAfter(std::uint32_t name, std::uint32_t order);
+  /// Of a parsed document: the number of the first element of that name behind `order`, or 0.
+  std::uint32_t firstAfter(std::uint32_t name, std::uint32_t order) {
+    Name &entry = names[name];
+    // Records are read in the order of the file, so that the answer is mostly the last one or the next.
+    if (entry.found != 0 && entry.found <= order) {
+      entry.before = entry.found;
+      entry.found = element(entry.found).behind();
+    }
+    const bool isRight = entry.before <= order && (entry.found > order || entry.found == 0);
+    return isRight ? entry.found : searchAfter(entry, order);
+  }
+
+  /// The numbers of all elements of that name in a parsed document, in its order.
+  const std::vector<std::uint32_t> &all(Name &entry);
+
+  /// The first descendant of `root` with that name, or null.
+  Element *firstBelow(const Element &root, std::uint32_t name);
+
+  /// All text in `node`.
+  CString textOf(const Node &node);
 
   /// A UTF-8 text in the code page. One that is too long makes the document unreadable and throws.
   CString toCodePage(std::string_view utf8);
-
-  /// Counts `amount` towards what texts of elements with child elements may cost together; throws beyond the bound.
-  void charge(std::size_t amount);
 
   /// Throws where the document is unreadable.
   void checkReadable() const;
@@ -77,11 +135,24 @@ public:
   Element *root = nullptr;
   std::vector<Name> names;
   std::vector<Node *> instructions; // before the root
-  std::size_t bound = 0;            // of a parsed document: what charge() allows
-  bool indexed = false;             // parsed, and nothing added since
-  bool unsavable = false;           // holds a text that is not valid in the code page
+  std::size_t bound = 0;  // of a parsed document: what texts of elements with child elements may cost together
+  bool indexed = false;   // parsed, and nothing added since
+  bool unsavable = false; // holds a text that is not valid in the code page
 
 private:
+  static constexpr std::uint32_t kElementsPerBlock = 512;
+
+  union Slot {
+    Slot() noexcept {} // NOLINT(modernize-use-equals-default): the element comes later
+    Element element;
+  };
+
+  /// Tags whose number was asked for, two for each value of a hash.
+  struct KnownTags;
+  struct KnownTagsEnd {
+    void operator()(KnownTags *tags) const;
+  };
+
   /// Room for `size` bytes that lives as long as the tree.
   void *allocate(std::size_t size, std::size_t alignment) {
     if (std::align(alignment, size, m_free, m_freeSize) == nullptr)
@@ -99,15 +170,23 @@ private:
   }
 
   std::string_view convert(std::string_view text, std::string &buffer);
+  std::uint32_t searchAfter(Name &entry, std::uint32_t order);
+  void makeRoomForChild(Element &parent);
+  Node *newLayout(std::uint32_t length);
+  CString joinedTextOf(const Node &node);
+  void charge(std::size_t amount);
 
   // Blocks below the size from which malloc asks the system for each anew: a later document finds them in the heap.
   static constexpr std::size_t kBlockSize = std::size_t{64} << 10;
 
   MSXML::IXMLDOMDocument *m_document;
+  std::vector<std::unique_ptr<Slot[]>> m_elements;
+  std::uint32_t m_elementCount = 0;
   std::vector<std::unique_ptr<std::byte[]>> m_blocks;
   void *m_free = nullptr; // the rest of the last block
   std::size_t m_freeSize = 0;
   std::unordered_map<std::string_view, std::uint32_t, platform::KeyedTextHash> m_numbers;
+  std::unique_ptr<KnownTags, KnownTagsEnd> m_knownTags;
   std::size_t m_charged = 0;
   bool m_unreadable = false; // has, or would make, a text that is too large
 };

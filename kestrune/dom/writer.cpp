@@ -3,8 +3,8 @@
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/file_saving.h"
 
+#include <algorithm>
 #include <array>
-#include <cstring>
 #include <expat.h>
 #include <memory>
 #include <system_error>
@@ -14,34 +14,14 @@ namespace kestrune::dom {
 
 namespace {
 
-/// A text that only grows. It consists of blocks, so that growing moves nothing and wastes no memory.
-class Output {
+/// Counts what would be written.
+class Counter {
 public:
-  void append(std::string_view text) {
-    while (!text.empty()) {
-      if (m_used == kBlockSize) {
-        m_blocks.push_back(std::make_unique_for_overwrite<char[]>(kBlockSize));
-        m_used = 0;
-      }
-      const std::size_t count = std::min(text.size(), kBlockSize - m_used);
-      std::memcpy(m_blocks.back().get() + m_used, text.data(), count);
-      m_used += count;
-      text.remove_prefix(count);
-    }
-  }
-
-  std::vector<std::string_view> blocks() const {
-    std::vector<std::string_view> views;
-    for (const auto &block : m_blocks)
-      views.emplace_back(block.get(), &block == &m_blocks.back() ? m_used : kBlockSize);
-    return views;
-  }
+  void append(std::string_view text) { m_size += text.size(); }
+  std::uint64_t size() const { return m_size; }
 
 private:
-  static constexpr std::size_t kBlockSize = std::size_t{64} << 10;
-
-  std::vector<std::unique_ptr<char[]>> m_blocks;
-  std::size_t m_used = kBlockSize; // of the last block
+  std::uint64_t m_size = 0;
 };
 
 /// What has to be done with a byte of a text when it is written.
@@ -63,6 +43,7 @@ constexpr Needs needsOf(std::string_view escaped) {
 // Line ends and tabs in attributes, and carriage returns anywhere, would come back as something else.
 constexpr Needs kTextNeeds = needsOf("&<>\r");
 constexpr Needs kAttributeNeeds = needsOf("&<\"\t\n\r");
+constexpr Needs kInstructionNeeds = needsOf("");
 
 std::string_view escapeOf(char character) {
   switch (character) {
@@ -122,83 +103,90 @@ bool isName(std::string_view name) {
   return XML_Parse(parser.get(), text.data(), static_cast<int>(text.size()), 1) == XML_STATUS_OK && found.same;
 }
 
-/// Makes the text of one document.
-class Writer {
+/// Makes the text of one document: counts it first, which checks everything, and writes it then.
+class Writer final : public platform::SavedText {
 public:
-  explicit Writer(const Tree &tree) : m_tree(tree), m_nameChecked(tree.names.size()) {}
-
-  std::vector<std::string_view> write() {
+  explicit Writer(const Tree &tree) : m_tree(tree), m_nameChecked(tree.names.size()) {
     if (m_tree.unsavable)
       refuse("a text is not valid in the code page");
     if (m_tree.root == nullptr)
       refuse("the document has no root element");
-    for (const Node *instruction : m_tree.instructions)
-      writeInstruction(*instruction);
-    writeElements(m_tree.root);
-    m_output.append("\n");
-    return m_output.blocks();
+    Counter counter;
+    write(counter);
+    m_size = counter.size();
   }
 
+  std::uint64_t size() const override { return m_size; }
+  void writeTo(platform::FileOutput &file) const override { write(file); }
+
 private:
-  void writeInstruction(const Node &instruction) {
+  template <class Output>
+  void write(Output &output) const {
+    for (const Node *instruction : m_tree.instructions)
+      writeInstruction(output, *instruction);
+    Walk(
+        m_tree.root,
+        [&](const Node &node) {
+          if (const Element *const element = node.element(); element != nullptr)
+            writeStart(output, *element);
+          writeText(output, node.ownText(), kTextNeeds);
+        },
+        [&](const Node &node) {
+          if (const Element *const element = node.element(); element != nullptr)
+            writeEnd(output, *element);
+        });
+    output.append("\n");
+  }
+
+  template <class Output>
+  void writeInstruction(Output &output, const Node &instruction) const {
     const std::string_view target = name(instruction.name());
     if (target == "xml") {
-      m_output.append("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+      output.append("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
       return;
     }
     if (instruction.ownText().find("?>") != std::string_view::npos)
       refuse("a processing instruction ends too early");
-    m_output.append("<?");
-    m_output.append(target);
-    m_output.append(" ");
-    writeText(instruction.ownText(), needsOf(""));
-    m_output.append("?>\n");
+    output.append("<?");
+    output.append(target);
+    output.append(" ");
+    writeText(output, instruction.ownText(), kInstructionNeeds);
+    output.append("?>\n");
   }
 
-  void writeElements(const Element *root) {
-    const Node *node = root;
-    while (true) {
-      if (const Element *const element = node->element(); element != nullptr) {
-        writeStart(*element);
-        writeText(element->ownText(), kTextNeeds);
-        if (element->first != nullptr) {
-          node = element->first;
-          continue;
-        }
-        writeEnd(*element);
-      } else {
-        writeText(node->ownText(), kTextNeeds);
-      }
-      while (node != root && node->next == nullptr) {
-        node = node->parent;
-        writeEnd(*node);
-      }
-      if (node == root)
-        return;
-      node = node->next;
+  template <class Output>
+  void writeStart(Output &output, const Element &element) const {
+    writeLayout(output, element.layoutBefore());
+    output.append("<");
+    output.append(name(element.name()));
+    for (const Attribute *attribute = element.firstAttribute(); attribute != nullptr; attribute = attribute->next) {
+      output.append(" ");
+      output.append(name(attribute->name));
+      output.append("=\"");
+      writeText(output, attribute->value(), kAttributeNeeds);
+      output.append("\"");
     }
+    output.append(">");
   }
 
-  void writeStart(const Element &element) {
-    m_output.append("<");
-    m_output.append(name(element.name()));
-    for (const Attribute *attribute = element.attributes; attribute != nullptr; attribute = attribute->next) {
-      m_output.append(" ");
-      m_output.append(name(attribute->name));
-      m_output.append("=\"");
-      writeText(attribute->value(), kAttributeNeeds);
-      m_output.append("\"");
-    }
-    m_output.append(">");
+  template <class Output>
+  void writeEnd(Output &output, const Element &element) const {
+    writeLayout(output, element.layoutAtEnd());
+    output.append("</");
+    output.append(name(element.name()));
+    output.append(">");
   }
 
-  void writeEnd(const Node &element) {
-    m_output.append("</");
-    m_output.append(name(element.name()));
-    m_output.append(">");
+  template <class Output>
+  static void writeLayout(Output &output, std::uint32_t length) {
+    static constexpr std::string_view kLayout = "\n\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t";
+    output.append(kLayout.substr(0, length));
+    for (std::size_t done = kLayout.size(); done < length; done += kLayout.size() - 1)
+      output.append(kLayout.substr(1, length - done));
   }
 
-  void writeText(std::string_view text, const Needs &needs) {
+  template <class Output>
+  static void writeText(Output &output, std::string_view text, const Needs &needs) {
     std::size_t written = 0;
     for (std::size_t at = 0; at < text.size();) {
       switch (needs[static_cast<unsigned char>(text[at])]) {
@@ -213,18 +201,18 @@ private:
         break;
       }
       case Need::Escape:
-        m_output.append(text.substr(written, at - written));
-        m_output.append(escapeOf(text[at]));
+        output.append(text.substr(written, at - written));
+        output.append(escapeOf(text[at]));
         written = ++at;
         break;
       case Need::Refuse:
         refuse("a text holds a control character that XML cannot carry");
       }
     }
-    m_output.append(text.substr(written));
+    output.append(text.substr(written));
   }
 
-  std::string_view name(std::uint32_t number) {
+  std::string_view name(std::uint32_t number) const {
     const std::string_view name = m_tree.name(number);
     if (!m_nameChecked[number] && !isName(name))
       refuse("not an XML name: '" + std::string(name) + "'");
@@ -233,8 +221,8 @@ private:
   }
 
   const Tree &m_tree;
-  std::vector<bool> m_nameChecked;
-  Output m_output;
+  mutable std::vector<bool> m_nameChecked;
+  std::uint64_t m_size = 0;
 };
 
 } // namespace
@@ -242,8 +230,8 @@ private:
 } // namespace kestrune::dom
 
 HRESULT MSXML::IXMLDOMDocument::save(const char *path) const {
-  kestrune::dom::Writer writer(kestrune::dom::Document::of(this)->tree);
-  const int error = kestrune::platform::SaveFile(path, writer.write());
+  const kestrune::dom::Writer writer(kestrune::dom::Document::of(this)->tree);
+  const int error = kestrune::platform::SaveFile(path, writer);
   if (error != 0)
     kestrune::dom::Fail(E_FAIL, std::generic_category().message(error));
   return S_OK;

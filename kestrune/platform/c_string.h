@@ -3,6 +3,7 @@
 #include "kestrune/export.h"
 #include "kestrune/platform/types.h"
 
+#include <array>
 #include <compare>
 #include <cstdarg>
 #include <cstddef>
@@ -69,6 +70,15 @@ public:
   std::string_view View() const noexcept { return {data(), size()}; }
   int GetLength() const noexcept { return static_cast<int>(size()); }
   bool IsEmpty() const noexcept { return size() == 0; }
+
+  /// Texts with equal keys are equal, for as long as the process lives; the reverse does not hold. False for a text on
+  /// the heap, which has none: its memory comes back with another text.
+  using LastingKey = std::array<std::uint64_t, 2>;
+  bool GetLastingKey(LastingKey &key) const noexcept {
+    std::memcpy(key.data(), m_bytes, sizeof m_bytes);
+    return mark() != kOnHeap;
+  }
+
   void Empty() noexcept {
     release();
     m_inside = kEmpty;

@@ -16,23 +16,7 @@ namespace kestrune::platform {
 
 namespace {
 
-using Blocks = std::vector<std::string_view>;
-
 constinit thread_local SaveWay saveWay = SaveWay::kInPlace;
-
-std::uint64_t sizeOf(const Blocks &blocks) {
-  std::uint64_t size = 0;
-  for (const std::string_view block : blocks)
-    size += block.size();
-  return size;
-}
-
-int writeBlocks(int handle, const Blocks &blocks) {
-  int error = 0;
-  for (auto block = blocks.begin(); error == 0 && block != blocks.end(); ++block)
-    error = WriteAll(handle, *block);
-  return error;
-}
 
 int synchronize(int handle) {
   const bool done = Retried([&] { return ::fsync(handle); }) == 0;
@@ -70,10 +54,9 @@ private:
 };
 
 /// Writes everything in place; the caller closes the file.
-int overwrite(const WritableFile &file, const Blocks &blocks) {
+int overwrite(const WritableFile &file, FileOutput &output, std::uint64_t total) {
   if (!file.isRegular())
-    return writeBlocks(file.handle(), blocks);
-  const std::uint64_t total = sizeOf(blocks);
+    return output.write(file.handle());
   if (ExceedsSizeLimit(total))
     return EFBIG;
   const off_t oldSize = file.status().st_size;
@@ -86,7 +69,7 @@ int overwrite(const WritableFile &file, const Blocks &blocks) {
   // An old file may have holes, which need space too. Some hosts have to read the file to reserve it.
   int error = Reserve(file.handle(), file.isReadable() ? 0 : oldSize, size);
   if (error == 0) {
-    error = writeBlocks(file.handle(), blocks);
+    error = output.write(file.handle());
     if (error == 0 && size < oldSize)
       error = file.resize(size);
     if (error != 0)
@@ -144,10 +127,10 @@ public:
     return ::fchmod(m_file.get(), old.st_mode & 07777U) == 0 ? 0 : errno;
   }
 
-  int write(const Blocks &blocks) {
-    int error = Reserve(m_file.get(), 0, static_cast<off_t>(sizeOf(blocks)));
+  int write(FileOutput &output, std::uint64_t size) {
+    int error = Reserve(m_file.get(), 0, static_cast<off_t>(size));
     if (error == 0)
-      error = writeBlocks(m_file.get(), blocks);
+      error = output.write(m_file.get());
     if (error == 0)
       error = synchronize(m_file.get());
     const int closing = m_file.close();
@@ -176,10 +159,10 @@ bool allowsInPlaceOnly(int error) {
 }
 
 /// Replaces the file at `path`, open as `old` if it exists. Returns nothing if it can only be saved in place.
-std::optional<int> replace(const std::string &path, const WritableFile *old, const Blocks &blocks) {
+std::optional<int> replace(const std::string &path, const WritableFile *old, FileOutput &output, std::uint64_t size) {
   if (old != nullptr && (!old->isRegular() || old->status().st_nlink > 1 || hasOwnAttributes(old->handle())))
     return std::nullopt;
-  if (ExceedsSizeLimit(sizeOf(blocks)))
+  if (ExceedsSizeLimit(size))
     return EFBIG;
   const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), std::free);
   if (old != nullptr && real == nullptr)
@@ -190,7 +173,7 @@ std::optional<int> replace(const std::string &path, const WritableFile *old, con
   if (error == 0 && old != nullptr && file.become(old->status()) != 0)
     return std::nullopt;
   if (error == 0) {
-    error = file.write(blocks);
+    error = file.write(output, size);
     if (error != 0)
       return error;
     error = file.takePlace();
@@ -203,21 +186,55 @@ std::optional<int> replace(const std::string &path, const WritableFile *old, con
 SaveWayScope::SaveWayScope(SaveWay way) : m_old(std::exchange(saveWay, way)) {}
 SaveWayScope::~SaveWayScope() { saveWay = m_old; }
 
-int SaveFile(const char *name, const Blocks &blocks) {
+int FileOutput::write(int handle) {
+  m_handle = handle;
+  m_used = 0;
+  m_written = 0;
+  m_error = 0;
+  m_text.writeTo(*this);
+  flush();
+  return m_error == 0 && m_written != m_text.size() ? EIO : m_error;
+}
+
+void FileOutput::appendLong(std::string_view text) {
+  while (!text.empty()) {
+    if (m_used == m_capacity)
+      flush();
+    const std::size_t count = std::min(text.size(), m_capacity - m_used);
+    if (count == 0)
+      return; // a text of no size has no buffer
+    std::memcpy(m_buffer.get() + m_used, text.data(), count);
+    m_used += count;
+    text.remove_prefix(count);
+  }
+}
+
+void FileOutput::flush() {
+  if (m_error == 0 && m_written + m_used > m_text.size())
+    m_error = EIO;
+  if (m_error == 0)
+    m_error = WriteAll(m_handle, {m_buffer.get(), m_used});
+  m_written += m_used;
+  m_used = 0;
+}
+
+int SaveFile(const char *name, const SavedText &text) {
   std::string path;
   if (!ToHostPath(name, path))
     return ENOENT;
+  const std::uint64_t size = text.size();
+  FileOutput output(text);
   const bool replacing = saveWay == SaveWay::kReplacing;
   WritableFile file;
   int error = file.openLocked(path, !replacing);
   if (replacing && (error == 0 || error == ENOENT)) {
-    if (const std::optional<int> result = replace(path, error == 0 ? &file : nullptr, blocks))
+    if (const std::optional<int> result = replace(path, error == 0 ? &file : nullptr, output, size))
       return *result;
     if (error == ENOENT)
       error = file.openLocked(path, true);
   }
   if (error == 0)
-    error = overwrite(file, blocks);
+    error = overwrite(file, output, size);
   if (error == 0 && replacing)
     error = synchronize(file.handle());
   if (error != 0)

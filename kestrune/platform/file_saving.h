@@ -1,7 +1,11 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 namespace kestrune::platform {
 
@@ -23,6 +27,53 @@ private:
   SaveWay m_old;
 };
 
+class FileOutput;
+
+/// What a save writes. It is written twice where the first try shows that no new file can take the place of the old.
+class SavedText {
+public:
+  virtual std::uint64_t size() const = 0;
+  /// Appends the same bytes each time, `size()` of them. Nothing may fail any more, nor be allocated.
+  virtual void writeTo(FileOutput &file) const = 0;
+
+protected:
+  ~SavedText() = default;
+};
+
+/// Bytes on their way to an open file, which gets them in pieces.
+class FileOutput {
+public:
+  explicit FileOutput(const SavedText &text)
+      : m_text(text), m_capacity(static_cast<std::size_t>(std::min<std::uint64_t>(text.size(), kMostBuffered))),
+        m_buffer(std::make_unique_for_overwrite<char[]>(m_capacity)) {}
+
+  /// Writes all of the text and returns 0 or the host's error number. A text of another size than it says fails too:
+  /// the room that was made for it is not the right one.
+  int write(int handle);
+
+  void append(std::string_view text) {
+    if (text.size() > m_capacity - m_used)
+      return appendLong(text);
+    if (!text.empty())
+      std::memcpy(m_buffer.get() + m_used, text.data(), text.size());
+    m_used += text.size();
+  }
+
+private:
+  static constexpr std::size_t kMostBuffered = std::size_t{64} << 10;
+
+  void appendLong(std::string_view text);
+  void flush();
+
+  const SavedText &m_text;
+  std::size_t m_capacity;
+  std::unique_ptr<char[]> m_buffer;
+  std::size_t m_used = 0;
+  std::uint64_t m_written = 0;
+  int m_handle = -1;
+  int m_error = 0;
+};
+
 /// Writes the file; other saves and loads wait meanwhile. Returns 0 or the host's error number: EWOULDBLOCK if somebody
 /// else keeps the file locked for longer than a second.
 ///
@@ -34,6 +85,6 @@ private:
 /// A replacing save is done in place, but still flushed to the disk, if a new file could not be the same as the old
 /// one: if the old one has other hard links, an access list or attributes of its own, or an owner that cannot be given
 /// to the new one, if its folder is not writable, or if it is not a regular file.
-int SaveFile(const char *name, const std::vector<std::string_view> &blocks);
+int SaveFile(const char *name, const SavedText &text);
 
 } // namespace kestrune::platform

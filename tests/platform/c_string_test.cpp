@@ -65,6 +65,13 @@ TEST(CStringTest, AChangeLeavesTheOtherOwnersAlone) {
       EXPECT_EQ(static_cast<const char *>(*other), pointer);
       EXPECT_TRUE(*other == origin);
 
+      CString alone(origin.View());
+      CString roomy = withRoom(origin);
+      change.act(alone);
+      change.act(roomy);
+      EXPECT_STREQ(alone, wanted);
+      EXPECT_TRUE(roomy == wanted) << static_cast<const char *>(roomy);
+
       text = origin;
       const char *const kept = text;
       change.act(*other);
