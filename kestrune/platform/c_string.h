@@ -75,8 +75,8 @@ public:
   /// the heap, which has none: its memory comes back with another text.
   using LastingKey = std::array<std::uint64_t, 2>;
   bool GetLastingKey(LastingKey &key) const noexcept {
-    std::memcpy(key.data(), m_bytes, sizeof m_bytes);
-    return mark() != kOnHeap;
+    std::memcpy(key.data(), &m_inside, sizeof m_inside);
+    return !isOnHeap();
   }
 
   void Empty() noexcept {
@@ -87,9 +87,6 @@ public:
   char GetAt(int index) const;
   char operator[](int index) const { return GetAt(index); }
   void SetAt(int index, char character);
-
-  /// Whether the texts are certainly equal, which costs next to nothing: both are short, or the same text in memory.
-  bool IsSameAs(const CString &other) const noexcept { return std::memcmp(&m_inside, &other.m_inside, sizeof m_inside) == 0; }
 
   int Compare(const char *other) const;
   int CompareNoCase(const char *other) const;

@@ -3,7 +3,7 @@
 #include "kestrune/dom/member_access.h"
 #include "kestrune/xml/xml_folder.h"
 
-#include <utility>
+#include <type_traits>
 
 namespace kestrune {
 
@@ -37,17 +37,17 @@ struct ValueAccess {
 
   /// The copying operator=.
   static void copy(CXMLPersistent &to, const CXMLPersistent &from) {
-    if (!to.m_tag.IsSameAs(from.m_tag) && !from.m_tag.IsEmpty())
+    if (to.m_tag != from.m_tag && !from.m_tag.IsEmpty())
       to.m_tag = from.m_tag;
-    copyText(to, from);
+    setText(to, from);
   }
 
-  static void copyText(CXMLPersistent &to, const CString &from) {
-    if (to.IsSameAs(from))
+  /// Sets the text, and the flag if it differs from the current one.
+  static void setText(CXMLPersistent &value, const CString &text) {
+    if (static_cast<const CString &>(value) == text)
       return;
-    if (to.View() != from.View())
-      to.m_modified = 1;
-    to.CString::operator=(from);
+    value.m_modified = 1;
+    value.CString::operator=(text);
   }
 
   /// What Init does with a row: sets the tag, and the text if the row has one.
@@ -65,7 +65,7 @@ struct ValueAccess {
     if (row.isUnusual)
       value.Init(row.tag, row.defaultText);
     else
-      copyText(value, row.defaultText);
+      setText(value, row.defaultText);
   }
 
   static long load(CXMLPersistent &value, const MemberRow &row, MSXML::IXMLDOMElement *parent) {
@@ -84,9 +84,7 @@ struct ValueAccess {
     CString text;
     if (!dom::ReadElement(parent, value.m_tag, text))
       return KRX_S_NO_ELEMENT;
-    if (value.View() != text.View())
-      value.m_modified = 1;
-    value.CString::operator=(std::move(text));
+    setText(value, text);
     return S_OK;
   }
 
