@@ -11,6 +11,15 @@ void MemberRows::init(CXMLFolder &record, MemberTable rows) {
   }
 }
 
+void MemberRows::setName(CXMLFolder &record, const char *tag) {
+  const CString name(tag);
+  record.PutTag(name);
+  if (static_cast<const CString &>(record) == name)
+    return;
+  record.PutModified(1);
+  static_cast<CString &>(record) = name;
+}
+
 void MemberRows::copy(CXMLFolder &to, const CXMLFolder &from, MemberTable rows) {
   for (const MemberRow &row : rows) {
     if (ValueAccess::isValue(row))
@@ -47,25 +56,10 @@ CXMLPersistent *MemberList::operator[](size_type index) const {
   return m_byHand ? pointers()[index] : &ValueAccess::member(*m_owner, (*m_table)[index]);
 }
 
-void MemberList::clear() noexcept {
-  if (m_pointers)
-    m_pointers->clear();
-  m_byHand = true;
-}
-
-void MemberList::extend(const MemberTable *base, const MemberTable &table, MemberTable own) {
-  if (base != nullptr ? !m_byHand && m_table == base : empty()) {
-    refer(table);
-    return;
-  }
-  for (const MemberRow &row : own)
+void MemberList::append(const MemberTable &table, MemberTable rows) {
+  for (const MemberRow &row : rows)
     push_back(&ValueAccess::member(*m_owner, row));
   m_table = &table;
-}
-
-void MemberList::refer(const MemberTable &table) noexcept {
-  m_table = &table;
-  m_byHand = false;
 }
 
 std::vector<CXMLPersistent *> &MemberList::own() {

@@ -49,6 +49,8 @@ using MemberTable = std::span<const MemberRow>;
 struct KESTRUNE_API MemberRows {
   /// Sets tags and defaults.
   static void init(CXMLFolder &record, MemberTable rows);
+  /// Sets the record's own tag and text to `tag`.
+  static void setName(CXMLFolder &record, const char *tag);
   /// The copying operator= of each.
   static void copy(CXMLFolder &to, const CXMLFolder &from, MemberTable rows);
   /// The member of a row, whatever its class.
@@ -94,7 +96,11 @@ public:
   iterator begin() { return own().begin(); }
   iterator end() { return own().end(); }
 
-  void clear() noexcept;
+  void clear() noexcept {
+    if (m_pointers)
+      m_pointers->clear();
+    m_byHand = true;
+  }
   void reserve(size_type count) { own().reserve(count); }
   void push_back(CXMLPersistent *member) { own().push_back(member); }
   void pop_back() { own().pop_back(); }
@@ -113,11 +119,20 @@ public:
 
   /// Adds the `own` members of a class. If the list is as `base` describes it, or empty if that is null, it is then as
   /// `table` describes it.
-  void extend(const MemberTable *base, const MemberTable &table, MemberTable own);
+  void extend(const MemberTable *base, const MemberTable &table, MemberTable own) {
+    if (base != nullptr ? !m_byHand && m_table == base : empty())
+      refer(table);
+    else
+      append(table, own);
+  }
   /// Makes the list as `table` describes it.
-  void refer(const MemberTable &table) noexcept;
+  void refer(const MemberTable &table) noexcept {
+    m_table = &table;
+    m_byHand = false;
+  }
 
 private:
+  void append(const MemberTable &table, MemberTable rows);
   /// The list as a vector.
   std::vector<CXMLPersistent *> &own();
 

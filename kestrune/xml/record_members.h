@@ -59,8 +59,7 @@ struct RecordMembers {
   /// For the constructor: sets the record's tag and text to `tag`, sets the members' tags and defaults, and builds the
   /// member list.
   static void construct(Record &record, const char *tag) {
-    record.PutTag(CString(tag));
-    record.CXMLFolder::operator=(tag);
+    kestrune::MemberRows::setName(record, tag);
     construct(record);
   }
   /// The same for a later version, whose base has set the tag.
@@ -239,12 +238,9 @@ private:
     using Field = typename decltype(fieldOf(row))::type;
     constexpr std::string_view text = defaultOf(row);
     constexpr bool isHex = std::is_same_v<Field, CXMLHexElement>;
-    return {fieldPointer<index, Field>(),
-            fieldClass<Field>(),
-            row.defaultText != nullptr,
-            isHex && text != "0" && text.find("0x") == std::string_view::npos,
-            CString::OfLiteral(row.tag),
-            CString::OfLiteral(isHex && text == "0" ? "0x0" : text.data())};
+    return {fieldPointer<index, Field>(), fieldClass<Field>(),
+            row.defaultText != nullptr,   isHex && text != "0" && text.find("0x") == std::string_view::npos,
+            CString::OfLiteral(row.tag),  CString::OfLiteral(isHex && text == "0" ? "0x0" : text.data())};
   }
 
   template <std::size_t index, class Field>
@@ -282,8 +278,7 @@ template <class Members, class Document, class Base = CXMLTopLevelFolder>
 struct DocumentMembers : RecordMembers<Members, Document, Base> {
   using RecordMembers<Members, Document, Base>::construct;
   static void construct(Document &document, const char *tag) {
-    document.PutTag(CString(tag));
-    document.CXMLFolder::operator=(tag);
+    kestrune::MemberRows::setName(document, tag);
     document.Document::Init();
     document.Document::pushMembers();
   }
