@@ -3,8 +3,6 @@
 #include "kestrune/xml/number_text.h"
 #include "kestrune/xml/record_members.h"
 
-#include <algorithm>
-
 struct CTransceiver::Members : RecordMembers<Members, CTransceiver> {
   static constexpr auto rows = std::tuple{
       Row{&CTransceiver::TevroskApproved, "TevroskApproved", "FALSE"},
@@ -51,6 +49,9 @@ struct CTransceiver3::Members : RecordMembers<Members, CTransceiver3, CTransceiv
       Row{&CTransceiver3::ModeSpec2},
       Row{&CTransceiver3::SchedulerMode, "SchedulerMode", "Unassigned"},
   };
+
+  // ModeSpec2 takes the position of ModeSpec, which it replaces in the file.
+  static constexpr auto allRows() { return replacing(&CTransceiver::ModeSpec); }
 };
 
 CTransceiver3::CTransceiver3() { Members::construct(*this); }
@@ -80,13 +81,7 @@ long CTransceiver3::LoadFromFile(const char *name, const char *base) {
   return result;
 }
 
-void CTransceiver3::pushMembers() {
-  Members::push(*this);
-  // ModeSpec2 takes the position of ModeSpec, which it replaces in the file.
-  const auto replacement = std::find(m_members.begin(), m_members.end(), &ModeSpec2);
-  *std::find(m_members.begin(), m_members.end(), &ModeSpec) = *replacement;
-  m_members.erase(replacement);
-}
+void CTransceiver3::pushMembers() { Members::push(*this); }
 
 unsigned int CTransceiver3::GetSchedulerMode() const {
   return SchedulerMode.Compare(kestrune::kUnassigned) == 0 ? 0 : ParseUnsigned(SchedulerMode, 10);

@@ -32,11 +32,12 @@ struct MemberView {
 /// The members of `folder` in the order of the file. Rebuilds its member list with `pushMembers` first.
 inline std::vector<MemberView> MembersOf(CXMLFolder &folder) {
   folder.pushMembers();
-  const MemberTable table = folder.m_table != nullptr ? *folder.m_table : MemberTable();
+  const MemberList &list = folder.m_members;
+  const MemberTable table = list.table() != nullptr ? *list.table() : MemberTable();
   std::size_t next = 0;
   std::vector<MemberView> members;
-  members.reserve(folder.m_members.size());
-  for (CXMLPersistent *const value : folder.m_members) {
+  members.reserve(list.size());
+  for (CXMLPersistent *const value : list) {
     MemberView member{value, MemberKind::Attribute, nullptr, nullptr, nullptr};
     if (value->isFolder()) {
       member.folder = static_cast<CXMLFolder *>(value);
@@ -50,7 +51,7 @@ inline std::vector<MemberView> MembersOf(CXMLFolder &folder) {
     // The rows are in the order of the list, unless a class rearranges it or adds to it by hand.
     for (std::size_t tried = 0; member.folder == nullptr && tried < table.size(); ++tried) {
       const MemberRow &row = table[next++ % table.size()];
-      if (&row.field(folder) == value) {
+      if (&MemberRows::member(folder, row) == value) {
         member.defaultText = row.defaultText;
         break;
       }

@@ -6,6 +6,7 @@
 #include <array>
 #include <concepts>
 #include <cstddef>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -31,16 +32,6 @@
 /// names the version before it, `RecordMembers<Members, CVorlanModel2, CVorlanModel>`, and lists only its own members.
 /// A record with a field that is in no row does not compile, so the size of fields that are not stored is declared:
 /// `static constexpr std::size_t unstored = ...`.
-
-namespace kestrune {
-
-/// A row of a record's table, independent of the class of the record.
-struct MemberRow {
-  CXMLPersistent &(*field)(CXMLFolder &record); ///< Returns the field of a record.
-  const char *defaultText;                      ///< Null for a folder.
-};
-
-} // namespace kestrune
 
 /// The table of a record. `Members` derives from it and has the rows; `Base` is the version before, or CXMLFolder.
 template <class Members, class Record, class Base = CXMLFolder>
@@ -73,8 +64,7 @@ struct RecordMembers {
   /// For the constructor: sets the record's tag and text to `tag`, sets the members' tags and defaults, and builds the
   /// member list.
   static void construct(Record &record, const char *tag) {
-    record.PutTag(CString(tag));
-    record.CXMLFolder::operator=(tag);
+    kestrune::MemberRows::setName(record, tag);
     construct(record);
   }
   /// For the constructor of a later version, whose base has set the tag.
@@ -98,26 +88,29 @@ struct RecordMembers {
   static void push(Record &record) {
     record.m_members.clear();
     record.Base::pushMembers();
-    append(record);
+    listOf(record).extend(baseTable(), table(), ownRows());
   }
 
   /// For the copying operator=.
   static Record &copy(Record &to, const Record &from) {
-    const auto copyField = [&](const auto &row) { to.*row.field = from.*row.field; };
-    if constexpr (kIsFirst) {
+    if constexpr (kIsFirst)
       to.CXMLPersistent::operator=(from);
-      forEachRow(copyField);
-      to.pushMembers();
-    } else {
-      to.Base::operator=(from); // rebuilds the member list
-      forEachRow(copyField);
-    }
+    else
+      to.Base::operator=(from);
+    kestrune::MemberRows::copy(to, from, ownRows());
+    forEachRow([&]<class Field>(const Row<Field> &row) {
+      if constexpr (!kIsValue<Field>)
+        to.*row.field = from.*row.field;
+    });
+    if constexpr (kIsFirst)
+      to.pushMembers(); // that of a base has done it
     return to;
   }
 
   /// Sets only the tags and defaults of the record's own members.
   static void initFields(Record &record) {
-    forEachRow([&](const auto &row) { initField(record.*row.field, row); });
+    kestrune::MemberRows::init(record, ownRows());
+    forEachRow([&]<class Field>(const Row<Field> &row) { initField(record.*row.field, row); });
   }
 
   /// All members of the record, those of the base first.
@@ -128,34 +121,47 @@ struct RecordMembers {
       return join(std::array<kestrune::MemberRow, 0>());
   }
 
-protected:
-  /// Appends the record's own members to its list.
-  static void append(Record &record) {
+  /// The list of the record's members. The same object at each call.
+  static const kestrune::MemberTable &table() {
     static_assert(sizeof(Record) == sizeof(Base) + fieldSize(Members::rows) + Members::unstored,
                   "a field is not in the table");
     static constexpr auto all = Members::allRows();
     static constexpr kestrune::MemberTable table(all);
-    CXMLFolder &folder = record;
-    const std::size_t wanted = folder.m_members.size() + std::tuple_size_v<decltype(Members::rows)>;
-    // A later version appends to the list of its base, so reserve enough for all at once.
-    if (folder.m_members.capacity() < wanted)
-      folder.m_members.reserve(std::max(wanted, 2 * folder.m_members.size()));
-    forEachRow([&](const auto &row) { folder.m_members.push_back(&(record.*row.field)); });
-    folder.m_table = &table;
+    return table;
   }
+
+protected:
+  static constexpr std::size_t kOwn = std::tuple_size_v<decltype(Members::rows)>;
+
+  static kestrune::MemberList &listOf(Record &record) { return static_cast<CXMLFolder &>(record).m_members; }
 
   /// `before`, followed by the record's own members.
   template <std::size_t count>
   static constexpr auto join(const std::array<kestrune::MemberRow, count> &before) {
-    constexpr std::size_t own = std::tuple_size_v<decltype(Members::rows)>;
-    std::array<kestrune::MemberRow, count + own> all{};
-    std::copy(before.begin(), before.end(), all.begin());
-    [&]<std::size_t... index>(std::index_sequence<index...>) { ((all[count + index] = memberRow<index>()), ...); }
-    (std::make_index_sequence<own>());
-    return all;
+    return [&]<std::size_t... old, std::size_t... own>(std::index_sequence<old...>, std::index_sequence<own...>) {
+      return std::array<kestrune::MemberRow, count + kOwn>{before[old]..., memberRow<own>()...};
+    }
+    (std::make_index_sequence<count>(), std::make_index_sequence<kOwn>());
+  }
+
+  /// All members, with the first of the record's own in the place of `replaced`, a member of an older version.
+  template <class Field, class Owner>
+  static constexpr auto replacing(Field Owner::*replaced) {
+    const auto all = RecordMembers::allRows();
+    constexpr std::size_t first = std::tuple_size_v<decltype(all)> - kOwn;
+    const std::size_t place = position(replaced);
+    return [&]<std::size_t... index>(std::index_sequence<index...>) {
+      return std::array<kestrune::MemberRow, sizeof...(index)>{all[index == place  ? first
+                                                                   : index < first ? index
+                                                                                   : index + 1]...};
+    }
+    (std::make_index_sequence<first + kOwn - 1>());
   }
 
 private:
+  template <class, class, class>
+  friend struct RecordMembers;
+
   static constexpr bool kIsFirst = std::is_same_v<Base, CXMLFolder>;
 
   template <class Visit>
@@ -165,11 +171,61 @@ private:
   }
 
   template <class Field>
+  static constexpr kestrune::MemberRow::Class fieldClass() {
+    using enum kestrune::MemberRow::Class;
+    if constexpr (std::is_same_v<Field, CXMLAttribute>)
+      return kAttribute;
+    else if constexpr (std::is_same_v<Field, CXMLBoolAttribute>)
+      return kBoolAttribute;
+    else if constexpr (std::is_same_v<Field, CXMLElement>)
+      return kElement;
+    else if constexpr (std::is_same_v<Field, CXMLHexElement>)
+      return kHexElement;
+    else
+      return kOther;
+  }
+
+  /// Whether the field is of one of the four value classes, and not of one derived from it.
+  template <class Field>
+  static constexpr bool kIsValue = fieldClass<Field>() != kestrune::MemberRow::Class::kOther;
+
+  static kestrune::MemberTable ownRows() {
+    static constexpr auto own = join(std::array<kestrune::MemberRow, 0>());
+    return own;
+  }
+
+  /// The position of a member in the list.
+  template <class Field, class Owner>
+  static constexpr std::size_t position(Field Owner::*field) {
+    if constexpr (!std::is_same_v<Owner, Record>) {
+      return Base::Members::position(field);
+    } else {
+      std::size_t index = allRows().size() - kOwn;
+      const auto isOther = [&]<class Other>(const Row<Other> &row) {
+        bool same = false;
+        if constexpr (std::is_same_v<Other, Field>)
+          same = row.field == field;
+        index += same ? 0 : 1;
+        return !same;
+      };
+      std::apply([&](const auto &...row) { (isOther(row) && ...); }, Members::rows);
+      return index;
+    }
+  }
+
+  /// The list of a record of the base class; null if it has no members or no table.
+  static const kestrune::MemberTable *baseTable() {
+    if constexpr (requires { Base::Members::table(); })
+      return &Base::Members::table();
+    else
+      return nullptr;
+  }
+
+  template <class Field>
   static void initField(Field &field, const Row<Field> &row) {
     if constexpr (std::derived_from<Field, CXMLFolder>) {
       field.Init();
-    } else {
-      // Set first, so that Init finds the tag in place and does not copy it.
+    } else if constexpr (!kIsValue<Field>) {
       field.PutTag(CString::OfLiteral(row.tag));
       if (row.defaultText != nullptr)
         field.Init(row.tag, row.defaultText);
@@ -184,14 +240,39 @@ private:
   template <std::size_t index>
   static constexpr kestrune::MemberRow memberRow() {
     constexpr auto row = std::get<index>(Members::rows);
-    return {[](CXMLFolder &record) -> CXMLPersistent & { return static_cast<Record &>(record).*row.field; },
-            defaultOf(row)};
+    using Field = typename decltype(fieldOf(row))::type;
+    constexpr std::string_view text = defaultOf(row);
+    constexpr bool isHex = std::is_same_v<Field, CXMLHexElement>;
+    return {fieldPointer<index, Field>(), fieldClass<Field>(),
+            row.defaultText != nullptr,   isHex && text != "0" && text.find("0x") == std::string_view::npos,
+            CString::OfLiteral(row.tag),  CString::OfLiteral(isHex && text == "0" ? "0x0" : text.data())};
+  }
+
+  template <std::size_t index, class Field>
+  static constexpr kestrune::MemberRow::Field fieldPointer() {
+    constexpr auto field = std::get<index>(Members::rows).field;
+    if constexpr (std::is_same_v<Field, CXMLAttribute>)
+      return {.attribute = static_cast<Field CXMLFolder::*>(field)};
+    else if constexpr (std::is_same_v<Field, CXMLBoolAttribute>)
+      return {.boolAttribute = static_cast<Field CXMLFolder::*>(field)};
+    else if constexpr (std::is_same_v<Field, CXMLElement>)
+      return {.element = static_cast<Field CXMLFolder::*>(field)};
+    else if constexpr (std::is_same_v<Field, CXMLHexElement>)
+      return {.hexElement = static_cast<Field CXMLFolder::*>(field)};
+    else
+      return {.other = [](CXMLFolder &record) -> CXMLPersistent & { return static_cast<Record &>(record).*field; }};
   }
 
   template <class Field>
+  static std::type_identity<Field> fieldOf(const Row<Field> &);
+
+  /// The text of the member in a new record; empty for a folder.
+  template <class Field>
   static constexpr const char *defaultOf(const Row<Field> &row) {
-    if (row.defaultText != nullptr || std::derived_from<Field, CXMLFolder>)
+    if (row.defaultText != nullptr)
       return row.defaultText;
+    if (std::derived_from<Field, CXMLFolder>)
+      return "";
     return std::derived_from<Field, CXMLHexElement> ? kestrune::kHexDefault : kestrune::kUnassigned;
   }
 };
@@ -203,22 +284,20 @@ struct DocumentMembers : RecordMembers<Members, Document, Base> {
   using RecordMembers<Members, Document, Base>::construct;
   /// For the constructor of the first version: sets the document's tag and text to `tag`, and initialises the rest.
   static void construct(Document &document, const char *tag) {
-    document.PutTag(CString(tag));
-    document.CXMLFolder::operator=(tag);
+    kestrune::MemberRows::setName(document, tag);
     document.Document::Init();
     document.Document::pushMembers();
   }
 
   /// pushMembers: the header, followed by the document's own sections.
-  static void push(Document &document) {
-    document.CXMLTopLevelFolder::pushMembers();
-    DocumentMembers::append(document);
-  }
+  static void push(Document &document) { DocumentMembers::listOf(document).refer(DocumentMembers::table()); }
 
   /// The header and the document's own sections.
   static constexpr auto allRows() {
-    return DocumentMembers::join(std::array{kestrune::MemberRow{
-        [](CXMLFolder &document) -> CXMLPersistent & { return static_cast<CXMLTopLevelFolder &>(document).Contents; },
-        nullptr}});
+    kestrune::MemberRow contents;
+    contents.field.other = [](CXMLFolder &document) -> CXMLPersistent & {
+      return static_cast<CXMLTopLevelFolder &>(document).Contents;
+    };
+    return DocumentMembers::join(std::array{contents});
   }
 };

@@ -5,65 +5,99 @@
 #include "kestrune/xml/text_compare.h"
 
 #include <algorithm>
-#include <functional>
 #include <stdexcept>
-#include <string>
-#include <unordered_map>
+#include <string_view>
 #include <utility>
 
-/// The keys of the items that have been loaded or assigned, each as it was when first needed. The items after those may
-/// still get another key, so each search compares their current keys.
-class CXMLCollectionFolder::KeyIndex {
-public:
-  using Items = std::vector<std::unique_ptr<CXMLFolder>>;
+namespace {
 
-  CXMLFolder *find(const Items &items, const char *key) {
-    for (; m_known < m_settled; ++m_known) {
-      CXMLFolder *const item = items[m_known].get();
-      m_byKey.emplace(kestrune::platform::FoldCase(item->Key().View()), item);
-    }
-    const auto known = m_byKey.find(kestrune::platform::FoldCase(key));
-    if (known == m_byKey.end())
-      return firstOf(items.begin() + static_cast<std::ptrdiff_t>(m_settled), items.end(), key);
-    // A key may have been changed since, through a pointer to the item; what counts is its current value.
-    if (hasKey(*known->second, key))
-      return known->second;
-    return firstOf(items.begin(), items.end(), key);
-  }
+using Items = std::vector<std::unique_ptr<CXMLFolder>>;
 
-  static CXMLFolder *firstOf(Items::const_iterator begin, Items::const_iterator end, const char *key) {
-    const auto found = std::find_if(begin, end, [&](const auto &item) { return hasKey(*item, key); });
-    return found != end ? found->get() : nullptr;
-  }
+// Up to here, walking is cheaper than a table.
+constexpr std::size_t kFewItems = 16;
 
-  void settle(std::size_t count) { m_settled = count; }
+bool hasKey(const CXMLFolder &item, const char *key) { return item.Key().CompareNoCase(key) == 0; }
 
-  void clear() {
-    m_byKey.clear();
-    m_known = m_settled = 0;
-  }
-
-private:
-  static bool hasKey(const CXMLFolder &item, const char *key) { return item.Key().CompareNoCase(key) == 0; }
-
-  std::unordered_map<std::string, CXMLFolder *, kestrune::platform::KeyedTextHash, std::equal_to<>> m_byKey;
-  std::size_t m_known = 0;   // number of items in the map
-  std::size_t m_settled = 0; // number of items that have their final key
-};
-
-CXMLCollectionFolder::Batch::Batch(CXMLCollectionFolder &collection, bool acceptAll)
-    : m_collection(collection), m_outer(std::exchange(collection.m_index, std::make_unique<KeyIndex>())),
-      m_outerAcceptAll(std::exchange(collection.m_acceptAll, acceptAll)) {}
-
-CXMLCollectionFolder::Batch::~Batch() {
-  m_collection.m_index = std::move(m_outer);
-  m_collection.m_acceptAll = m_outerAcceptAll;
-  // The index of the outer batch does not know what this one has added or removed.
-  if (m_collection.m_index)
-    m_collection.m_index->clear();
+CXMLFolder *firstFrom(const Items &items, std::size_t start, const char *key) {
+  const auto found = std::find_if(items.begin() + static_cast<std::ptrdiff_t>(start), items.end(),
+                                  [&](const auto &item) { return hasKey(*item, key); });
+  return found != items.end() ? found->get() : nullptr;
 }
 
-void CXMLCollectionFolder::Batch::next() { m_collection.m_index->settle(m_collection.m_items.size()); }
+/// Equal for keys that differ only in case.
+std::uint32_t hashOf(std::string_view key) {
+  return static_cast<std::uint32_t>(kestrune::platform::KeyedHash(kestrune::platform::FoldCase(key)));
+}
+
+} // namespace
+
+CXMLCollectionFolder::Batch::Batch(CXMLCollectionFolder &collection, bool acceptAll) noexcept
+    : m_collection(collection), m_outer(std::exchange(collection.m_batch, this)), m_acceptAll(acceptAll) {}
+
+CXMLCollectionFolder::Batch::~Batch() {
+  m_collection.m_batch = m_outer;
+  // The outer batch does not know what this one has added or removed.
+  if (m_outer != nullptr)
+    m_outer->forget();
+}
+
+void CXMLCollectionFolder::Batch::next() noexcept { m_settled = m_collection.m_items.size(); }
+
+void CXMLCollectionFolder::Batch::forget() noexcept {
+  m_slots.clear();
+  m_known = m_settled = 0;
+}
+
+CXMLFolder *CXMLCollectionFolder::Batch::find(const char *key) {
+  const Items &items = m_collection.m_items;
+  if (m_settled <= kFewItems)
+    return firstFrom(items, 0, key);
+  takeInSettled();
+  const std::uint32_t hash = hashOf(key);
+  for (std::size_t i = home(hash); m_slots[i].item != 0; i = home(static_cast<std::uint32_t>(i + 1))) {
+    if (m_slots[i].hash != hash)
+      continue;
+    const CXMLFolder &item = itemOf(m_slots[i]);
+    if (hasKey(item, key))
+      return items[m_slots[i].item - 1].get();
+    // What counts is the current key. If it was changed through a pointer to the item, an item behind it may be the
+    // first with the old one now.
+    if (hashOf(item.Key().View()) != hash) {
+      restart(m_slots.size());
+      return firstFrom(items, 0, key);
+    }
+  }
+  // The items after those may still get another key.
+  return firstFrom(items, m_settled, key);
+}
+
+/// Enters the keys of the settled items, each as it is when it is first needed.
+void CXMLCollectionFolder::Batch::takeInSettled() {
+  while (m_known < m_settled) {
+    if (2 * (m_known + 1) > m_slots.size())
+      restart(std::max(4 * kFewItems, 4 * m_slots.size()));
+    takeIn(m_known++);
+  }
+}
+
+/// Makes the table empty.
+void CXMLCollectionFolder::Batch::restart(std::size_t slots) {
+  m_slots.assign(slots, Slot());
+  m_known = 0;
+}
+
+/// Enters the key of an item, unless an item before it has the same key.
+void CXMLCollectionFolder::Batch::takeIn(std::size_t index) {
+  const CString key = m_collection.m_items[index]->Key();
+  const std::uint32_t hash = hashOf(key.View());
+  std::size_t i = home(hash);
+  while (m_slots[i].item != 0) {
+    if (m_slots[i].hash == hash && hasKey(itemOf(m_slots[i]), key))
+      return;
+    i = home(static_cast<std::uint32_t>(i + 1));
+  }
+  m_slots[i] = {hash, static_cast<std::uint32_t>(index + 1)};
+}
 
 CXMLCollectionFolder::CXMLCollectionFolder() = default;
 
@@ -94,7 +128,8 @@ CXMLFolder *CXMLCollectionFolder::AddCollectionItem(const char *key) { return ad
 CXMLFolder *CXMLCollectionFolder::addItem(const char *key, bool acceptDuplicate) {
   if (key == nullptr || *key == '\0')
     return nullptr;
-  if (!acceptDuplicate && !m_acceptAll && FindItem(key) != nullptr)
+  const bool acceptAll = acceptDuplicate || (m_batch != nullptr && m_batch->acceptsAll());
+  if (!acceptAll && FindItem(key) != nullptr)
     return nullptr;
   std::unique_ptr<CXMLFolder> item(NewFolder());
   if (!item)
@@ -110,9 +145,7 @@ CXMLFolder *CXMLCollectionFolder::NewFolder() { return nullptr; }
 CXMLFolder *CXMLCollectionFolder::FindItem(const char *key) {
   if (key == nullptr)
     return nullptr;
-  if (m_index)
-    return m_index->find(m_items, key);
-  return KeyIndex::firstOf(m_items.begin(), m_items.end(), key);
+  return m_batch != nullptr ? m_batch->find(key) : firstFrom(m_items, 0, key);
 }
 
 void CXMLCollectionFolder::Delete(const char *key) {
@@ -127,15 +160,15 @@ void CXMLCollectionFolder::Delete(const char *key) {
 void CXMLCollectionFolder::removeAt(std::size_t index) {
   m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(index));
   m_modified = 1;
-  if (m_index)
-    m_index->clear();
+  if (m_batch != nullptr)
+    m_batch->forget();
 }
 
 void CXMLCollectionFolder::Clear() {
   m_modified = 1;
   m_items.clear();
-  if (m_index)
-    m_index->clear();
+  if (m_batch != nullptr)
+    m_batch->forget();
 }
 
 int CXMLCollectionFolder::Count() const { return static_cast<int>(m_items.size()); }
@@ -182,7 +215,7 @@ IXMLDOMElementPtr CXMLCollectionFolder::Save(IXMLDOMElementPtr parent, int level
 unsigned char CXMLCollectionFolder::GetModified() {
   if (m_modified != 0)
     return m_modified;
-  for (const CXMLPersistent *const member : m_members) {
+  for (const CXMLPersistent *const member : std::as_const(m_members)) {
     if (member->GetModified() != 0)
       m_modified = 1;
   }
@@ -193,8 +226,7 @@ unsigned char CXMLCollectionFolder::GetModified() {
 }
 
 void CXMLCollectionFolder::PutModified(unsigned char modified) {
-  for (CXMLPersistent *const member : m_members)
-    member->PutModified(modified);
+  putMembersModified(modified);
   for (const auto &item : m_items)
     item->PutModified(modified);
   m_modified = modified;

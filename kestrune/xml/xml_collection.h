@@ -2,6 +2,7 @@
 
 #include "kestrune/xml/xml_folder.h"
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -66,7 +67,8 @@ public:
   CXMLFolder *operator[](int index);
 
   /// Calls `add` with each index below `count`. Each call may add one item and set its key. Meanwhile the search for a
-  /// key in each Add does not walk over the items.
+  /// key in each Add does not walk over the items, and may miss one that was given that key through its pointer after a
+  /// later item was added.
   template <class Add>
   void AddMany(int count, Add add) {
     Batch batch(*this, false);
@@ -84,6 +86,7 @@ protected:
     if (this == &rhs)
       return;
     CXMLCollectionFolder::operator=(rhs);
+    m_items.reserve(rhs.CXMLCollectionFolder::m_items.size());
     const Batch batch(*this, true);
     for (const auto &source : rhs.CXMLCollectionFolder::m_items) {
       if (CXMLFolder *const item = AddCollectionItem("Dummy"))
@@ -121,30 +124,46 @@ protected:
   CString m_keyName;                                ///< The name of the attribute with an item's key.
 
 private:
-  class KeyIndex;
-
   /// Exists while many items are added one after the other. A search for a key then does not walk over the items added
   /// before; with `acceptAll` every key is accepted.
   class KESTRUNE_API Batch {
   public:
-    Batch(CXMLCollectionFolder &collection, bool acceptAll);
+    Batch(CXMLCollectionFolder &collection, bool acceptAll) noexcept;
     Batch(const Batch &) = delete;
     Batch &operator=(const Batch &) = delete;
     ~Batch();
 
     /// Call it before adding the next item: the items so far have their final keys.
-    void next();
+    void next() noexcept;
+    bool acceptsAll() const noexcept { return m_acceptAll; }
+    CXMLFolder *find(const char *key);
+    /// Call it after items were removed.
+    void forget() noexcept;
 
   private:
+    /// The hash of a key, and the number of the item that has it, from 1; 0 in an empty slot.
+    struct Slot {
+      std::uint32_t hash = 0;
+      std::uint32_t item = 0;
+    };
+
+    const CXMLFolder &itemOf(const Slot &slot) const { return *m_collection.m_items[slot.item - 1]; }
+    std::size_t home(std::uint32_t hash) const { return hash & (m_slots.size() - 1); }
+    void takeInSettled();
+    void restart(std::size_t slots);
+    void takeIn(std::size_t index);
+
     CXMLCollectionFolder &m_collection;
-    std::unique_ptr<KeyIndex> m_outer;
-    bool m_outerAcceptAll;
+    Batch *m_outer;
+    bool m_acceptAll;
+    std::size_t m_settled = 0; // number of items that have their final key
+    std::size_t m_known = 0;   // number of items in the table
+    std::vector<Slot> m_slots; // the table: a power of two, at most half full; empty as long as there are few items
   };
 
   friend kestrune::ItemClass kestrune::ItemClassOf(CXMLCollectionFolder &collection);
 
-  std::unique_ptr<KeyIndex> m_index; // set only during a batch
-  bool m_acceptAll = false;
+  Batch *m_batch = nullptr; // the innermost that exists
 };
 
 /// A collection that can accept items with equal keys, and from which items can be removed by position.

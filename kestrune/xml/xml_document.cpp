@@ -6,6 +6,8 @@
 #include "kestrune/xml/number_text.h"
 #include "kestrune/xml/record_members.h"
 
+#include <utility>
+
 struct CXMLContents::Members : RecordMembers<Members, CXMLContents> {
   static constexpr auto rows = std::tuple{
       Row{&CXMLContents::MajorVersion, "MajorVersion", "0"},
@@ -71,7 +73,7 @@ void CXMLTopLevelFolder::pushMembers() {
 long CXMLTopLevelFolder::Load(MSXML::IXMLDOMElement *parent) { return CXMLFolder::Load(parent); }
 
 IXMLDOMElementPtr CXMLTopLevelFolder::Save(IXMLDOMElementPtr parent, int level) {
-  for (CXMLPersistent *const member : m_members)
+  for (CXMLPersistent *const member : std::as_const(m_members))
     member->Save(parent, level);
   insertTabs(parent, level);
   return parent;

@@ -1,5 +1,12 @@
 #include "kestrune/xml/xml_folder.h"
 
+#include "kestrune/xml/value_access.h"
+
+#include <algorithm>
+#include <utility>
+
+using kestrune::ValueAccess;
+
 CXMLFolder::CXMLFolder() = default;
 
 CXMLFolder::CXMLFolder(const CXMLFolder &rhs) : CXMLPersistent() { CXMLFolder::operator=(rhs); }
@@ -35,14 +42,22 @@ long CXMLFolder::Load(MSXML::IXMLDOMElement *parent) {
   pushMembers();
   long result = S_OK;
   long firstFailure = S_OK;
-  for (CXMLPersistent *const member : m_members) {
-    if (!member->isFolder())
-      result = member->Load(parent);
-    else if (const IXMLDOMElementPtr element = getElementByName(parent, member->GetTag()); element != nullptr)
-      result = member->Load(element);
+  const auto load = [&](CXMLPersistent &member) {
+    if (!member.isFolder())
+      result = member.Load(parent);
+    else if (const IXMLDOMElementPtr element = getElementByName(parent, member.GetTag()); element != nullptr)
+      result = member.Load(element);
     if (result < 0 && firstFailure == S_OK)
       firstFailure = result;
+  };
+  for (const kestrune::MemberRow &row : m_members.rows()) {
+    if (ValueAccess::isValue(row))
+      result = ValueAccess::load(ValueAccess::value(*this, row), row, parent);
+    else
+      load(row.field.other(*this));
   }
+  for (CXMLPersistent *const member : m_members.pointers())
+    load(*member);
   return firstFailure != S_OK ? firstFailure : result;
 }
 
@@ -57,7 +72,13 @@ IXMLDOMElementPtr CXMLFolder::saveMembers(const IXMLDOMElementPtr &parent, int l
   insertTabs(parent, level + 1);
   IXMLDOMElementPtr element = parent->GetownerDocument()->createElement(m_tag.View());
   parent->appendChild(element);
-  for (CXMLPersistent *const member : m_members)
+  for (const kestrune::MemberRow &row : m_members.rows()) {
+    if (ValueAccess::isValue(row))
+      ValueAccess::save(ValueAccess::value(*this, row), row, element, level + 1);
+    else
+      row.field.other(*this).Save(element, level + 1);
+  }
+  for (CXMLPersistent *const member : m_members.pointers())
     member->Save(element, level + 1);
   return element;
 }
@@ -65,19 +86,35 @@ IXMLDOMElementPtr CXMLFolder::saveMembers(const IXMLDOMElementPtr &parent, int l
 unsigned char CXMLFolder::GetModified() {
   if (m_modified != 0)
     return m_modified;
-  for (CXMLPersistent *const member : m_members) {
-    const bool modified = member->isFolder() ? static_cast<CXMLFolder *>(member)->GetModified() != 0
-                                             : std::as_const(*member).GetModified() != 0;
-    if (modified) {
-      m_modified = 1;
-      break;
-    }
-  }
+  const auto isModified = [](CXMLPersistent &member) {
+    return (member.isFolder() ? static_cast<CXMLFolder &>(member).GetModified()
+                              : std::as_const(member).GetModified()) != 0;
+  };
+  const bool modified =
+      std::ranges::any_of(m_members.rows(),
+                          [&](const kestrune::MemberRow &row) {
+                            return ValueAccess::isValue(row)
+                                       ? ValueAccess::modified(ValueAccess::value(*this, row)) != 0
+                                       : isModified(row.field.other(*this));
+                          }) ||
+      std::ranges::any_of(m_members.pointers(), [&](CXMLPersistent *member) { return isModified(*member); });
+  if (modified)
+    m_modified = 1;
   return m_modified;
 }
 
 void CXMLFolder::PutModified(unsigned char modified) {
-  for (CXMLPersistent *const member : m_members)
-    member->PutModified(modified);
+  putMembersModified(modified);
   m_modified = modified;
+}
+
+void CXMLFolder::putMembersModified(unsigned char modified) {
+  for (const kestrune::MemberRow &row : m_members.rows()) {
+    if (ValueAccess::isValue(row))
+      ValueAccess::setModified(ValueAccess::value(*this, row), modified);
+    else
+      row.field.other(*this).PutModified(modified);
+  }
+  for (CXMLPersistent *const member : m_members.pointers())
+    member->PutModified(modified);
 }

@@ -1,17 +1,10 @@
 #pragma once
 
+#include "kestrune/xml/member_list.h"
 #include "kestrune/xml/xml_persistent.h"
 
-#include <span>
-#include <vector>
-
-class CXMLFolder;
-
 namespace kestrune {
-struct MemberRow;
 struct MemberView;
-/// The rows that describe the members of a record.
-using MemberTable = std::span<const MemberRow>;
 std::vector<MemberView> MembersOf(CXMLFolder &folder);
 } // namespace kestrune
 
@@ -81,9 +74,11 @@ protected:
 
   /// Creates the folder's element in `parent`, with all members, but without the indentation of the end tag.
   IXMLDOMElementPtr saveMembers(const IXMLDOMElementPtr &parent, int level);
+  /// Sets or clears the flags of the members.
+  void putMembersModified(unsigned char modified);
 
   /// The members, in file order. They are fields of this object; the list does not own them.
-  std::vector<CXMLPersistent *> m_members;
+  kestrune::MemberList m_members{*this};
   /// The file name of the last load or save, as it was given.
   CString m_fileName;
 
@@ -91,7 +86,4 @@ private:
   template <class, class, class>
   friend struct RecordMembers;
   friend std::vector<kestrune::MemberView> kestrune::MembersOf(CXMLFolder &folder);
-
-  /// The table that the list was last built from; null for a class without one.
-  const kestrune::MemberTable *m_table = nullptr;
 };

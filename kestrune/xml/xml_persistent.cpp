@@ -10,25 +10,19 @@
 
 namespace {
 
-using kestrune::kHexDefault, kestrune::kUnassigned;
-
-constexpr const char *kUndefined = "Undefined";
+using kestrune::kUnassigned;
 
 const char *orUnassigned(const char *text) { return text != nullptr ? text : kUnassigned; }
 
 } // namespace
 
-CXMLPersistent::CXMLPersistent() : CString(kUnassigned), m_tag(kUndefined) {}
-
-CXMLPersistent::CXMLPersistent(CString &tag) : CString(kUnassigned), m_tag(tag) {}
+CXMLPersistent::CXMLPersistent(CString &tag) : CString(kestrune::kUnassignedText), m_tag(tag) {}
 
 CXMLPersistent::CXMLPersistent(const CXMLPersistent &rhs) : CString() { CXMLPersistent::operator=(rhs); }
 
-CXMLPersistent::~CXMLPersistent() = default;
-
 void CXMLPersistent::Init() {
-  CString::operator=(kUnassigned);
-  m_tag = kUndefined;
+  CString::operator=(kestrune::kUnassignedText);
+  m_tag = kestrune::kUndefinedTag;
 }
 
 void CXMLPersistent::setTag(const char *tag) {
@@ -177,8 +171,6 @@ CXMLElement &CXMLElement::operator=(int value) {
   CXMLPersistent::operator=(value);
   return *this;
 }
-
-CXMLHexElement::CXMLHexElement() { CString::operator=(kHexDefault); }
 
 CXMLHexElement::CXMLHexElement(const CXMLHexElement &rhs) : CXMLElement() { CXMLElement::operator=(rhs); }
 

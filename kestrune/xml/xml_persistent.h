@@ -13,6 +13,11 @@ namespace kestrune {
 constexpr const char *kUnassigned = "Unassigned";
 /// The default text of a hexadecimal value.
 constexpr const char *kHexDefault = "0xFFFF";
+inline constexpr CString kUnassignedText = CString::OfLiteral(kUnassigned);
+inline constexpr CString kHexDefaultText = CString::OfLiteral(kHexDefault);
+inline constexpr CString kUndefinedTag = CString::OfLiteral("Undefined");
+
+struct ValueAccess;
 } // namespace kestrune
 
 /// One named text that reads itself from an XML element and writes itself to one: the base of all persistent classes.
@@ -21,7 +26,8 @@ constexpr const char *kHexDefault = "0xFFFF";
 /// "Unassigned", the default tag "Undefined". CXMLPersistent itself is stored as an attribute.
 class KESTRUNE_API CXMLPersistent : public CString {
 public:
-  CXMLPersistent(); ///< The default text and the default tag.
+  /// The default text and the default tag.
+  CXMLPersistent() noexcept : CString(kestrune::kUnassignedText), m_tag(kestrune::kUndefinedTag) {}
   /// The default text with that tag.
   explicit CXMLPersistent(CString &tag);
   /// Starts empty and takes tag and text of `rhs`, as the assignment does.
@@ -52,7 +58,7 @@ public:
   virtual void PutTag(const CString &tag);
   /// Whether this is a folder, with members of its own.
   virtual bool isFolder();
-  virtual ~CXMLPersistent(); ///< Does not save.
+  virtual ~CXMLPersistent() = default; ///< Does not save.
 
   /// Writes the value into `parent`, which is at depth `level`, and returns the element that contains it. Throws
   /// _com_error.
@@ -81,6 +87,9 @@ protected:
 
   CString m_tag;                ///< The name in the file.
   unsigned char m_modified = 0; ///< The modified flag.
+
+private:
+  friend struct kestrune::ValueAccess;
 };
 
 /// A value stored as an attribute of its folder's element.
@@ -144,7 +153,8 @@ public:
 /// A hexadecimal number, such as "0x1F", stored as a child element. The default text is "0xFFFF".
 class KESTRUNE_API CXMLHexElement : public CXMLElement {
 public:
-  CXMLHexElement();                          ///< The default text.
+  /// The default text.
+  CXMLHexElement() noexcept { CString::operator=(kestrune::kHexDefaultText); }
   CXMLHexElement(const CXMLHexElement &rhs); ///< Copies tag and text.
   /// Copies the text, and the tag unless that of `rhs` is empty.
   CXMLHexElement &operator=(const CXMLHexElement &rhs);

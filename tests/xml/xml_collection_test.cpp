@@ -98,6 +98,25 @@ TEST(XmlCollection, AListThatChangesWhileItIsLoadedKnowsItsKeys) {
   }
 }
 
+TEST(XmlCollection, WhileItemsAreAddedTheKeysOfThatMomentCount) {
+  for (const int count : {8, 80}) {
+    SCOPED_TRACE(count);
+    Items list;
+    list.SetIgnoreKey(1);
+    list.AddMany(count, [&](int index) {
+      list.Add(std::to_string(index % (count / 2)).c_str());
+      if (index < count - 1)
+        return;
+      EXPECT_EQ(list.Find("3"), list[3]);
+      list[3]->Name = "new";
+      EXPECT_EQ(list.Find("3"), list[count / 2 + 3]) << "the next one of that key";
+      list[count / 2 + 3]->Name = "newer";
+      EXPECT_EQ(list.Find("3"), nullptr);
+      EXPECT_EQ(list.Find("NEW"), list[3]);
+    });
+  }
+}
+
 TEST(XmlCollection, OwnMembersCountAsChanges) {
   struct WithMember : Items {
     void pushMembers() override { m_members = {&Extra}; }

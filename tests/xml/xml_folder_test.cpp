@@ -1,6 +1,8 @@
 #include "tests/document_support.h"
 #include "tests/xml/sample_records.h"
 
+#include <algorithm>
+
 namespace {
 
 using sample::Item;
@@ -81,6 +83,33 @@ TEST(XmlFolder, CopyTakesTextsAndNoFileName) {
   CXMLTopLevelFolder document;
   document = "text";
   EXPECT_STREQ(document, "text");
+}
+
+TEST(XmlFolder, TheListOfARecordCanBeChangedByHand) {
+  struct Longer : CXMLPair {
+    void pushMembers() override {
+      CXMLPair::pushMembers();
+      m_members.push_back(&Extra);
+    }
+    using CXMLFolder::m_members;
+    CXMLElement Extra;
+  } record;
+  using Members = std::vector<CXMLPersistent *>;
+  EXPECT_EQ(Members(record.m_members), (Members{&record.Name, &record.Number}))
+      << "that of its base, as long as nobody asked";
+  record.pushMembers();
+  const Members all{&record.Name, &record.Number, &record.Extra};
+  EXPECT_EQ(Members(record.m_members), all);
+  const Longer copy(record);
+  EXPECT_EQ(Members(copy.m_members), (Members{&copy.Name, &copy.Number})) << "each lists its own members";
+  const kestrune::MemberList saved = record.m_members;
+  *std::find(record.m_members.begin(), record.m_members.end(), &record.Name) = &record.Extra;
+  record.m_members.erase(record.m_members.end() - 1);
+  EXPECT_EQ(Members(record.m_members), (Members{&record.Extra, &record.Number}));
+  record.m_members = saved;
+  EXPECT_TRUE(std::equal(saved.begin(), saved.end(), all.begin(), all.end()));
+  EXPECT_EQ(record.m_members.back(), &record.Extra);
+  EXPECT_STREQ(kestrune::MembersOf(record)[1].defaultText, "Unassigned");
 }
 
 } // namespace

@@ -1,0 +1,71 @@
+#include "kestrune/xml/member_list.h"
+
+#include "kestrune/xml/value_access.h"
+
+namespace kestrune {
+
+void MemberRows::init(CXMLFolder &record, MemberTable rows) {
+  for (const MemberRow &row : rows) {
+    if (ValueAccess::isValue(row))
+      ValueAccess::init(ValueAccess::value(record, row), row);
+  }
+}
+
+void MemberRows::setName(CXMLFolder &record, const char *tag) {
+  const CString name(tag);
+  record.PutTag(name);
+  if (static_cast<const CString &>(record) == name)
+    return;
+  record.PutModified(1);
+  static_cast<CString &>(record) = name;
+}
+
+void MemberRows::copy(CXMLFolder &to, const CXMLFolder &from, MemberTable rows) {
+  for (const MemberRow &row : rows) {
+    if (ValueAccess::isValue(row))
+      ValueAccess::copy(ValueAccess::value(to, row), ValueAccess::value(from, row));
+  }
+}
+
+CXMLPersistent &MemberRows::member(CXMLFolder &record, const MemberRow &row) {
+  return ValueAccess::member(record, row);
+}
+
+MemberList &MemberList::operator=(const MemberList &other) {
+  return this != &other ? *this = static_cast<std::vector<CXMLPersistent *>>(other) : *this;
+}
+
+MemberList &MemberList::operator=(std::vector<CXMLPersistent *> members) {
+  if (m_pointers)
+    *m_pointers = std::move(members);
+  else
+    m_pointers = std::make_unique<std::vector<CXMLPersistent *>>(std::move(members));
+  m_byHand = true;
+  return *this;
+}
+
+MemberList::operator std::vector<CXMLPersistent *>() const {
+  std::vector<CXMLPersistent *> members(pointers().begin(), pointers().end());
+  members.reserve(size());
+  for (const MemberRow &row : rows())
+    members.push_back(&ValueAccess::member(*m_owner, row));
+  return members;
+}
+
+CXMLPersistent *MemberList::operator[](size_type index) const {
+  return m_byHand ? pointers()[index] : &ValueAccess::member(*m_owner, (*m_table)[index]);
+}
+
+void MemberList::append(const MemberTable &table, MemberTable rows) {
+  for (const MemberRow &row : rows)
+    push_back(&ValueAccess::member(*m_owner, row));
+  m_table = &table;
+}
+
+std::vector<CXMLPersistent *> &MemberList::own() {
+  if (!m_byHand || !m_pointers)
+    *this = static_cast<std::vector<CXMLPersistent *>>(*this);
+  return *m_pointers;
+}
+
+} // namespace kestrune
