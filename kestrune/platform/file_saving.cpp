@@ -11,8 +11,67 @@
 #include <optional>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <vector>
 
 namespace kestrune::platform {
+
+/// The bytes that a save overwrites, kept so that they can be written back. Those that stay the same are not kept.
+class OldBytes {
+public:
+  /// `size` is that of the old file.
+  OldBytes(int handle, off_t size) : m_handle(handle), m_size(static_cast<std::uint64_t>(size)) {}
+
+  /// Keeps what `bytes` is about to overwrite at `offset`. Returns 0 or the host's error number.
+  int keep(std::uint64_t offset, std::string_view bytes) {
+    if (offset >= m_size || bytes.empty())
+      return 0;
+    auto size = static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), m_size - offset));
+    if (!m_next || m_capacity < size) {
+      m_next = std::make_unique_for_overwrite<char[]>(size);
+      m_capacity = size;
+    }
+    for (std::size_t done = 0; done < size;) {
+      const ssize_t count = Retried(
+          [&] { return ::pread(m_handle, m_next.get() + done, size - done, static_cast<off_t>(offset + done)); });
+      if (count < 0)
+        return errno;
+      if (count == 0)
+        size = done; // the file has become shorter meanwhile
+      done += static_cast<std::size_t>(count);
+    }
+    if (std::string_view(m_next.get(), size) == bytes.substr(0, size))
+      return 0;
+    m_pieces.push_back({offset, size, std::move(m_next)});
+    return 0;
+  }
+
+  void writeBack() const {
+    for (const Piece &piece : m_pieces) {
+      for (std::size_t done = 0; done < piece.size;) {
+        const ssize_t count = Retried([&] {
+          return ::pwrite(m_handle, piece.bytes.get() + done, piece.size - done,
+                          static_cast<off_t>(piece.offset + done));
+        });
+        if (count <= 0)
+          return;
+        done += static_cast<std::size_t>(count);
+      }
+    }
+  }
+
+private:
+  struct Piece {
+    std::uint64_t offset;
+    std::size_t size;
+    std::unique_ptr<char[]> bytes;
+  };
+
+  int m_handle;
+  std::uint64_t m_size;
+  std::vector<Piece> m_pieces;
+  std::unique_ptr<char[]> m_next; // for the next piece
+  std::size_t m_capacity = 0;
+};
 
 namespace {
 
@@ -23,57 +82,29 @@ int synchronize(int handle) {
   return done || errno == EINVAL || errno == EROFS ? 0 : errno; // some files cannot be synchronised
 }
 
-/// The bytes that a save overwrites, kept so that they can be written back.
-class OldBytes {
-public:
-  int read(int handle, std::size_t size) {
-    m_bytes = std::make_unique_for_overwrite<char[]>(size);
-    while (m_size < size) {
-      const ssize_t count =
-          Retried([&] { return ::pread(handle, m_bytes.get() + m_size, size - m_size, static_cast<off_t>(m_size)); });
-      if (count <= 0)
-        return count < 0 ? errno : 0;
-      m_size += static_cast<std::size_t>(count);
-    }
-    return 0;
-  }
-
-  void writeBack(int handle) const {
-    for (std::size_t at = 0; at < m_size;) {
-      const ssize_t count =
-          Retried([&] { return ::pwrite(handle, m_bytes.get() + at, m_size - at, static_cast<off_t>(at)); });
-      if (count <= 0)
-        return;
-      at += static_cast<std::size_t>(count);
-    }
-  }
-
-private:
-  std::unique_ptr<char[]> m_bytes;
-  std::size_t m_size = 0;
-};
-
 /// Writes everything in place; the caller closes the file.
 int overwrite(const WritableFile &file, FileOutput &output, std::uint64_t total) {
   if (!file.isRegular())
-    return output.write(file.handle());
+    return output.write(file.handle(), nullptr);
   if (ExceedsSizeLimit(total))
     return EFBIG;
   const off_t oldSize = file.status().st_size;
   const auto size = static_cast<off_t>(total);
-  OldBytes old;
-  if (file.isReadable() && oldSize > 0) {
-    if (const int error = old.read(file.handle(), static_cast<std::size_t>(std::min(oldSize, size))); error != 0)
-      return error;
-  }
   // An old file may have holes, which need space too. Some hosts have to read the file to reserve it.
   int error = Reserve(file.handle(), file.isReadable() ? 0 : oldSize, size);
   if (error == 0) {
-    error = output.write(file.handle());
+    OldBytes old(file.handle(), oldSize);
+    try {
+      error = output.write(file.handle(), file.isReadable() ? &old : nullptr);
+    } catch (...) { // no memory for an old piece
+      old.writeBack();
+      file.resize(oldSize);
+      throw;
+    }
     if (error == 0 && size < oldSize)
       error = file.resize(size);
     if (error != 0)
-      old.writeBack(file.handle());
+      old.writeBack();
   }
   if (error != 0)
     file.resize(oldSize);
@@ -130,7 +161,7 @@ public:
   int write(FileOutput &output, std::uint64_t size) {
     int error = Reserve(m_file.get(), 0, static_cast<off_t>(size));
     if (error == 0)
-      error = output.write(m_file.get());
+      error = output.write(m_file.get(), nullptr);
     if (error == 0)
       error = synchronize(m_file.get());
     const int closing = m_file.close();
@@ -186,8 +217,9 @@ std::optional<int> replace(const std::string &path, const WritableFile *old, Fil
 SaveWayScope::SaveWayScope(SaveWay way) : m_old(std::exchange(saveWay, way)) {}
 SaveWayScope::~SaveWayScope() { saveWay = m_old; }
 
-int FileOutput::write(int handle) {
+int FileOutput::write(int handle, OldBytes *old) {
   m_handle = handle;
+  m_old = old;
   m_used = 0;
   m_written = 0;
   m_error = 0;
@@ -212,8 +244,11 @@ void FileOutput::appendLong(std::string_view text) {
 void FileOutput::flush() {
   if (m_error == 0 && m_written + m_used > m_text.size())
     m_error = EIO;
+  const std::string_view bytes(m_buffer.get(), m_used);
+  if (m_error == 0 && m_old != nullptr)
+    m_error = m_old->keep(m_written, bytes);
   if (m_error == 0)
-    m_error = WriteAll(m_handle, {m_buffer.get(), m_used});
+    m_error = WriteAll(m_handle, bytes);
   m_written += m_used;
   m_used = 0;
 }

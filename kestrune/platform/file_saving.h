@@ -28,6 +28,7 @@ private:
 };
 
 class FileOutput;
+class OldBytes;
 
 /// What a save writes. It is written twice where the first try shows that no new file can take the place of the old.
 class SavedText {
@@ -48,8 +49,9 @@ public:
         m_buffer(std::make_unique_for_overwrite<char[]>(m_capacity)) {}
 
   /// Writes all of the text and returns 0 or the host's error number. A text of another size than it says fails too:
-  /// the room that was made for it is not the right one.
-  int write(int handle);
+  /// the room that was made for it is not the right one. `old` keeps what is overwritten, unless it is null. Throws
+  /// std::bad_alloc where that needs memory and there is none.
+  int write(int handle, OldBytes *old);
 
   void append(std::string_view text) {
     if (text.size() > m_capacity - m_used)
@@ -71,6 +73,7 @@ private:
   std::size_t m_used = 0;
   std::uint64_t m_written = 0;
   int m_handle = -1;
+  OldBytes *m_old = nullptr;
   int m_error = 0;
 };
 
