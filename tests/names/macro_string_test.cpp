@@ -74,7 +74,7 @@ TEST_F(MacroStringTest, AValueIsStoredExpandedOrCutShort) {
     return (found ? "" : "not: ") + std::string(value);
   };
   EXPECT_EQ(valueOf("$STD$", 0), R"($KESTRUNE$\VorlanC\Libraries)");
-  EXPECT_EQ(valueOf("$std$", 10), R"(C:\Kestrune\VorlanC\Libraries)");
+  EXPECT_EQ(valueOf("$kestrune$", 10), R"(C:\Kestrune)");
   EXPECT_EQ(valueOf("$bad$", 10), "not: 1  $one$");
   EXPECT_EQ(valueOf("$none$", 10), "not: before");
 }

@@ -29,7 +29,8 @@ void expectConverts(unsigned number, const wchar_t *wide, const char *text, cons
 TEST(CodePageTest, WideTextConverts) {
   expectConverts(65001, L"a\x8868\x1F600", "a\xE8\xA1\xA8\xF0\x9F\x98\x80", L"a\x8868\x1F600");
   expectConverts(932, L"\\~\x8868\x1F600\xE9", "\\~\x95\\??", L"\\~\x8868??");
-  expectConverts(65001, L"\xD7FF\xE000\x10FFFF", "\xED\x9F\xBF\xEE\x80\x80\xF4\x8F\xBF\xBF", L"\xD7FF\xE000\x10FFFF");
+  expectConverts(65001, L"\x80\xD7FF\xE000\x10FFFF", "\xC2\x80\xED\x9F\xBF\xEE\x80\x80\xF4\x8F\xBF\xBF",
+                 L"\x80\xD7FF\xE000\x10FFFF");
 }
 
 TEST(CodePageTest, WhatIsNoCharacterIsReplaced) {
@@ -47,7 +48,7 @@ TEST(CodePageTest, WalksForwardAndBack) {
     const char *text;
     std::vector<std::ptrdiff_t> bounds;
   } rows[] = {
-      {65001, "a\xC2\x80\xE8\xA1\xA8\xF0\x9F\x98\x80", {0, 1, 3, 6, 10}},
+      {65001, "a\xC2\x80\xE0\xA0\x80\xED\x9F\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", {0, 1, 3, 6, 9, 13, 17}},
       // Invalid bytes stand alone.
       {65001, "\xA1\xC3\xE8\xA1\xF0\x9F\x98z\xFF", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}},
       {932, "\x95\\\\\x81\x81\x81\xB1\xDF\xE0\x40\xFC\xFCz", {0, 2, 3, 5, 7, 8, 10, 12, 13}},
@@ -65,6 +66,11 @@ TEST(CodePageTest, WalksForwardAndBack) {
   const support::CodePage page(932);
   const char *const text = "\x95\x95\\";
   EXPECT_EQ(CharPrevA(text + 1, text + 3) - text, 1) << "what is before the start does not count";
+}
+
+TEST(CodePageTest, AShorterTextIsLess) {
+  EXPECT_LT(CString("a").CompareNoCase("AB"), 0);
+  EXPECT_GT(CString("AB").CompareNoCase("a"), 0);
 }
 
 // The trail bytes look like `\`, `Z` and `z`.

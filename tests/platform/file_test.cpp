@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -168,6 +169,12 @@ TEST_F(FileTest, RoomIsReservedForTheHolesOfTheOldFileToo) {
 TEST_F(FileTest, TheOldBytesAreWrittenBack) {
   const std::string old(5000, 'o');
   support::write(file, old);
+  rlimit limit{};
+  ::getrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit small{100, limit.rlim_max};
+  ::setrlimit(RLIMIT_FSIZE, &small);
+  EXPECT_EQ(save(file, "new"), KRX_E_SAVE_FAILED);
+  ::setrlimit(RLIMIT_FSIZE, &limit);
   host.failing = "ftruncate"; // after the new bytes have been written
   EXPECT_EQ(save(file, "new"), KRX_E_SAVE_FAILED);
   EXPECT_EQ(support::read(file), old);

@@ -17,8 +17,8 @@ std::string structureOf(CXMLFolder &folder, const std::string &indent = "") {
                 : "\n";
     if (each.collection != nullptr) {
       const kestrune::ItemClass items = ItemClassOf(*each.collection);
-      text += indent + "\t" + std::string(items.tag) + " by " + std::string(items.keyAttribute) + "\n" +
-              structureOf(*items.item, indent + "\t\t");
+      text += indent + "\t" + std::string(items.tag) + " by " + std::string(items.keyAttribute) + ": '" +
+              std::string(*items.item) + "'\n" + structureOf(*items.item, indent + "\t\t");
     } else if (each.folder != nullptr) {
       text += structureOf(*each.folder, indent + "\t");
     }
