@@ -100,7 +100,7 @@ TEST(XmlFolder, TheListOfARecordCanBeChangedByHand) {
   record.pushMembers();
   const Members all{&record.Name, &record.Number, &record.Extra};
   EXPECT_EQ(Members(record.m_members), all);
-  const Longer copy(record);
+  Longer copy(record);
   EXPECT_EQ(Members(copy.m_members), (Members{&copy.Name, &copy.Number})) << "each lists its own members";
   const kestrune::MemberList saved = record.m_members;
   *std::find(record.m_members.begin(), record.m_members.end(), &record.Name) = &record.Extra;
