@@ -54,7 +54,7 @@ $doc/kestrune-data/copyright
 usr/share/man/man1/kestrune-data.1.gz
 END
 diff -r "$project/examples" "root/$doc/libkestrunexml-4-dev/examples" || fail "other examples"
-diff -r --exclude 'CMake*' --exclude 'Doxy*' "$project/docs" "root/$doc/libkestrunexml-4-dev/docs" || fail "other documents"
+diff -r --exclude 'CMake*' --exclude 'Doxy*' --exclude '*.sh' --exclude '*.sed' --exclude '*.awk' "$project/docs" "root/$doc/libkestrunexml-4-dev/docs" || fail "other documents"
 [ -z "$(find root -mindepth 1 -type d \( -empty -o ! -perm 755 \))" ] || fail "folders that are empty or closed"
 [ "$(find root -type f ! -perm 644)" = root/usr/bin/kestrune-data ] || fail "wrong permissions: $(find root -type f ! -perm 644)"
 
