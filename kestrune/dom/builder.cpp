@@ -4,18 +4,17 @@
 
 namespace kestrune::dom {
 
-void Builder::start(std::uint32_t name, std::string_view before) {
-  if (const std::string_view text = textWith(before); !text.empty())
-    addTextNode(text);
+void Builder::start(std::uint32_t name, const TextPiece &before) {
+  endText(before);
   Element *const element = m_tree.newElement(Node::Kind::ParsedElement, name);
   const std::uint32_t order = m_tree.elementCount();
   element->setOrder(order);
   Tree::Name &entry = m_tree.names[name];
-  if (entry.last != 0)
-    m_tree.element(entry.last).setBehind(order);
+  if (entry.last != nullptr)
+    entry.last->setBehind(order);
   else
     entry.first = entry.found = order;
-  entry.last = order;
+  entry.last = element;
   if (m_open != nullptr)
     append(element);
   else
@@ -40,14 +39,15 @@ void Builder::text(std::string_view piece) {
   m_text.append(piece);
 }
 
-void Builder::end(std::string_view before) {
-  if (const std::string_view text = textWith(before); !text.empty()) {
-    if (m_open->first() != nullptr) {
-      addTextNode(text);
-    } else {
-      m_open->setOwnText(m_tree.keep(text));
-      m_text.clear();
-    }
+void Builder::end(const TextPiece &before) {
+  if (m_open->first() != nullptr) {
+    endText(before);
+  } else if (m_text.empty()) {
+    m_open->setOwnText(m_tree.keep(before.text));
+  } else {
+    text(before.text);
+    m_open->setOwnText(m_tree.keep(m_text));
+    m_text.clear();
   }
   m_open->close(m_tree.elementCount());
   m_open = m_open->parent;
@@ -58,24 +58,20 @@ void Builder::finish(std::size_t inputSize) {
   m_tree.indexed = true;
 }
 
-/// The whole text between two tags. Mostly it is one piece, which is kept without a copy in between.
-std::string_view Builder::textWith(std::string_view last) {
-  if (m_text.empty())
-    return last;
-  text(last);
-  return m_text;
-}
-
 void Builder::append(Node *child) {
   m_tree.giveMore(*m_open);
   m_open->append(child);
 }
 
-/// Beside child elements white space alone is layout, and not kept.
-void Builder::addTextNode(std::string_view text) {
+void Builder::endUnusualText(std::string_view last) {
+  std::string_view whole = last;
+  if (!m_text.empty()) {
+    text(last);
+    whole = m_text;
+  }
   const auto isLayout = [](char c) { return c == '\t' || c == '\n' || c == ' ' || c == '\r'; };
-  if (!std::all_of(text.begin(), text.end(), isLayout))
-    append(m_tree.newNode(Node::Kind::Text, 0, m_tree.keep(text)));
+  if (!std::all_of(whole.begin(), whole.end(), isLayout))
+    append(m_tree.newNode(Node::Kind::Text, 0, m_tree.keep(whole)));
   m_text.clear();
 }
 

@@ -82,11 +82,17 @@ void IXMLDOMElement::setAttribute(std::string_view name, std::string_view text) 
   tree.setAttribute(*Element::of(this), number, tree.keep(tree.fromCodePage(text, buffer)));
 }
 
-IXMLDOMNodeList::IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view name) : m_root(root), m_last(root) {
+IXMLDOMNodeList::IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view name)
+    : IXMLDOMNodeList(root, [&] {
+        Tree &tree = TreeOf(root);
+        std::string buffer;
+        return tree.find(tree.fromCodePage(name, buffer));
+      }()) {}
+
+/// `name` is the number of the name in the tree.
+IXMLDOMNodeList::IXMLDOMNodeList(const IXMLDOMElement *root, std::uint32_t name)
+    : m_root(root), m_name(name), m_indexed(TreeOf(root).indexed), m_last(root) {
   Tree &tree = TreeOf(root);
-  std::string buffer;
-  m_name = tree.find(tree.fromCodePage(name, buffer));
-  m_indexed = tree.indexed;
   if (m_indexed && m_name != Tree::kNoName) {
     const std::uint32_t first = tree.firstAfter(m_name, Element::of(root)->order());
     m_first = first <= Element::of(root)->lastOrder() ? first : 0;

@@ -15,6 +15,17 @@ namespace MSXML {
 
 class IXMLDOMDocument;
 class IXMLDOMElement;
+class IXMLDOMNodeList;
+
+} // namespace MSXML
+
+namespace kestrune::dom {
+
+MSXML::IXMLDOMNodeList FindElements(MSXML::IXMLDOMElement *parent, const CString &tag);
+
+} // namespace kestrune::dom
+
+namespace MSXML {
 
 /// A node: an element, a text, or a processing instruction.
 class KESTRUNE_API IXMLDOMNode {
@@ -63,7 +74,9 @@ public:
 
 private:
   friend class IXMLDOMElement;
+  friend IXMLDOMNodeList kestrune::dom::FindElements(MSXML::IXMLDOMElement *parent, const CString &tag);
   IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view name);
+  IXMLDOMNodeList(const IXMLDOMElement *root, std::uint32_t name);
   std::uint32_t indexedItem(long index) const;
 
   const IXMLDOMElement *m_root;

@@ -10,12 +10,16 @@ namespace kestrune::dom {
 
 namespace {
 
-Element &elementOf(MSXML::IXMLDOMNode *node) {
+[[noreturn]] void refuse(const MSXML::IXMLDOMNode *node) {
   if (node == nullptr)
     _com_issue_error(E_POINTER);
-  Element *const element = Node::of(node)->element();
+  Fail(E_INVALIDARG, "not an element");
+}
+
+Element &elementOf(MSXML::IXMLDOMNode *node) {
+  Element *const element = node != nullptr ? Node::of(node)->element() : nullptr;
   if (element == nullptr)
-    Fail(E_INVALIDARG, "not an element");
+    refuse(node);
   return *element;
 }
 
@@ -40,6 +44,11 @@ MSXML::IXMLDOMElement *FindElement(MSXML::IXMLDOMElement *parent, const CString 
   const Element &self = elementOf(parent);
   Tree &tree = TreeOf(parent);
   return tree.firstBelow(self, tree.number(tag));
+}
+
+MSXML::IXMLDOMNodeList FindElements(MSXML::IXMLDOMElement *parent, const CString &tag) {
+  elementOf(parent);
+  return {parent, TreeOf(parent).number(tag)};
 }
 
 bool ReadElement(MSXML::IXMLDOMElement *parent, const CString &tag, CString &text) {

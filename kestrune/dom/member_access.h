@@ -14,6 +14,9 @@ namespace kestrune::dom {
 /// The first descendant element of `parent` called `tag`, or null. Throws _com_error where `parent` is null.
 MSXML::IXMLDOMElement *FindElement(MSXML::IXMLDOMElement *parent, const CString &tag);
 
+/// All descendant elements of `parent` called `tag`. Throws _com_error where `parent` is null.
+MSXML::IXMLDOMNodeList FindElements(MSXML::IXMLDOMElement *parent, const CString &tag);
+
 /// Puts the text of the first descendant element of `parent` called `tag` into `text` and returns true. Where there is
 /// none, or the tree fails, `text` stays, the debug channel hears what getElementValue says, and the result is false.
 bool ReadElement(MSXML::IXMLDOMElement *parent, const CString &tag, CString &text);

@@ -181,6 +181,7 @@ private:
     const char *text = nullptr;
     std::size_t offset = 0;
     std::size_t size = 0;
+    bool isBlank = false;
   };
 
   std::string_view rest() const { return {m_at, static_cast<std::size_t>(m_end - m_at)}; }
@@ -310,6 +311,10 @@ private:
     const char *from = p;                         // of it, what is not in m_changed
     while (*p == '\n' || *p == '\t' || *p == ' ') // mostly layout
       ++p;
+    if (*p == '<') {
+      part = {from, 0, static_cast<std::size_t>(p - from), true};
+      return p;
+    }
     for (; *p != '<'; p = skipText(p)) {
       if (*p == '&') {
         m_changed.append(from, p);
@@ -513,7 +518,7 @@ private:
     if (*p != '>')
       return stop(p);
 
-    m_builder.start(element, viewOf(before));
+    m_builder.start(element, {viewOf(before), before.isBlank});
     for (std::size_t i = 0; i < count; ++i)
       m_builder.attribute(m_attributes[i].name, viewOf(m_attributes[i].value));
     if (isEmpty)
@@ -534,7 +539,7 @@ private:
     end = skipSpace(end);
     if (*end != '>')
       return stop(end);
-    m_builder.end(viewOf(before));
+    m_builder.end({viewOf(before), before.isBlank});
     return end + 1;
   }
 

@@ -1,29 +1,8 @@
 #include "kestrune/dom/tree.h"
 
-#include <array>
-
 namespace kestrune::dom {
 
 void Fail(HRESULT error, const std::string &description) { throw _com_error(error, description.c_str()); }
-
-struct Tree::KnownTags {
-  struct Tag {
-    CString::LastingKey key{};
-    std::uint32_t number = 0;
-  };
-
-  static constexpr unsigned kHashBits = 8;
-
-  /// The two places for a key.
-  Tag *placeOf(const CString::LastingKey &key) {
-    const std::uint64_t hash = (key[0] ^ (key[1] << 1U)) * 0x9E3779B97F4A7C15U;
-    return &tags[(hash >> (64 - kHashBits)) * 2];
-  }
-
-  std::array<Tag, 2 * (std::size_t{1} << kHashBits)> tags{};
-};
-
-void Tree::KnownTagsEnd::operator()(KnownTags *tags) const { std::default_delete<KnownTags>()(tags); }
 
 std::uint32_t Tree::intern(std::string_view name) {
   const auto found = m_numbers.find(name);
@@ -34,7 +13,8 @@ std::uint32_t Tree::intern(std::string_view name) {
     Fail(E_FAIL, "too many names");
   std::string padded(name);
   padded.append(kNamePadding, '\0');
-  names.emplace_back().text = keep(padded).substr(0, name.size());
+  const std::string_view kept = keep(padded).substr(0, name.size());
+  names.emplace_back().text = kept;
   m_numbers.emplace(names.back().text, number);
   return number;
 }
@@ -44,33 +24,26 @@ std::uint32_t Tree::find(std::string_view name) const {
   return found != m_numbers.end() ? found->second : kNoName;
 }
 
-std::uint32_t Tree::number(const CString &tag) {
+std::uint32_t Tree::learnNumber(const CString &tag) {
   std::string buffer;
+  const std::uint32_t number = intern(fromCodePage(tag.View(), buffer));
   CString::LastingKey key{};
   if (!tag.GetLastingKey(key))
-    return intern(fromCodePage(tag.View(), buffer));
-  if (!m_knownTags)
-    m_knownTags.reset(new KnownTags);
-  KnownTags::Tag *const place = m_knownTags->placeOf(key);
-  if (place[0].key == key)
-    return place[0].number;
-  if (place[1].key == key)
-    return place[1].number;
-  const std::uint32_t number = intern(fromCodePage(tag.View(), buffer));
+    return number;
+  if (m_knownTags.empty())
+    m_knownTags.resize(2 * (std::size_t{1} << kTagHashBits));
+  KnownTag *const place = placeOf(key);
   place[1] = place[0];
   place[0] = {key, number};
   return number;
 }
 
-Element *Tree::newElement(Node::Kind kind, std::uint32_t name) {
-  if (m_elementCount / kElementsPerBlock == m_elements.size()) {
-    if (m_elementCount > std::numeric_limits<std::uint32_t>::max() - kElementsPerBlock)
-      Fail(E_FAIL, "too many elements");
-    m_elements.push_back(std::make_unique_for_overwrite<Slot[]>(kElementsPerBlock));
-  }
-  Element *const place = &m_elements.back()[m_elementCount % kElementsPerBlock].element;
-  ++m_elementCount;
-  return new (place) Element(m_document, kind, name);
+void Tree::addElements() {
+  if (m_elementCount > std::numeric_limits<std::uint32_t>::max() - kElementsPerBlock)
+    Fail(E_FAIL, "too many elements");
+  m_elements.push_back(std::make_unique_for_overwrite<Slot[]>(kElementsPerBlock));
+  m_nextElement = m_elements.back().get();
+  m_lastElement = m_nextElement + kElementsPerBlock;
 }
 
 void Tree::makeRoomForChild(Element &parent) {

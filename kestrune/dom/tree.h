@@ -39,7 +39,7 @@ public:
     std::string_view text;
     // The elements of that name in a parsed document, by their numbers; each knows the next one.
     std::uint32_t first = 0;
-    std::uint32_t last = 0;
+    Element *last = nullptr;
     // Where the last search ended, and the element in front of that; 0 at the ends.
     std::uint32_t found = 0;
     std::uint32_t before = 0;
@@ -53,11 +53,26 @@ public:
   /// The number of a name, or kNoName.
   std::uint32_t find(std::string_view name) const;
   /// The number of a tag of the code page, a new one where it is not known yet.
-  std::uint32_t number(const CString &tag);
+  std::uint32_t number(const CString &tag) {
+    CString::LastingKey key{};
+    if (!m_knownTags.empty() && tag.GetLastingKey(key)) {
+      const KnownTag *const place = placeOf(key);
+      if (place[0].is(key))
+        return place[0].number;
+      if (place[1].is(key))
+        return place[1].number;
+    }
+    return learnNumber(tag);
+  }
   std::string_view name(std::uint32_t number) const { return names[number].text; }
 
   /// Elements are numbered as they are made, from 1.
-  Element *newElement(Node::Kind kind, std::uint32_t name);
+  Element *newElement(Node::Kind kind, std::uint32_t name) {
+    if (m_nextElement == m_lastElement)
+      addElements();
+    ++m_elementCount;
+    return new (&(m_nextElement++)->element) Element(m_document, kind, name);
+  }
   Element &element(std::uint32_t number) {
     return m_elements[(number - 1) / kElementsPerBlock][(number - 1) % kElementsPerBlock].element;
   }
@@ -100,7 +115,7 @@ public:
       Fail(E_INVALIDARG, kTextTooLong);
     if (text.empty())
       return std::string_view("");
-    char *const copy = static_cast<char *>(allocate(text.size(), 1));
+    char *const copy = static_cast<char *>(allocateBytes(text.size()));
     std::memcpy(copy, text.data(), text.size());
     return {copy, text.size()};
   }
@@ -153,15 +168,29 @@ private:
     Element element;
   };
 
-  /// Tags whose number was asked for, two for each value of a hash.
-  struct KnownTags;
-  struct KnownTagsEnd {
-    void operator()(KnownTags *tags) const;
+  /// A tag whose number was asked for.
+  struct KnownTag {
+    bool is(const CString::LastingKey &other) const { return key[0] == other[0] && key[1] == other[1]; }
+
+    CString::LastingKey key{};
+    std::uint32_t number = 0;
   };
+  static constexpr unsigned kTagHashBits = 8;
+
+  /// The two places for a key.
+  KnownTag *placeOf(const CString::LastingKey &key) {
+    const std::uint64_t hash = (key[0] ^ (key[1] << 1U)) * 0x9E3779B97F4A7C15U;
+    return &m_knownTags[(hash >> (64 - kTagHashBits)) * 2];
+  }
+  std::uint32_t learnNumber(const CString &tag);
+  void addElements();
 
   /// Room for `size` bytes that lives as long as the tree.
   void *allocate(std::size_t size, std::size_t alignment) {
-    if (std::align(alignment, size, m_free, m_freeSize) == nullptr)
+    return std::align(alignment, size, m_free, m_freeSize) != nullptr ? allocateBytes(size) : allocateBlock(size);
+  }
+  void *allocateBytes(std::size_t size) {
+    if (size > m_freeSize)
       return allocateBlock(size);
     void *const room = m_free;
     m_free = static_cast<std::byte *>(m_free) + size;
@@ -187,12 +216,14 @@ private:
 
   MSXML::IXMLDOMDocument *m_document;
   std::vector<std::unique_ptr<Slot[]>> m_elements;
+  Slot *m_nextElement = nullptr; // in the last block
+  Slot *m_lastElement = nullptr; // behind it
   std::uint32_t m_elementCount = 0;
   std::vector<std::unique_ptr<std::byte[]>> m_blocks;
   void *m_free = nullptr; // the rest of the last block
   std::size_t m_freeSize = 0;
   std::unordered_map<std::string_view, std::uint32_t, platform::KeyedTextHash> m_numbers;
-  std::unique_ptr<KnownTags, KnownTagsEnd> m_knownTags;
+  std::vector<KnownTag> m_knownTags; // once one was asked for: two for each value of a hash
   std::size_t m_charged = 0;
   bool m_unreadable = false; // has, or would make, a text that is too large
 };

@@ -149,6 +149,13 @@ char *CString::reserve(std::size_t length) {
 }
 
 void CString::assign(std::string_view text) {
+  if (!isOnHeap() && text.size() <= kInPlace) {
+    Inside inside{}; // `text` may be part of this text
+    copyBytes(inside.text, text);
+    inside.text[kInPlace] = static_cast<char>(kInPlace - text.size());
+    m_inside = inside;
+    return;
+  }
   if (char *const own = ownBuffer(text.size())) {
     copyBytes(own, text); // `text` may be part of this text
     setLength(text.size());

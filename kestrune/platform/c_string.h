@@ -51,8 +51,13 @@ public:
     return {Literal(), text != nullptr ? std::string_view(text) : std::string_view()};
   }
 
+  /// A literal in the form that an object has of it. Unlike an object it has no destructor, so that the compiler makes
+  /// whole tables of them.
+  class Constant;
+
   /// Replaces the text by a copy, or by the text of an object that is moved from, which is empty afterwards. Wide text
   /// is converted to the code page; null counts as empty. @{
+  CString &operator=(const Constant &constant) noexcept;
   CString &operator=(const CString &other) {
     if (!isOnHeap() && !other.isOnHeap())
       m_inside = other.m_inside;
@@ -243,6 +248,31 @@ private:
 
   Inside m_inside = kEmpty;
 };
+
+class CString::Constant {
+public:
+  /// `text` must live as long as the process.
+  constexpr explicit Constant(const char *text) : m_inside(OfLiteral(text).m_inside) {}
+  CString Text() const noexcept {
+    CString text;
+    text.m_inside = m_inside;
+    return text;
+  }
+  operator const char *() const noexcept {
+    const bool isPointed = static_cast<unsigned char>(m_inside.text[kInPlace]) == kLiteral;
+    return isPointed ? m_inside.pointed.text : m_inside.text;
+  }
+
+private:
+  friend class CString;
+  Inside m_inside;
+};
+
+inline CString &CString::operator=(const Constant &constant) noexcept {
+  release();
+  m_inside = constant.m_inside;
+  return *this;
+}
 
 namespace kestrune::platform {
 

@@ -34,12 +34,12 @@ struct MemberRow {
     CXMLPersistent &(*other)(CXMLFolder &record);
   };
 
-  Field field = {nullptr};
-  Class fieldClass = Class::kOther;
-  bool setsText = false;  // whether Init sets the text to the default
-  bool isUnusual = false; // whether the default is one that a hexadecimal element warns of
-  CString tag;            // empty for a folder
-  CString defaultText;    // empty for a folder
+  Field field;
+  Class fieldClass;
+  bool setsText;                 // whether Init sets the text to the default
+  bool isUnusual;                // whether the default is one that a hexadecimal element warns of
+  CString::Constant tag;         // empty for a folder
+  CString::Constant defaultText; // empty for a folder
 };
 
 /// The rows that describe the members of a record, in file order.

@@ -245,7 +245,7 @@ private:
     constexpr bool isHex = std::is_same_v<Field, CXMLHexElement>;
     return {fieldPointer<index, Field>(), fieldClass<Field>(),
             row.defaultText != nullptr,   isHex && text != "0" && text.find("0x") == std::string_view::npos,
-            CString::OfLiteral(row.tag),  CString::OfLiteral(isHex && text == "0" ? "0x0" : text.data())};
+            CString::Constant(row.tag),   CString::Constant(isHex && text == "0" ? "0x0" : text.data())};
   }
 
   template <std::size_t index, class Field>
@@ -294,9 +294,15 @@ struct DocumentMembers : RecordMembers<Members, Document, Base> {
 
   /// The header and the document's own sections.
   static constexpr auto allRows() {
-    kestrune::MemberRow contents;
-    contents.field.other = [](CXMLFolder &document) -> CXMLPersistent & {
-      return static_cast<CXMLTopLevelFolder &>(document).Contents;
+    constexpr kestrune::MemberRow contents{
+        {.other = [](CXMLFolder &document) -> CXMLPersistent & {
+          return static_cast<CXMLTopLevelFolder &>(document).Contents;
+        }},
+        kestrune::MemberRow::Class::kOther,
+        false,
+        false,
+        CString::Constant(""),
+        CString::Constant(""),
     };
     return DocumentMembers::join(std::array{contents});
   }

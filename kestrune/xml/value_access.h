@@ -65,7 +65,7 @@ struct ValueAccess {
     if (row.isUnusual)
       value.Init(row.tag, row.defaultText);
     else
-      setText(value, row.defaultText);
+      setText(value, row.defaultText.Text());
   }
 
   static long load(CXMLPersistent &value, const MemberRow &row, MSXML::IXMLDOMElement *parent) {

@@ -1,5 +1,6 @@
 #include "kestrune/xml/xml_collection.h"
 
+#include "kestrune/dom/member_access.h"
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/keyed_hash.h"
 #include "kestrune/xml/text_compare.h"
@@ -181,7 +182,8 @@ CXMLFolder *CXMLCollectionFolder::operator[](int index) {
 
 long CXMLCollectionFolder::Load(MSXML::IXMLDOMElement *parent) {
   Clear();
-  const auto elements = IXMLDOMElementPtr(parent)->getElementsByTagName(m_itemTag.View());
+  const IXMLDOMElementPtr owner(parent);
+  const auto elements = kestrune::dom::FindElements(owner, m_itemTag);
   IXMLDOMElementPtr element = elements.Getitem(0);
   if (element == nullptr)
     return KRX_S_EMPTY_COLLECTION;
@@ -190,7 +192,7 @@ long CXMLCollectionFolder::Load(MSXML::IXMLDOMElement *parent) {
   long result = S_OK;
   for (long index = 0; element != nullptr; element = elements.Getitem(++index)) {
     CString key;
-    if (!getAttributeValue(element, m_keyName, key))
+    if (!kestrune::dom::ReadAttribute(element, m_keyName, key))
       continue;
     batch.next();
     CXMLFolder *const item = AddCollectionItem(key);
