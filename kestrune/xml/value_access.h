@@ -33,7 +33,11 @@ struct ValueAccess {
   }
 
   static unsigned char modified(const CXMLPersistent &value) { return value.m_modified; }
-  static void setModified(CXMLPersistent &value, unsigned char modified) { value.m_modified = modified; }
+  /// Writes only what changes: most flags of a large document are clear already, and not in the processor's caches.
+  static void setModified(CXMLPersistent &value, unsigned char modified) {
+    if (value.m_modified != modified)
+      value.m_modified = modified;
+  }
 
   /// The copying operator=.
   static void copy(CXMLPersistent &to, const CXMLPersistent &from) {
