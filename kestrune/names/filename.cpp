@@ -99,6 +99,10 @@ const CFilename &CFilename::operator=(const CString &name) { return *this = Norm
 
 CFilename CFilename::Normalize(const char *name) const {
   CString text(name);
+  // What follows changes nothing else; this covers most names.
+  if (text.View().find('/') == std::string_view::npos && text.View().find("\\\\") == std::string_view::npos &&
+      text.View().find(".\\") == std::string_view::npos)
+    return CFilename(text);
   text.Replace('/', '\\');
   return CFilename(CollapseSlashes(DropCurrent(FoldParents(text))).c_str());
 }

@@ -27,6 +27,8 @@ using Parts = std::vector<std::string>;
 constexpr int kDriveC = 2;
 constexpr int kDriveZ = 25;
 
+bool sameButCase(char a, char b) { return kestrune::platform::AsciiLower(a) == kestrune::platform::AsciiLower(b); }
+
 bool isSeparator(char c) { return c == '/' || c == '\\'; }
 
 /// Two slashes at the start mean a network name.
@@ -185,41 +187,47 @@ std::optional<Location> locateName(const DriveMap &drives, std::string_view name
   return place;
 }
 
-bool isThere(const std::string &path) {
-  struct stat status {};
-  return ::lstat(path.c_str(), &status) == 0;
+/// With `status` a symbolic link counts for what it leads to.
+bool isThere(const std::string &path, struct stat *status = nullptr) {
+  struct stat own {};
+  return (status != nullptr ? ::stat(path.c_str(), status) : ::lstat(path.c_str(), &own)) == 0;
 }
 
-/// The entry of `folder` whose name differs from `name` only in case, or empty. Of several it is the first in byte
-/// order, so that the result does not depend on the order of the directory.
-std::string findEntry(const std::string &folder, const std::string &name) {
+/// Unless `folder` has an entry `name`, gives `name` the case of the entry that differs only in it. Of several that is
+/// the first in byte order, so that the result does not depend on the order of the directory. False if the folder
+/// cannot be read.
+bool matchCase(const std::string &folder, std::string &name) {
   const auto close = [](DIR *directory) { ::closedir(directory); };
   const std::unique_ptr<DIR, decltype(close)> directory(orNoMemory(::opendir(folder.empty() ? "/" : folder.c_str())),
                                                         close);
+  if (directory == nullptr)
+    return false;
   std::string found;
-  const std::string wanted = kestrune::platform::AsciiLower(name);
-  while (const dirent *entry = directory != nullptr ? ::readdir(directory.get()) : nullptr) {
+  while (const dirent *entry = ::readdir(directory.get())) {
     const std::string_view candidate = entry->d_name;
-    if (candidate.size() == wanted.size() && kestrune::platform::AsciiLower(candidate) == wanted &&
+    if (candidate == name)
+      return true;
+    if (std::equal(candidate.begin(), candidate.end(), name.begin(), name.end(), sameButCase) &&
         (found.empty() || candidate < found))
       found = candidate;
   }
-  return found;
+  if (!found.empty())
+    name = std::move(found);
+  return true;
 }
 
-std::string resolve(const Parts &folder, const Parts &parts) {
+/// The path of `parts`, which are not below `folder` as they stand. There is at least one.
+std::string search(const Parts &folder, const Parts &parts) {
   std::string path = join(folder, '/');
-  if (std::string asItStands = path + join(parts, '/'); isThere(asItStands))
-    return asItStands;
+  // Mostly the last component alone is missing: then its folder answers at once.
+  const std::string parent = path + join({parts.begin(), parts.end() - 1}, '/');
+  if (std::string name = parts.back(); matchCase(parent, name))
+    return parent + '/' + name;
   bool exists = true;
   for (const std::string &part : parts) {
     std::string name = part;
-    if (exists && !isThere(path + '/' + part)) {
-      name = findEntry(path, part);
-      exists = !name.empty();
-      if (!exists)
-        name = part;
-    }
+    if (exists && !isThere(path + '/' + part))
+      exists = matchCase(path, name) && name != part;
     path += '/' + name;
   }
   return path;
@@ -254,7 +262,7 @@ bool IsRelativeHostName(const char *name) {
   return hasSlash;
 }
 
-bool ToHostPath(const char *name, std::string &hostPath) {
+bool ToHostPath(const char *name, std::string &hostPath, struct stat *status) {
   std::string utf8;
   if (name == nullptr || !TextToUtf8(name, utf8))
     return false;
@@ -262,11 +270,20 @@ bool ToHostPath(const char *name, std::string &hostPath) {
   const std::optional<Location> place = locateName(drives, utf8);
   if (!place)
     return false;
-  hostPath = resolve(*drives.folder(place->drive), place->parts);
+  const Parts &folder = *drives.folder(place->drive);
+  hostPath = join(folder, '/') + join(place->parts, '/');
+  if (hostPath.empty())
+    hostPath = "/";
+  bool found = isThere(hostPath, status);
+  if (!found && !place->parts.empty()) {
+    std::string other = search(folder, place->parts);
+    found = status != nullptr && other != hostPath && isThere(other, status);
+    hostPath = std::move(other);
+  }
   // Only a directory may be named with a trailing separator: keep it, so that the host checks this.
-  if (hostPath.empty() || (isSeparator(utf8.back()) && !place->parts.empty()))
+  if (isSeparator(utf8.back()) && !place->parts.empty())
     hostPath += '/';
-  return true;
+  return status == nullptr || (found && (S_ISDIR(status->st_mode) || !isSeparator(utf8.back())));
 }
 
 } // namespace kestrune::platform

@@ -5,6 +5,8 @@
 
 #include <string>
 
+struct stat;
+
 // Drives and the current directory. Paths in the library have drives, but the host has one tree: C: is / unless it is
 // mapped elsewhere, Z: is always /, and KESTRUNE_DRIVES="D=/mnt/d;E=/srv/e" maps more. The variable is read at each
 // use, so a program may set it while it runs.
@@ -22,8 +24,8 @@ bool IsRelativeHostName(const char *name);
 /// Finds the host path (UTF-8) for a name in any form: with or without a drive, relative, with `/` or `\`. `..` never
 /// leads above the drive's folder. A component that does not exist is looked up ignoring ASCII case; if that finds
 /// nothing, it is kept, so that it can be created. Returns false for a network name, an unmapped drive or an empty
-/// name.
-bool ToHostPath(const char *name, std::string &hostPath);
+/// name. With `status`, returns it with symbolic links followed, and false if nothing is there.
+bool ToHostPath(const char *name, std::string &hostPath, struct stat *status = nullptr);
 
 } // namespace kestrune::platform
 

@@ -60,11 +60,6 @@ std::string hostPathOf(const char *name) {
   return path;
 }
 
-/// The status of `name`, with symbolic links followed.
-bool readStatus(const char *name, std::string &path, struct stat &status) {
-  return kestrune::platform::ToHostPath(name, path) && ::stat(path.c_str(), &status) == 0;
-}
-
 DWORD attributesOf(const struct stat &status) {
   const DWORD attributes =
       (IsReadOnly(status) ? FILE_ATTRIBUTE_READONLY : 0) | (S_ISDIR(status.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : 0);
@@ -93,13 +88,14 @@ std::string lastComponent(const char *name) {
 DWORD GetFileAttributesA(const char *name) {
   std::string path;
   struct stat status {};
-  return readStatus(name, path, status) ? attributesOf(status) : INVALID_FILE_ATTRIBUTES;
+  return kestrune::platform::ToHostPath(name, path, &status) ? attributesOf(status) : INVALID_FILE_ATTRIBUTES;
 }
 
 int SetFileAttributesA(const char *name, DWORD attributes) {
   std::string path;
   struct stat status {};
-  return readStatus(name, path, status) && setReadOnly(path, status, (attributes & FILE_ATTRIBUTE_READONLY) != 0);
+  return kestrune::platform::ToHostPath(name, path, &status) &&
+         setReadOnly(path, status, (attributes & FILE_ATTRIBUTE_READONLY) != 0);
 }
 
 DWORD GetShortPathNameA(const char * /*name*/, char * /*buffer*/, DWORD /*size*/) { return 0; }
@@ -182,7 +178,7 @@ void CFile::Write(const void *buffer, UINT count) {
 bool CFile::GetStatus(const char *name, CFileStatus &status) {
   std::string path;
   struct stat found {};
-  if (!readStatus(name, path, found))
+  if (!kestrune::platform::ToHostPath(name, path, &found))
     return false;
   status.m_ctime = found.st_ctime;
   status.m_mtime = found.st_mtime;
@@ -226,8 +222,8 @@ void CFile::Remove(const char *name) {
     fail(errno, name);
 }
 
-bool kestrune::platform::IsSpecialFile(const char *name) {
+bool kestrune::platform::IsFileOrFolder(const char *name) {
   std::string path;
   struct stat status {};
-  return readStatus(name, path, status) && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+  return ToHostPath(name, path, &status) && (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode));
 }

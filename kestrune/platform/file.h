@@ -73,7 +73,7 @@ private:
 
 namespace kestrune::platform {
 
-/// Whether the name leads to a pipe, a device or a socket, where a read may wait for ever.
-bool IsSpecialFile(const char *name);
+/// Whether a file or directory is there, and no pipe, device or socket, where a read may wait for ever.
+bool IsFileOrFolder(const char *name);
 
 } // namespace kestrune::platform

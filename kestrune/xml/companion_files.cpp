@@ -6,9 +6,7 @@
 
 namespace {
 
-CFilename ifThere(const CFilename &file) {
-  return file.FileExists() != 0 && !kestrune::platform::IsSpecialFile(file) ? file : CFilename();
-}
+CFilename ifThere(const CFilename &file) { return kestrune::platform::IsFileOrFolder(file) ? file : CFilename(); }
 
 } // namespace
 

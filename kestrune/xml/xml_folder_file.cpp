@@ -35,7 +35,7 @@ long CXMLFolder::LoadFromFile(const char *name, const char *base) {
   const CFilename resolved = resolve(m_fileName, base);
   if (resolved.IsEmpty())
     return KRX_E_LOAD_NOT_NAMED;
-  if (resolved.FileExists() == 0 || resolved.IsDirectory() != 0)
+  if ((GetFileAttributesA(resolved) & FILE_ATTRIBUTE_DIRECTORY) != 0) // INVALID_FILE_ATTRIBUTES has the bit too
     return KRX_E_FILE_NOT_FOUND;
   const long result = LoadFromXMLFile(resolved);
   m_modified = 0;

@@ -59,6 +59,8 @@ TEST_F(DrivesTest, NamesLeadToFiles) {
   EXPECT_EQ(contents(R"(D:\sub\file.xml)"), "none") << "`sub` is there, so `Sub` is not looked at";
   EXPECT_EQ(contents(R"(D:\SUB\FILE.xml)"), "d/Sub/File.XML");
   EXPECT_EQ(contents("b.xml"), "d/e/B.xml") << "the first by its bytes";
+  fs::create_symlink("nowhere", root + "/d/e/b.xml");
+  EXPECT_EQ(CFilename("b.xml").FileExists(), 0) << "a link to nothing has that name";
   EXPECT_EQ(contents(R"(D:\inÉ\x)"), "none") << "case is that of ASCII letters";
 }
 
