@@ -1,5 +1,7 @@
 #include "kestrune/chip/vorlan_models.h"
 
+#include "kestrune/xml/item_blocks.h"
+
 CVorlanModels::CVorlanModels() {
   CXMLFolder::operator=("VorlanModels");
   CVorlanModels::Init();
@@ -19,7 +21,7 @@ void CVorlanModels::Init() {
 }
 
 long CVorlanModels::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-CXMLFolder *CVorlanModels::NewFolder() { return new CVorlanModel; }
+CXMLFolder *CVorlanModels::NewFolder() { return kestrune::BlockItem<CVorlanModel>::make(this, m_items); }
 CVorlanModel *CVorlanModels::Add(const char *name) { return addKeyed<CVorlanModel>(name, &CVorlanModel::Name); }
 
 CVorlanModel *CVorlanModels::operator[](int index) {
@@ -47,7 +49,7 @@ CVorlanModels2 &CVorlanModels2::operator=(const CVorlanModels2 &rhs) {
 
 void CVorlanModels2::Init() { CVorlanModels::Init(); }
 long CVorlanModels2::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-CXMLFolder *CVorlanModels2::NewFolder() { return new CVorlanModel2; }
+CXMLFolder *CVorlanModels2::NewFolder() { return kestrune::BlockItem<CVorlanModel2>::make(this, m_items); }
 CVorlanModel2 *CVorlanModels2::Add(const char *name) { return static_cast<CVorlanModel2 *>(CVorlanModels::Add(name)); }
 
 CVorlanModel2 *CVorlanModels2::operator[](int index) {
@@ -71,7 +73,7 @@ CVorlanModels3 &CVorlanModels3::operator=(const CVorlanModels3 &rhs) {
 
 void CVorlanModels3::Init() { CVorlanModels2::Init(); }
 long CVorlanModels3::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-CXMLFolder *CVorlanModels3::NewFolder() { return new CVorlanModel3; }
+CXMLFolder *CVorlanModels3::NewFolder() { return kestrune::BlockItem<CVorlanModel3>::make(this, m_items); }
 CVorlanModel3 *CVorlanModels3::Add(const char *name) { return static_cast<CVorlanModel3 *>(CVorlanModels::Add(name)); }
 
 CVorlanModel3 *CVorlanModels3::operator[](int index) {
@@ -95,7 +97,7 @@ CVorlanModels4 &CVorlanModels4::operator=(const CVorlanModels4 &rhs) {
 
 void CVorlanModels4::Init() { CVorlanModels3::Init(); }
 long CVorlanModels4::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
-CXMLFolder *CVorlanModels4::NewFolder() { return new CVorlanModel4; }
+CXMLFolder *CVorlanModels4::NewFolder() { return kestrune::BlockItem<CVorlanModel4>::make(this, m_items); }
 CVorlanModel4 *CVorlanModels4::Add(const char *name) { return static_cast<CVorlanModel4 *>(CVorlanModels::Add(name)); }
 
 CVorlanModel4 *CVorlanModels4::operator[](int index) {
