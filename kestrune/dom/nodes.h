@@ -32,6 +32,7 @@ struct Attribute {
 struct Node : MSXML::IXMLDOMElement {
   enum class Kind : std::uint32_t { ParsedElement, Element, Text, Instruction };
 
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): of the union, the text is
   Node(MSXML::IXMLDOMDocument *owner, Kind kind, std::uint32_t name)
       : IXMLDOMElement(owner), m_kind(static_cast<std::uint32_t>(kind) & 3U), m_hasMore(0),
         m_name(name & ((1U << 29U) - 1)) {}
