@@ -19,8 +19,10 @@ class IXMLDOMNodeList;
 
 } // namespace MSXML
 
+/// The tree from inside, which is the library's own.
 namespace kestrune::dom {
 
+/// Of the library's own: see member_access.h there.
 MSXML::IXMLDOMNodeList FindElements(MSXML::IXMLDOMElement *parent, const CString &tag);
 
 } // namespace kestrune::dom

@@ -51,8 +51,6 @@ public:
     return {Literal(), text != nullptr ? std::string_view(text) : std::string_view()};
   }
 
-  /// A literal in the form that an object has of it. Unlike an object it has no destructor, so that the compiler makes
-  /// whole tables of them.
   class Constant;
 
   /// Replaces the text by a copy, or by the text of an object that is moved from, which is empty afterwards. Wide text
@@ -249,10 +247,13 @@ private:
   Inside m_inside = kEmpty;
 };
 
+/// A literal in the form that an object has of it. Unlike an object it has no destructor, so that the compiler makes
+/// whole tables of them.
 class CString::Constant {
 public:
   /// `text` must live as long as the process.
   constexpr explicit Constant(const char *text) : m_inside(OfLiteral(text).m_inside) {}
+  /// The text. @{
   CString Text() const noexcept {
     CString text;
     text.m_inside = m_inside;
@@ -262,6 +263,7 @@ public:
     const bool isPointed = static_cast<unsigned char>(m_inside.text[kInPlace]) == kLiteral;
     return isPointed ? m_inside.pointed.text : m_inside.text;
   }
+  ///@}
 
 private:
   friend class CString;

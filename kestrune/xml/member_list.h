@@ -24,22 +24,31 @@ namespace kestrune {
 struct MemberRow {
   /// The class of the field. A value is exactly of that class, and not of one derived from it, so that its operations
   /// are known without asking the object.
-  enum class Class : unsigned char { kAttribute, kBoolAttribute, kElement, kHexElement, kOther };
+  enum class Class : unsigned char {
+    kAttribute,     ///< CXMLAttribute
+    kBoolAttribute, ///< CXMLBoolAttribute
+    kElement,       ///< CXMLElement
+    kHexElement,    ///< CXMLHexElement
+    kOther,         ///< A folder, or a class of a program.
+  };
 
+  /// The field of a record: a value by its class, anything else by a function.
   union Field {
+    /// The field, if it is of the class with that name. @{
     CXMLAttribute CXMLFolder::*attribute;
     CXMLBoolAttribute CXMLFolder::*boolAttribute;
     CXMLElement CXMLFolder::*element;
     CXMLHexElement CXMLFolder::*hexElement;
-    CXMLPersistent &(*other)(CXMLFolder &record);
+    ///@}
+    CXMLPersistent &(*other)(CXMLFolder &record); ///< Returns the field of any other class.
   };
 
-  Field field;
-  Class fieldClass;
-  bool setsText;                 // whether Init sets the text to the default
-  bool isUnusual;                // whether the default is one that a hexadecimal element warns of
-  CString::Constant tag;         // empty for a folder
-  CString::Constant defaultText; // empty for a folder
+  Field field;                   ///< Where the member is.
+  Class fieldClass;              ///< Which member of `field` counts.
+  bool setsText;                 ///< Whether Init sets the text to the default.
+  bool isUnusual;                ///< Whether the default is one that a hexadecimal element warns of.
+  CString::Constant tag;         ///< Empty for a folder.
+  CString::Constant defaultText; ///< Empty for a folder.
 };
 
 /// The rows that describe the members of a record, in file order.
@@ -63,23 +72,30 @@ struct KESTRUNE_API MemberRows {
 /// It has the operations of a vector that programs need. Iterators and references are valid until the list changes.
 class KESTRUNE_API MemberList {
 public:
+  /// The types of a container. @{
   using value_type = CXMLPersistent *;
   using size_type = std::size_t;
   using difference_type = std::ptrdiff_t;
   using reference = CXMLPersistent *&;
   using const_reference = CXMLPersistent *;
   using iterator = std::vector<CXMLPersistent *>::iterator;
+  ///@}
   class const_iterator;
 
+  /// An empty list of the members of `owner`.
   explicit MemberList(CXMLFolder &owner) noexcept : m_owner(&owner) {}
   /// The same members, as a list of pointers.
   MemberList(const MemberList &other) : m_owner(other.m_owner) { *this = other; }
+  /// Lists the pointers of `other` or `members`, whatever folder they are of. @{
   MemberList &operator=(const MemberList &other);
   MemberList &operator=(std::vector<CXMLPersistent *> members);
   MemberList &operator=(std::initializer_list<CXMLPersistent *> members) { return *this = std::vector(members); }
-  ~MemberList() = default;
+  ///@}
+  ~MemberList() = default; ///< Leaves the members alone.
+  /// The members as a vector.
   operator std::vector<CXMLPersistent *>() const;
 
+  /// As of a vector. Giving a reference or a changing iterator makes the list one by hand. @{
   size_type size() const noexcept { return m_byHand ? pointers().size() : m_table->size(); }
   bool empty() const noexcept { return size() == 0; }
   CXMLPersistent *operator[](size_type index) const;
@@ -107,6 +123,7 @@ public:
   iterator insert(iterator position, CXMLPersistent *member) { return own().insert(position, member); }
   iterator erase(iterator position) { return own().erase(position); }
   iterator erase(iterator first, iterator last) { return own().erase(first, last); }
+  ///@}
 
   /// The rows of the list, or none if it was changed by hand.
   MemberTable rows() const noexcept { return m_byHand ? MemberTable() : *m_table; }
@@ -142,8 +159,10 @@ private:
   bool m_byHand = true; // whether m_pointers is the list, and not m_table
 };
 
+/// Walks over the members of a list that may refer to a table.
 class MemberList::const_iterator {
 public:
+  /// The types of a random access iterator, and one that leads nowhere. @{
   using iterator_category = std::random_access_iterator_tag;
   using value_type = CXMLPersistent *;
   using difference_type = std::ptrdiff_t;
@@ -151,8 +170,11 @@ public:
   using reference = CXMLPersistent *;
 
   const_iterator() = default;
+  ///@}
+  /// The member at `index` of `list`.
   const_iterator(const MemberList &list, difference_type index) noexcept : m_list(&list), m_index(index) {}
 
+  /// As of a random access iterator. @{
   CXMLPersistent *operator*() const { return (*this)[0]; }
   CXMLPersistent *operator[](difference_type offset) const {
     return (*m_list)[static_cast<size_type>(m_index + offset)];
@@ -170,6 +192,7 @@ public:
   friend difference_type operator-(const_iterator a, const_iterator b) { return a.m_index - b.m_index; }
   friend bool operator==(const_iterator a, const_iterator b) { return a.m_index == b.m_index; }
   friend auto operator<=>(const_iterator a, const_iterator b) { return a.m_index <=> b.m_index; }
+  ///@}
 
 private:
   const MemberList *m_list = nullptr;

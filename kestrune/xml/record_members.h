@@ -131,8 +131,10 @@ struct RecordMembers {
   }
 
 protected:
+  /// How many members the record adds to those of its base.
   static constexpr std::size_t kOwn = std::tuple_size_v<decltype(Members::rows)>;
 
+  /// The list of the record's members.
   static kestrune::MemberList &listOf(Record &record) { return static_cast<CXMLFolder &>(record).m_members; }
 
   /// `before`, followed by the record's own members.

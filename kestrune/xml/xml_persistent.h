@@ -13,9 +13,11 @@ namespace kestrune {
 constexpr const char *kUnassigned = "Unassigned";
 /// The default text of a hexadecimal value.
 constexpr const char *kHexDefault = "0xFFFF";
+/// The same as constants that need no copy of a text, and the default tag. @{
 inline constexpr CString kUnassignedText = CString::OfLiteral(kUnassigned);
 inline constexpr CString kHexDefaultText = CString::OfLiteral(kHexDefault);
 inline constexpr CString kUndefinedTag = CString::OfLiteral("Undefined");
+///@}
 
 struct ValueAccess;
 } // namespace kestrune
@@ -89,7 +91,7 @@ protected:
   unsigned char m_modified = 0; ///< The modified flag.
 
 private:
-  friend struct kestrune::ValueAccess;
+  friend struct kestrune::ValueAccess; ///< For records, which know the classes of their fields.
 };
 
 /// A value stored as an attribute of its folder's element.
