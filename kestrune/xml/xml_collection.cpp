@@ -108,6 +108,7 @@ CXMLCollectionFolder::CXMLCollectionFolder(const CXMLCollectionFolder &rhs) : CX
 
 CXMLCollectionFolder::~CXMLCollectionFolder() = default;
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it clears the list even then
 CXMLCollectionFolder &CXMLCollectionFolder::operator=(const CXMLCollectionFolder &rhs) {
   CXMLPersistent::operator=(rhs);
   m_itemTag = rhs.m_itemTag;
