@@ -79,10 +79,6 @@ bool ReadAttribute(MSXML::IXMLDOMElement *parent, const CString &tag, CString &t
   return false;
 }
 
-MSXML::IXMLDOMElement *AppendElement(MSXML::IXMLDOMElement *parent, const CString &tag, int depth) {
-  return AppendElement(parent, tag, depth, {});
-}
-
 MSXML::IXMLDOMElement *AppendElement(MSXML::IXMLDOMElement *parent, const CString &tag, int depth,
                                      std::string_view text) {
   Element &self = elementOf(parent);
@@ -95,15 +91,16 @@ MSXML::IXMLDOMElement *AppendElement(MSXML::IXMLDOMElement *parent, const CStrin
   return added;
 }
 
-void WriteAttribute(MSXML::IXMLDOMElement *parent, const CString &tag, std::string_view text) {
+bool WriteAttribute(MSXML::IXMLDOMElement *parent, const CString &tag, std::string_view text) {
   try {
     Element &self = elementOf(parent);
     Tree &tree = TreeOf(parent);
     std::string buffer;
     const std::string_view kept = tree.keep(tree.fromCodePage(text.substr(0, text.find('\0')), buffer));
     tree.setAttribute(self, tree.number(tag), kept);
+    return true;
   } catch (const _com_error &) {
-    // A save of the document would fail too.
+    return false;
   }
 }
 

@@ -24,17 +24,14 @@ bool ReadElement(MSXML::IXMLDOMElement *parent, const CString &tag, CString &tex
 /// The same for an attribute of `parent` itself, and getAttributeValue.
 bool ReadAttribute(MSXML::IXMLDOMElement *parent, const CString &tag, CString &text);
 
-/// Appends to `parent` what insertTabs(parent, depth) makes, and then a new element, which is returned. Throws
-/// _com_error.
-MSXML::IXMLDOMElement *AppendElement(MSXML::IXMLDOMElement *parent, const CString &tag, int depth);
-
-/// The same with `text` in the element.
+/// Appends to `parent` what insertTabs(parent, depth) makes, and then a new element with `text`, which is
+/// returned. Throws _com_error.
 MSXML::IXMLDOMElement *AppendElement(MSXML::IXMLDOMElement *parent, const CString &tag, int depth,
-                                     std::string_view text);
+                                     std::string_view text = {});
 
-/// Creates or replaces an attribute of `parent`; its text ends at the first zero byte, as that of setAttributeValue. A
-/// failure of the tree is ignored: a save of the document fails too.
-void WriteAttribute(MSXML::IXMLDOMElement *parent, const CString &tag, std::string_view text);
+/// Creates or replaces an attribute of `parent`; its text ends at the first zero byte. Returns false where the tree
+/// fails; a save of the document fails then too.
+bool WriteAttribute(MSXML::IXMLDOMElement *parent, const CString &tag, std::string_view text);
 
 /// Appends a line feed and `count` tabs, none if `count` is negative. Throws _com_error.
 void AppendLayout(MSXML::IXMLDOMNode *node, int count);

@@ -10,15 +10,6 @@ namespace {
 
 std::string_view orEmpty(const char *text) { return text != nullptr ? std::string_view(text) : std::string_view(); }
 
-/// Reports to the debug channel that `parent` lacks `name`. Missing members are common, so this is free without a
-/// listener.
-void reportMissing(const char *message, const IXMLDOMElementPtr &parent, const char *separator, const char *name) {
-  if (!kestrune::platform::DebugOutputWanted())
-    return;
-  const CString tag = parent != nullptr ? parent->GettagName() : CString();
-  OutputDebugStringA(CString(message) + tag + separator + name + "\n");
-}
-
 CString formatted(const char *format, int value) {
   CString text;
   text.Format(format, value);
@@ -29,17 +20,7 @@ CString formatted(const char *format, int value) {
 
 bool getElementValue(IXMLDOMElementPtr parent, const char *name, CString &value) {
   value.Empty();
-  try {
-    const IXMLDOMElementPtr element = parent->getElementsByTagName(orEmpty(name)).Getitem(0);
-    if (element == nullptr) {
-      reportMissing("getElementValue.  Failed to find ", parent, ".", name);
-      return false;
-    }
-    value = element->Gettext();
-    return true;
-  } catch (const _com_error &) {
-    return false;
-  }
+  return kestrune::dom::ReadElement(parent, CString(name), value);
 }
 
 bool setElementValue(IXMLDOMElementPtr parent, const char *name, const char *value) {
@@ -53,33 +34,18 @@ bool setElementValue(IXMLDOMElementPtr parent, const char *name, const char *val
 
 bool getAttributeValue(IXMLDOMElementPtr parent, const char *name, CString &value) {
   value.Empty();
-  try {
-    _variant_t attribute = parent->getAttribute(orEmpty(name));
-    if (attribute.vt != VT_NULL) {
-      value = std::move(attribute).text();
-      return true;
-    }
-  } catch (const _com_error &) {
-    // Reported like a missing attribute.
-  }
-  reportMissing("getAttributeValue.  Failed to find ", parent, ".", name);
-  return false;
+  return kestrune::dom::ReadAttribute(parent, CString(name), value);
 }
 
 bool setAttributeValue(IXMLDOMElementPtr parent, const char *name, const char *value) {
-  try {
-    parent->setAttribute(orEmpty(name), orEmpty(value));
-    return true;
-  } catch (const _com_error &) {
-    return false;
-  }
+  return kestrune::dom::WriteAttribute(parent, CString(name), orEmpty(value));
 }
 
 IXMLDOMElementPtr getElementByName(MSXML::IXMLDOMElement *parent, const char *name) {
   const IXMLDOMElementPtr owner(parent);
   IXMLDOMElementPtr element = owner->getElementsByTagName(orEmpty(name)).Getitem(0);
-  if (element == nullptr)
-    reportMissing("getElementByName. Failed to find ", owner, "/", name);
+  if (element == nullptr && kestrune::platform::DebugOutputWanted())
+    OutputDebugStringA("getElementByName. Failed to find " + owner->GettagName() + "/" + name + "\n");
   return element;
 }
 

@@ -69,9 +69,7 @@ IXMLDOMElementPtr CXMLFolder::Save(IXMLDOMElementPtr parent, int level) {
 
 IXMLDOMElementPtr CXMLFolder::saveMembers(const IXMLDOMElementPtr &parent, int level) {
   pushMembers();
-  insertTabs(parent, level + 1);
-  IXMLDOMElementPtr element = parent->GetownerDocument()->createElement(m_tag.View());
-  parent->appendChild(element);
+  IXMLDOMElementPtr element = kestrune::dom::AppendElement(parent, m_tag, level + 1);
   for (const kestrune::MemberRow &row : m_members.rows()) {
     if (ValueAccess::isValue(row))
       ValueAccess::save(ValueAccess::value(*this, row), row, element, level + 1);
