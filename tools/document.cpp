@@ -7,7 +7,6 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
-#include <sstream>
 
 namespace {
 
@@ -43,37 +42,6 @@ const Kind *findKind(const CString &text, const char *Kind::*column) {
   return found != std::end(kKinds) ? found : nullptr;
 }
 
-struct Reason {
-  long code;
-  const char *name;
-  const char *text;
-};
-
-constexpr Reason kReasons[] = {
-    {KRX_E_COM_CREATE, "KRX_E_COM_CREATE", "no XML document can be made"},
-    {KRX_E_FILE_NOT_FOUND, "KRX_E_FILE_NOT_FOUND", "No such file or directory"},
-    {KRX_E_UNEXPECTED_DATA, "KRX_E_UNEXPECTED_DATA", "a file that belongs to it cannot be read or is not well-formed"},
-    {KRX_E_LOAD_NOT_NAMED, "KRX_E_LOAD_NOT_NAMED", "the name is empty"},
-    {KRX_E_DUPLICATE_KEY, "KRX_E_DUPLICATE_KEY",
-     "a key is empty or used twice; the later items with that key are left out"},
-    {KRX_E_LOAD_EXCEPTION, "KRX_E_LOAD_EXCEPTION", "the texts of nested elements are too large"},
-    {KRX_E_WRONG_ROOT_TAG, "KRX_E_WRONG_ROOT_TAG", "a file that belongs to it is of another kind"},
-};
-
-const Reason *findReason(long code) {
-  const auto *const found =
-      std::find_if(std::begin(kReasons), std::end(kReasons), [&](const Reason &reason) { return reason.code == code; });
-  return found != std::end(kReasons) ? found : nullptr;
-}
-
-std::string codeName(long code) {
-  if (const Reason *const reason = findReason(code))
-    return reason->name;
-  std::ostringstream text;
-  text << "0x" << std::hex << std::uppercase << kestrune::platform::ResultBits(code);
-  return text.str();
-}
-
 /// Reads the file that `file` leads to, whatever its kind. Null when it cannot be read, with the reason in `opened`.
 IXMLDOMDocumentPtr parse(const char *file, OpenedDocument &opened) {
   CFilename path;
@@ -84,7 +52,7 @@ IXMLDOMDocumentPtr parse(const char *file, OpenedDocument &opened) {
   else
     opened.result = IXMLDOMDocument::CreateInstance(tree) < 0 ? KRX_E_COM_CREATE : S_OK;
   if (opened.failed()) {
-    opened.reason = findReason(opened.result)->text;
+    opened.reason = kestrune::ResultText(opened.result);
     opened.unreadable = true;
     return nullptr;
   }
@@ -112,8 +80,7 @@ void explain(OpenedDocument &opened, const char *file) {
     opened.reason = parsed.reason;
     opened.place = parsed.place;
   } else {
-    const Reason *const reason = findReason(opened.result);
-    opened.reason = reason != nullptr ? reason->text : "the file cannot be loaded";
+    opened.reason = kestrune::ResultText(opened.result);
   }
   opened.unreadable = parsed.unreadable;
 }
@@ -141,7 +108,7 @@ OpenedDocument openDocument(const std::string &file) {
 }
 
 std::string failureText(const std::string &file, const OpenedDocument &opened) {
-  return file + ":" + opened.place + " " + opened.reason + " (" + codeName(opened.result) + ")";
+  return file + ":" + opened.place + " " + opened.reason + " (" + kestrune::ResultName(opened.result) + ")";
 }
 
 int couldNotWork(const std::string &message) {
