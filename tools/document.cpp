@@ -42,47 +42,22 @@ const Kind *findKind(const CString &text, const char *Kind::*column) {
   return found != std::end(kKinds) ? found : nullptr;
 }
 
-/// Reads the file that `file` leads to, whatever its kind. Null when it cannot be read, with the reason in `opened`.
-IXMLDOMDocumentPtr parse(const char *file, OpenedDocument &opened) {
+/// Where `file` leads to.
+CFilename pathOf(const char *file) {
+  CFilename name;
+  name = CString(file);
   CFilename path;
-  CFilename(file).GetAbsolute(path, nullptr);
-  IXMLDOMDocumentPtr tree;
-  if (path.IsEmpty())
-    opened.result = KRX_E_LOAD_NOT_NAMED;
-  else
-    opened.result = IXMLDOMDocument::CreateInstance(tree) < 0 ? KRX_E_COM_CREATE : S_OK;
-  if (opened.failed()) {
-    opened.reason = kestrune::ResultText(opened.result);
-    opened.unreadable = true;
-    return nullptr;
-  }
-  if (tree->load(path))
-    return tree;
-  const MSXML::ParseError &error = tree->GetparseError();
-  const bool isFile = path.FileExists() != 0 && path.IsDirectory() == 0;
-  opened.result = isFile ? KRX_E_UNEXPECTED_DATA : KRX_E_FILE_NOT_FOUND;
-  opened.reason = error.reason;
-  opened.unreadable = error.line == 0;
-  if (error.line > 0)
-    opened.place = std::to_string(error.line) + ":" + std::to_string(error.column) + ":";
-  return nullptr;
+  name.GetAbsolute(path, nullptr);
+  return path;
 }
 
 } // namespace
 
-void explain(OpenedDocument &opened, const char *file) {
-  if (!opened.failed())
-    return;
-  // The words of the parser and of the system, where it is the file itself that failed.
-  OpenedDocument parsed;
-  parse(file, parsed);
-  if (parsed.result == opened.result) {
-    opened.reason = parsed.reason;
-    opened.place = parsed.place;
-  } else {
-    opened.reason = kestrune::ResultText(opened.result);
-  }
-  opened.unreadable = parsed.unreadable;
+void OpenedDocument::takeReport(const CXMLFolder &folder) {
+  findings = kestrune::ReportOf(folder);
+  unreadable = !findings.empty() && findings[0].line == 0 &&
+               (findings[0].result == KRX_E_FILE_NOT_FOUND || findings[0].result == KRX_E_LOAD_NOT_NAMED ||
+                findings[0].result == KRX_E_UNEXPECTED_DATA || findings[0].result == KRX_E_COM_CREATE);
 }
 
 OpenedDocument openDocument(const std::string &file) {
@@ -90,25 +65,45 @@ OpenedDocument openDocument(const std::string &file) {
   const Kind *kind = findKind(file.c_str(), &Kind::macro);
   OpenedDocument opened;
   if (kind == nullptr) {
-    const IXMLDOMDocumentPtr tree = parse(file.c_str(), opened);
-    if (tree == nullptr)
+    const CFilename path = pathOf(file.c_str());
+    IXMLDOMDocumentPtr tree;
+    if (IXMLDOMDocument::CreateInstance(tree) < 0 || !tree->load(path)) {
+      CXMLTopLevelFolder ofAnyKind; // says why
+      opened.result = ofAnyKind.LoadFromFile(file.c_str(), nullptr);
+      opened.takeReport(ofAnyKind);
       return opened;
+    }
     const CString root = tree->GetdocumentElement()->GettagName();
     kind = findKind(root, &Kind::root);
     if (kind == nullptr) {
       opened.result = KRX_E_WRONG_ROOT_TAG;
-      opened.reason = "no kind of file has the root element '" + std::string(root) + "'";
+      opened.findings.push_back({.result = KRX_E_WRONG_ROOT_TAG,
+                                 .file = std::string(path),
+                                 .reason = "no kind of file has the root element '" + std::string(root) + "'"});
       return opened;
     }
   }
   opened = kind->load(file.c_str());
   opened.kind = kind->name;
-  explain(opened, file.c_str());
+  opened.takeReport(*opened.document);
   return opened;
 }
 
-std::string failureText(const std::string &file, const OpenedDocument &opened) {
-  return file + ":" + opened.place + " " + opened.reason + " (" + kestrune::ResultName(opened.result) + ")";
+std::vector<std::string> failureTexts(const std::string &file, const OpenedDocument &opened) {
+  const CFilename path = pathOf(file.c_str());
+  std::vector<std::string> texts;
+  for (kestrune::Finding finding : opened.findings) {
+    if (finding.file.empty() || path.CompareNoCase(finding.file.c_str()) == 0)
+      finding.file = file;
+    texts.push_back(finding.text());
+  }
+  return texts;
+}
+
+int couldNotWork(const std::string &file, const OpenedDocument &opened) {
+  for (const std::string &text : failureTexts(file, opened))
+    couldNotWork(text);
+  return 2;
 }
 
 int couldNotWork(const std::string &message) {

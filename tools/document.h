@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 // Opening a file by what it is.
 
@@ -12,11 +13,12 @@ struct OpenedDocument {
   std::unique_ptr<CXMLTopLevelFolder> document; // null when the file was not read, or is of no kind
   const char *kind = "";
   long result = S_OK;
-  std::string place; // "LINE:COLUMN:" in a file that is not well-formed
-  std::string reason;
-  bool unreadable = false; // there is no file, or the system does not let it be read
+  std::vector<kestrune::Finding> findings; // what is wrong with it, and with files that belong to it
+  bool unreadable = false;                 // there is no file, or the system does not let it be read
 
   bool failed() const { return result < 0; }
+  /// Takes what the load of `folder` has found.
+  void takeReport(const CXMLFolder &folder);
 };
 
 /// Finds out what kind of document `file` is and loads it with the class for it. A path means that file and nothing
@@ -24,11 +26,12 @@ struct OpenedDocument {
 /// replacement take part.
 OpenedDocument openDocument(const std::string &file);
 
-/// Puts the reason of a failed load of `file` into words.
-void explain(OpenedDocument &opened, const char *file);
+/// "FILE:LINE:COLUMN: reason (KRX_E_UNEXPECTED_DATA)": why a document could not be loaded whole. `file` itself is
+/// called as the user calls it.
+std::vector<std::string> failureTexts(const std::string &file, const OpenedDocument &opened);
 
-/// "FILE:LINE:COLUMN: reason (KRX_E_UNEXPECTED_DATA)": why a document could not be loaded whole.
-std::string failureText(const std::string &file, const OpenedDocument &opened);
+/// Prints these to the standard error stream, and returns the status for it, 2.
+int couldNotWork(const std::string &file, const OpenedDocument &opened);
 
 /// Prints the message to the standard error stream, and returns the status for it, 2.
 int couldNotWork(const std::string &message);

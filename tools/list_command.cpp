@@ -77,7 +77,7 @@ int list(const std::vector<std::string> &files) {
   for (const std::string &file : files) {
     const OpenedDocument opened = openDocument(file);
     if (opened.failed()) {
-      status = couldNotWork(failureText(file, opened));
+      status = couldNotWork(file, opened);
       continue;
     }
     std::cout << (first ? "" : "\n");
@@ -92,9 +92,10 @@ int check(const std::vector<std::string> &files) {
   for (const std::string &file : files) {
     const OpenedDocument opened = openDocument(file);
     if (opened.unreadable) {
-      status = couldNotWork(failureText(file, opened));
-    } else if (opened.failed()) {
-      std::cout << shown(failureText(file, opened)) << '\n';
+      status = couldNotWork(file, opened);
+    } else if (!opened.findings.empty()) {
+      for (const std::string &text : failureTexts(file, opened))
+        std::cout << shown(text) << '\n';
       status = std::max(status, 1);
     }
   }

@@ -18,7 +18,7 @@ struct ClockOptions {
 int findClock(const ClockOptions &options) {
   const OpenedDocument opened = openDocument(options.file);
   if (opened.failed())
-    return couldNotWork(failureText(options.file, opened));
+    return couldNotWork(options.file, opened);
   auto *const document = dynamic_cast<CVorlanTyp4 *>(opened.document.get());
   if (document == nullptr)
     return couldNotWork(options.file + ": is not a chip data file");
@@ -61,10 +61,11 @@ int linked(const LinkedOptions &options) {
   // The query itself answers "not compatible" where it cannot read the file.
   constexpr const char *kFile = "$StdVorlanTyp$";
   OpenedDocument opened;
-  opened.result = CVorlanTyp3().LoadFromFile(kFile);
-  explain(opened, kFile);
+  CVorlanTyp3 document;
+  opened.result = document.LoadFromFile(kFile);
+  opened.takeReport(document);
   if (opened.failed())
-    return couldNotWork(failureText(kFile, opened));
+    return couldNotWork(kFile, opened);
   const bool compatible = isLinkCompatible(options.model, options.other);
   std::cout << "model " << options.model << (compatible ? " is" : " is not") << " link compatible with model "
             << options.other << '\n';

@@ -44,7 +44,7 @@ bool isNamed(CXMLFolder &item, const CString &name) {
 int show(const Options &options) {
   const OpenedDocument opened = openDocument(options.file);
   if (opened.failed())
-    return couldNotWork(failureText(options.file, opened));
+    return couldNotWork(options.file, opened);
   const CString name(options.name.c_str());
   bool found = false;
   for (const kestrune::MemberView &member : kestrune::MembersOf(*opened.document)) {

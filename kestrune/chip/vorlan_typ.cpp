@@ -2,6 +2,7 @@
 
 #include "kestrune/xml/companion_files.h"
 #include "kestrune/xml/record_members.h"
+#include "kestrune/xml/reporting.h"
 
 #include <optional>
 
@@ -36,6 +37,7 @@ long LoadAddOns(Document &document, Models Document::*models, AddOnDocument use,
 /// document.
 template <class Document, class Models>
 long LoadWithAddOns(Document &document, Models Document::*models, const CString &name) {
+  const kestrune::Reporting report(document);
   const long result = document.CXMLFolder::LoadFromFile(name, nullptr);
   return result < 0 ? result : LoadAddOns(document, models, AddOnDocument::kNew, name, result);
 }
@@ -134,6 +136,7 @@ void CVorlanTyp4::Init() { Members::init(*this); }
 void CVorlanTyp4::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp4::LoadFromFile(const char *fileName) {
+  const kestrune::Reporting report(*this);
   const CString replacement =
       loadDepth == 0 ? ReplacementFile("vorlan.xml", WithoutFolder::kCurrentDirectory) : CFilename();
   const CString name = replacement.IsEmpty() ? CString(fileName) : replacement;

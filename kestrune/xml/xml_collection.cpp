@@ -3,6 +3,7 @@
 #include "kestrune/dom/member_access.h"
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/keyed_hash.h"
+#include "kestrune/xml/reporting.h"
 #include "kestrune/xml/text_compare.h"
 
 #include <algorithm>
@@ -198,6 +199,8 @@ long CXMLCollectionFolder::Load(MSXML::IXMLDOMElement *parent) {
     batch.next();
     CXMLFolder *const item = AddCollectionItem(key);
     const long status = item != nullptr ? item->Load(element) : KRX_E_DUPLICATE_KEY;
+    if (item == nullptr)
+      kestrune::Reporting::leaveOut(m_keyName, elements, index, key);
     if (status < 0 && result == S_OK) {
       result = status;
       traceMessage("non-S_OK HRESULT =  0x%X while adding item '%s' to collection\n",
