@@ -92,7 +92,7 @@ Reporting::~Reporting() {
       const std::scoped_lock lock(theReports->mutex);
       if (!theReports->all)
         theReports->all = std::make_unique<std::map<const CXMLFolder *, std::vector<Finding>>>();
-      (*theReports->all)[&m_folder] = m_findings;
+      theReports->all->insert_or_assign(&m_folder, m_findings);
       m_folder.m_hasReport = true;
     });
   }
@@ -110,8 +110,9 @@ std::vector<Finding> Reporting::of(const CXMLFolder &folder) {
 void Reporting::forget(CXMLFolder &folder) noexcept {
   folder.m_hasReport = false;
   const std::scoped_lock lock(theReports->mutex);
-  if (theReports->all)
-    theReports->all->erase(&folder);
+  theReports->all->erase(&folder);
+  if (theReports->all->empty())
+    theReports->all.reset();
 }
 
 long Reporting::add(long result, const char *reason, long line, long column) noexcept {

@@ -90,5 +90,5 @@ private:
   template <class, class, class>
   friend struct RecordMembers;
   friend std::vector<kestrune::MemberView> kestrune::MembersOf(CXMLFolder &folder);
-  friend class kestrune::Reporting;
+  friend class kestrune::Reporting; ///< Keeps the reports.
 };
