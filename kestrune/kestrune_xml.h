@@ -4,7 +4,8 @@
 /// The whole interface of the library.
 
 /// \namespace kestrune
-/// What the library offers beyond its classes: a look into records, and a save that replaces the file.
+/// What the library offers beyond its classes: numbers of members, a look into records, and a save that replaces the
+/// file.
 
 /// \namespace kestrune::platform
 /// The settings of the platform: code page, debug channel, message boxes.
