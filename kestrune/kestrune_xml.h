@@ -4,9 +4,8 @@
 /// The whole interface of the library.
 
 /// \namespace kestrune
-/// What the library offers beyond its classes: a look into records, documents from and to
-/// memory, saves that replace the file, and results and failures in
-/// words.
+/// What the library offers beyond its classes: numbers of members, a look into records, documents from and to memory,
+/// saves that replace the file, and results and failures in words.
 
 /// \namespace kestrune::platform
 /// The settings of the platform: code page, debug channel, message boxes.

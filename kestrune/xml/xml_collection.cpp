@@ -7,13 +7,12 @@
 #include "kestrune/xml/text_compare.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
 namespace {
 
-using Items = std::vector<std::unique_ptr<CXMLFolder>>;
+using Items = kestrune::ItemList;
 
 // Up to here, walking is cheaper than a table.
 constexpr std::size_t kFewItems = 16;
@@ -32,6 +31,16 @@ std::uint32_t hashOf(std::string_view key) {
 }
 
 } // namespace
+
+kestrune::BadIndex::BadIndex(int index, int count) : std::out_of_range("vector"), m_index(index), m_count(count) {}
+kestrune::BadIndex::BadIndex(const BadIndex &) noexcept = default;
+kestrune::BadIndex::~BadIndex() = default;
+
+CString kestrune::BadIndex::Text() const {
+  CString text;
+  text.Format("Index %d of a collection of %d %s", m_index, m_count, m_count == 1 ? "item" : "items");
+  return text;
+}
 
 CXMLCollectionFolder::Batch::Batch(CXMLCollectionFolder &collection, bool acceptAll) noexcept
     : m_collection(collection), m_outer(std::exchange(collection.m_batch, this)), m_acceptAll(acceptAll) {}
@@ -178,7 +187,7 @@ int CXMLCollectionFolder::Count() const { return static_cast<int>(m_items.size()
 
 CXMLFolder *CXMLCollectionFolder::operator[](int index) {
   if (index < 0 || index >= Count())
-    throw std::out_of_range("vector");
+    throw kestrune::BadIndex(index, Count());
   return m_items[static_cast<std::size_t>(index)].get();
 }
 

@@ -81,6 +81,12 @@ protected:
   /// Sets or clears the flags of the members.
   void putMembersModified(unsigned char modified);
 
+  /// A const object for the operations that change nothing, but are not const themselves.
+  template <class Folder>
+  static Folder &mutableOf(const Folder &folder) {
+    return const_cast<Folder &>(folder);
+  }
+
   /// The members, in file order. They are fields of this object; the list does not own them.
   kestrune::MemberList m_members{*this};
   /// The file name of the last load or save, as it was given.
