@@ -44,7 +44,7 @@ void showTruth(CVorlanModel4 &model) {
 
 void showLoops(const CVorlanTyp4 &chips) {
   for (const CVorlanModel4 *model : chips.VorlanModels4) {
-    if (!model->NVMemoryTypes().empty())
+    if (model->NVMemoryTypes().size() > 3)
       std::cout << model->Name << ": " << model->NVMemoryTypes().size() << " memories\n";
   }
   const auto wide = std::ranges::count_if(
