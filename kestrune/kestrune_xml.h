@@ -4,7 +4,8 @@
 /// The whole interface of the library.
 
 /// \namespace kestrune
-/// What the library offers beyond its classes: a look into records, and a save that replaces the file.
+/// What the library offers beyond its classes: a look into records, documents from and to
+/// memory, saves that replace the file, and results in words.
 
 /// \namespace kestrune::platform
 /// The settings of the platform: code page, debug channel, message boxes.
@@ -23,6 +24,7 @@
 #include "kestrune/dom/dom.h"
 #include "kestrune/errors/krx_exception.h"
 #include "kestrune/errors/result_codes.h"
+#include "kestrune/errors/result_text.h"
 #include "kestrune/identity/device_classes.h"
 #include "kestrune/identity/kestrune_ui.h"
 #include "kestrune/identity/name_number_pairs.h"
@@ -47,3 +49,4 @@
 #include "kestrune/xml/xml_file_names.h"
 #include "kestrune/xml/xml_folder.h"
 #include "kestrune/xml/xml_persistent.h"
+#include "kestrune/xml/xml_text.h"

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 /// \file
@@ -140,6 +141,8 @@ public:
   /// when it is unreadable or not well-formed, also where a reference to an undeclared entity would lose a text; the
   /// document is empty then, and GetparseError gives the reason.
   bool load(const char *path);
+  /// The same with a text, which has the bytes of a file, its byte order mark and encoding included.
+  bool loadXML(std::string_view text);
   /// The failure of the last load; valid as long as the document.
   const ParseError &GetparseError() const noexcept;
 
@@ -162,6 +165,8 @@ public:
   /// The file is as it was then, and after any failure before its first byte is written; after a later one the old
   /// bytes are written back, as far as the disk takes them. Returns S_OK.
   HRESULT save(const char *path) const;
+  /// Puts the bytes that `save` would write into `text`. Leaves `text` alone where that would fail.
+  void saveXML(std::string &text) const;
 
   /// Fails when some text of this document could not be read because it was too large to join.
   void CheckReadable() const;

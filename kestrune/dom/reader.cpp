@@ -337,30 +337,50 @@ std::optional<Tree> ReadByExpat(MSXML::IXMLDOMDocument *document, platform::Inpu
   return std::nullopt;
 }
 
+namespace {
+
+/// The document, which must be empty, without the failure of an earlier load.
+Document &emptied(MSXML::IXMLDOMDocument *document) {
+  Document &self = *Document::of(document);
+  if (self.tree.root != nullptr || !self.tree.names.empty())
+    Fail(E_FAIL, "the document is not empty");
+  self.parseError = {};
+  return self;
+}
+
+bool read(Document &document, platform::InputFile &file) {
+  std::optional<Tree> tree;
+  if (file.isSeekable()) {
+    tree = ReadPlain(&document, file);
+    if (!tree)
+      file.rewind();
+  }
+  if (!tree)
+    tree = ReadByExpat(&document, file, document.parseError);
+  if (!tree)
+    return false;
+  document.tree = std::move(*tree);
+  return true;
+}
+
+} // namespace
+
 } // namespace kestrune::dom
 
 bool MSXML::IXMLDOMDocument::load(const char *path) {
   using namespace kestrune::dom;
-  Document &self = *Document::of(this);
-  if (self.tree.root != nullptr || !self.tree.names.empty())
-    Fail(E_FAIL, "the document is not empty");
-  self.parseError = {};
+  Document &self = emptied(this);
   std::string hostPath;
   if (!kestrune::platform::ToHostPath(path, hostPath)) {
     self.parseError.reason = std::generic_category().message(ENOENT).c_str();
     return false;
   }
   kestrune::platform::InputFile file(hostPath);
-  std::optional<Tree> tree;
-  if (file.isSeekable()) {
-    tree = ReadPlain(this, file);
-    if (!tree)
-      file.rewind();
-  }
-  if (!tree)
-    tree = ReadByExpat(this, file, self.parseError);
-  if (!tree)
-    return false;
-  self.tree = std::move(*tree);
-  return true;
+  return read(self, file);
+}
+
+bool MSXML::IXMLDOMDocument::loadXML(std::string_view text) {
+  using namespace kestrune::dom;
+  auto file = kestrune::platform::InputFile::OfText(text);
+  return read(emptied(this), file);
 }

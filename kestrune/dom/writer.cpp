@@ -7,6 +7,7 @@
 #include <array>
 #include <expat.h>
 #include <memory>
+#include <string>
 #include <system_error>
 #include <vector>
 
@@ -154,6 +155,12 @@ public:
 
   std::uint64_t size() const override { return m_size; }
   void writeTo(platform::FileOutput &file) const override { write(file); }
+  std::string text() const {
+    std::string text;
+    text.reserve(static_cast<std::size_t>(m_size));
+    write(text);
+    return text;
+  }
 
 private:
   template <class Output>
@@ -271,4 +278,8 @@ HRESULT MSXML::IXMLDOMDocument::save(const char *path) const {
   if (error != 0)
     kestrune::dom::Fail(E_FAIL, std::generic_category().message(error));
   return S_OK;
+}
+
+void MSXML::IXMLDOMDocument::saveXML(std::string &text) const {
+  text = kestrune::dom::Writer(kestrune::dom::Document::of(this)->tree).text();
 }

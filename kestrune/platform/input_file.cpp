@@ -28,6 +28,11 @@ void InputFile::close() {
 }
 
 long InputFile::read(void *buffer, std::size_t size) {
+  if (m_text) {
+    const std::size_t count = m_text->copy(static_cast<char *>(buffer), size, m_next);
+    m_next += count;
+    return static_cast<long>(count);
+  }
   if (m_next < m_kept.size()) {
     const std::size_t count = m_kept.copy(static_cast<char *>(buffer), size, m_next);
     m_next += count;
@@ -47,7 +52,7 @@ long InputFile::read(void *buffer, std::size_t size) {
 
 void InputFile::rewind() {
   m_next = 0;
-  if (m_isSeekable && ::lseek(m_handle, 0, SEEK_SET) != 0) {
+  if (!m_text && m_isSeekable && ::lseek(m_handle, 0, SEEK_SET) != 0) {
     m_error = errno;
     close();
   }

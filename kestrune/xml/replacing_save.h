@@ -2,8 +2,11 @@
 
 #include "kestrune/xml/xml_folder.h"
 
+#include <string>
+#include <string_view>
+
 /// \file
-/// A save that replaces the file as a whole.
+/// Saves that replace the file as a whole.
 
 namespace kestrune {
 
@@ -16,5 +19,10 @@ namespace kestrune {
 /// an access list or attributes of its own, or an owner that cannot be given to the new one, or if its folder is not
 /// writable.
 KESTRUNE_API long SaveReplacing(CXMLFolder &folder, const char *name, const char *base, bool overwrite);
+
+/// Writes `text`, any bytes, to the file at a path of the host or in drive form, with the same promises. Missing
+/// folders are not made. Returns S_OK, KRX_E_SAVE_NOT_NAMED for an empty path, or KRX_E_SAVE_FAILED; `reason`, unless
+/// it is null, has the system's words then, such as "No space left on device".
+KESTRUNE_API long ReplaceFile(const char *path, std::string_view text, std::string *reason = nullptr);
 
 } // namespace kestrune

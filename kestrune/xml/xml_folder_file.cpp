@@ -5,6 +5,7 @@
 #include "kestrune/platform/made_folders.h"
 #include "kestrune/xml/text_compare.h"
 #include "kestrune/xml/xml_folder.h"
+#include "kestrune/xml/xml_text.h"
 
 namespace {
 
@@ -25,6 +26,56 @@ void reportFailure(const char *format, const char *subject, const _com_error &er
   CString text;
   text.Format(format, subject, kestrune::platform::ResultBits(error.Error()));
   OutputDebugStringA(text + error.Description() + end);
+}
+
+/// Loads `folder` from what `read` makes of an empty document. `read` returns false where it is not well-formed.
+template <class Read>
+long loadTree(CXMLFolder &folder, const CString &tag, Read read) {
+  IXMLDOMDocumentPtr document;
+  if (IXMLDOMDocument::CreateInstance(document) < 0)
+    return KRX_E_COM_CREATE;
+  try {
+    document->PutvalidateOnParse(false);
+    document->Putasync(false);
+    if (!read(*document))
+      return KRX_E_UNEXPECTED_DATA;
+    const IXMLDOMElementPtr root = document->GetdocumentElement();
+    if (root == nullptr)
+      return KRX_E_UNEXPECTED_DATA;
+    const CString found = root->GettagName();
+    if (found.CompareNoCase(tag) != 0) {
+      traceMessage("non-S_OK HRESULT =  0x%X while loading.  Expected tag: %s , found tag: %s ",
+                   kestrune::platform::ResultBits(KRX_E_WRONG_ROOT_TAG), static_cast<const char *>(tag),
+                   static_cast<const char *>(found));
+      return KRX_E_WRONG_ROOT_TAG;
+    }
+    const long result = folder.Load(root);
+    // Without this, a member whose text could not be read would only look missing.
+    document->CheckReadable();
+    return result;
+  } catch (const _com_error &error) {
+    reportFailure("CXMLFolder::Load.  Warning: HRESULT not S_OK found while loading XML: %s\t: HRESULT: 0x%X, ", tag,
+                  error, "");
+    return KRX_E_LOAD_EXCEPTION;
+  }
+}
+
+/// Saves `folder` through the empty `document` with `write`. `target` is where to, for the report of a failure.
+template <class Write>
+long saveTree(CXMLFolder &folder, const CString &tag, const IXMLDOMDocumentPtr &document, const char *target,
+              Write write) {
+  try {
+    document->appendChild(document->createProcessingInstruction("xml", "version='1.0' encoding='UTF-8' "));
+    const IXMLDOMElementPtr root = document->createElement(tag.View());
+    document->PutdocumentElement(root);
+    folder.Save(root, 0);
+    return write();
+  } catch (const _com_error &error) {
+    reportFailure(
+        "CXMLFolder::Save.  Error(s) found while saving: %s\tUnexpected COM exception caught: HRESULT: 0x%X, ", target,
+        error, "\n");
+    return KRX_E_SAVE_FAILED;
+  }
 }
 
 } // namespace
@@ -66,33 +117,7 @@ long CXMLFolder::SaveToFile(const char *name, const char *base, bool overwrite) 
 }
 
 long CXMLFolder::LoadFromXMLFile(const char *path) {
-  IXMLDOMDocumentPtr document;
-  if (IXMLDOMDocument::CreateInstance(document) < 0)
-    return KRX_E_COM_CREATE;
-  try {
-    document->PutvalidateOnParse(false);
-    document->Putasync(false);
-    if (!document->load(path))
-      return KRX_E_UNEXPECTED_DATA;
-    const IXMLDOMElementPtr root = document->GetdocumentElement();
-    if (root == nullptr)
-      return KRX_E_UNEXPECTED_DATA;
-    const CString found = root->GettagName();
-    if (found.CompareNoCase(m_tag) != 0) {
-      traceMessage("non-S_OK HRESULT =  0x%X while loading.  Expected tag: %s , found tag: %s ",
-                   kestrune::platform::ResultBits(KRX_E_WRONG_ROOT_TAG), static_cast<const char *>(m_tag),
-                   static_cast<const char *>(found));
-      return KRX_E_WRONG_ROOT_TAG;
-    }
-    const long result = Load(root);
-    // Without this, a member whose text could not be read would only look missing.
-    document->CheckReadable();
-    return result;
-  } catch (const _com_error &error) {
-    reportFailure("CXMLFolder::Load.  Warning: HRESULT not S_OK found while loading XML: %s\t: HRESULT: 0x%X, ", m_tag,
-                  error, "");
-    return KRX_E_LOAD_EXCEPTION;
-  }
+  return loadTree(*this, m_tag, [&](IXMLDOMDocument &document) { return document.load(path); });
 }
 
 long CXMLFolder::SaveToXMLFile(const char *path, bool overwrite) {
@@ -101,16 +126,23 @@ long CXMLFolder::SaveToXMLFile(const char *path, bool overwrite) {
     return KRX_E_COM_CREATE;
   if (!overwrite && GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES)
     return KRX_E_WRITE_PROTECTED;
-  try {
-    document->appendChild(document->createProcessingInstruction("xml", "version='1.0' encoding='UTF-8' "));
-    const IXMLDOMElementPtr root = document->createElement(m_tag.View());
-    document->PutdocumentElement(root);
-    Save(root, 0);
-    return document->save(path);
-  } catch (const _com_error &error) {
-    reportFailure(
-        "CXMLFolder::Save.  Error(s) found while saving: %s\tUnexpected COM exception caught: HRESULT: 0x%X, ", path,
-        error, "\n");
-    return KRX_E_SAVE_FAILED;
-  }
+  return saveTree(*this, m_tag, document, path, [&] { return document->save(path); });
+}
+
+long kestrune::LoadFromText(CXMLFolder &folder, std::string_view text) {
+  const long result =
+      loadTree(folder, folder.GetTag(), [&](IXMLDOMDocument &document) { return document.loadXML(text); });
+  folder.PutModified(0);
+  return result;
+}
+
+long kestrune::SaveToText(CXMLFolder &folder, std::string &text) {
+  IXMLDOMDocumentPtr document;
+  if (IXMLDOMDocument::CreateInstance(document) < 0)
+    return KRX_E_COM_CREATE;
+  const CString tag = folder.GetTag();
+  return saveTree(folder, tag, document, tag, [&] {
+    document->saveXML(text);
+    return S_OK;
+  });
 }

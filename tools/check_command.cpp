@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+void addCheckCommand(CLI::App & /*app*/, Run & /*run*/) {}
