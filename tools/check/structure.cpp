@@ -130,7 +130,9 @@ const MemberShape *Structure::meant(const RecordShape &shape, std::string_view n
   for (const MemberShape &member : shape.members)
     tags.push_back(member.tag);
   const std::vector<std::string> near = nearTo(name, tags, 1);
-  if (near.empty())
+  // One that only holds the word somewhere is another one.
+  const std::size_t most = std::max<std::size_t>(2, name.size() / 2);
+  if (near.empty() || name.size() < 3 || near.front().size() > name.size() + most)
     return nullptr;
   const MemberShape *const member = shape.member(near.front());
   hint = "; did you mean " +
@@ -311,7 +313,7 @@ void Structure::judgeMissing(Index number, const std::vector<bool> &excused) {
     }
     if (!member.isAttribute() && judgeBorrowed(number, member, true))
       continue;
-    if (member.version > m_file.version())
+    if (member.version > m_file.version() || m_hits.onlyCounts(member.isCollection() ? 210 : 203))
       continue;
     if (member.isCollection()) {
       if (m_file.addOnNumber() == 0 || !isLeftInAddOn(member.tag))
