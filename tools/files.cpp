@@ -65,13 +65,15 @@ std::vector<CString> filesOf(const Kind &kind, const CString &name) {
 
 std::shared_ptr<FileOptions> addFiles(CLI::App &command, FileUse use) {
   auto options = std::make_shared<FileOptions>();
-  CLI::Option *const file =
-      command.add_option("FILE", options->files,
-                         use == FileUse::kReadMany ? "Files to read; - is the standard input, a folder its data files"
-                                                   : "File; - is the standard input");
-  file->required();
-  if (use != FileUse::kReadMany)
-    file->expected(1);
+  if (use == FileUse::kReadMany) {
+    command.add_option("FILE", options->files, "Files; - is the standard input, a folder stands for its data files")
+        ->required();
+  } else {
+    command
+        .add_option_function<std::string>(
+            "FILE", [options](const std::string &file) { options->files = {file}; }, "File; - is the standard input")
+        ->required();
+  }
   command.add_option("--name", options->inputName, "What messages call the standard input")->type_name("NAME");
   if (use != FileUse::kWrite)
     command.add_flag("--as-installed", options->asInstalled,
@@ -108,7 +110,11 @@ Loaded::Loaded(const std::string &file, const FileOptions &options) {
     std::string hostPath;
     if (path.IsEmpty() || !kestrune::platform::ToHostPath(path, hostPath))
       throw CouldNotWork(file + ": there is no file behind this name: '" + std::string(path.View()) + "'");
-    m_parts.push_back(openDocument(hostPath));
+    try {
+      m_parts.push_back(openDocument(hostPath));
+    } catch (const CouldNotWork &reason) {
+      throw CouldNotWork(file == hostPath ? reason.what() : file + ": " + reason.what());
+    }
   }
   m_merged = kind->make(kind->newest());
   loadWhole(*m_merged, name);
