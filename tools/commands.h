@@ -4,12 +4,25 @@
 #include <functional>
 
 // The commands of kestrune-data. Each adds itself to the program with its options and, when it is chosen, puts what it
-// does into `run`, which returns the status: 0 for success, 1 where nothing was found, 2 where it could not work.
+// does into `run`, which returns the status (see messages.h). What it cannot do it throws as CouldNotWork.
 
 using Run = std::function<int()>;
 
 void addListCommand(CLI::App &app, Run &run);
-void addCheckCommand(CLI::App &app, Run &run);
 void addShowCommand(CLI::App &app, Run &run);
+void addGetCommand(CLI::App &app, Run &run);
+void addDumpCommand(CLI::App &app, Run &run);
+void addSetCommand(CLI::App &app, Run &run);
+void addAddCommand(CLI::App &app, Run &run);
+void addRemoveCommand(CLI::App &app, Run &run);
+void addFormatCommand(CLI::App &app, Run &run);
+void addConvertCommand(CLI::App &app, Run &run);
+void addDiffCommand(CLI::App &app, Run &run);
 void addClockCommand(CLI::App &app, Run &run);
 void addLinkedCommand(CLI::App &app, Run &run);
+void addResolveCommand(CLI::App &app, Run &run);
+void addSchemaCommand(CLI::App &app, Run &run);
+void addCheckCommand(CLI::App &app, Run &run);
+
+/// The examples at the end of a command's help, a line each.
+void addExamples(CLI::App &command, const std::vector<std::string> &lines);

@@ -1,6 +1,8 @@
 #include "kestrune/kestrune_xml.h"
 #include "tools/commands.h"
+#include "tools/messages.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <exception>
@@ -9,40 +11,101 @@
 
 namespace {
 
-constexpr int kCouldNotWork = 2;
+constexpr const char *kDescription =
+    "Reads, checks, compares and changes the hardware description files of the Kestrune device network.\n"
+    "A FILE that is a path means that file and nothing else. A FILE that is a macro, such as\n"
+    "'$StdVorlanTyp$', means what programs get: with a replacement, add-ons and the user's file.";
+
+constexpr const char *kStatus = "Status:\n"
+                                "  0  yes, the same, sound\n"
+                                "  1  no, different, findings\n"
+                                "  2  could not work: wrong usage, a file that is missing or cannot be read, an output\n"
+                                "     that cannot be written; whatever else was found";
+
+void addCommands(CLI::App &app, Run &run) {
+  addListCommand(app, run);
+  addShowCommand(app, run);
+  addGetCommand(app, run);
+  addDumpCommand(app, run);
+  addSetCommand(app, run);
+  addAddCommand(app, run);
+  addRemoveCommand(app, run);
+  addFormatCommand(app, run);
+  addConvertCommand(app, run);
+  addDiffCommand(app, run);
+  addCheckCommand(app, run);
+  addClockCommand(app, run);
+  addLinkedCommand(app, run);
+  addResolveCommand(app, run);
+  addSchemaCommand(app, run);
+}
+
+std::vector<std::string> commandNames(const CLI::App &app) {
+  std::vector<std::string> names;
+  for (const CLI::App *const command : app.get_subcommands([](const CLI::App *) { return true; }))
+    names.push_back(command->get_name());
+  return names;
+}
+
+/// "help" and "help COMMAND" print what --help prints.
+void addHelpCommand(CLI::App &app, Run &run) {
+  CLI::App *const command = app.add_subcommand("help", "Print the help of a command");
+  const auto name = std::make_shared<std::string>();
+  command->add_option("COMMAND", *name, "Command to explain");
+  addExamples(*command, {"kestrune-data help", "kestrune-data help check"});
+  command->callback([&app, &run, name] {
+    run = [&app, name] {
+      const std::vector<std::string> names = commandNames(app);
+      if (!name->empty() && std::find(names.begin(), names.end(), *name) == names.end())
+        throw CouldNotWork(notFound("kestrune-data", *name, names));
+      std::cout << (name->empty() ? app.help() : app.get_subcommand(*name)->help("kestrune-data"));
+      return kYes;
+    };
+  });
+}
+
+std::string orNear(const std::string &message, const std::string &word, const std::vector<std::string> &candidates) {
+  const std::vector<std::string> near = nearTo(word, candidates, 1);
+  return near.empty() ? message : message + "; did you mean '" + near.front() + "'?";
+}
 
 /// What is wrong with the arguments.
 std::string usageError(const CLI::App &app, const CLI::ParseError &error) {
-  if (!app.get_subcommands().empty())
+  const std::vector<CLI::App *> chosen = app.get_subcommands();
+  const CLI::App &command = chosen.empty() ? app : *chosen.front();
+  std::vector<std::string> options;
+  for (const CLI::Option *const option : command.get_options()) {
+    for (const std::string &name : option->get_lnames())
+      options.push_back("--" + name);
+  }
+  const std::vector<std::string> rest = app.remaining(true);
+  for (const std::string &word : rest) {
+    if (word.starts_with("--"))
+      return orNear("there is no option '" + word.substr(0, word.find('=')) + "'", word.substr(0, word.find('=')), options);
+  }
+  if (!chosen.empty())
     return error.what();
-  const std::vector<std::string> rest = app.remaining();
-  return rest.empty() ? "no command is given" : "there is no command '" + rest.front() + "'";
+  return rest.empty() ? "no command is given"
+                      : orNear("there is no command '" + rest.front() + "'", rest.front(), commandNames(app));
 }
 
 int runProgram(int argc, char **argv) {
-  CLI::App app("Reads the hardware description files of the Kestrune device network.\n"
-               "A FILE that is a path means that file and nothing else. A FILE that is a macro, such as\n"
-               "'$StdVorlanTyp$', means what programs get: with a replacement, add-ons and the user's file.",
-               "kestrune-data");
-  app.footer("Status:\n"
-             "  0  yes: found, or the files are sound\n"
-             "  1  no: not found, or check has found faults\n"
-             "  2  could not work: wrong usage, or a file that is missing or cannot be read");
+  CLI::App app(kDescription, "kestrune-data");
+  app.footer(kStatus);
+  app.set_version_flag("--version", "kestrune-data " KESTRUNE_VERSION);
   app.require_subcommand(1);
   Run run;
-  addListCommand(app, run);
-  addCheckCommand(app, run);
-  addShowCommand(app, run);
-  addClockCommand(app, run);
-  addLinkedCommand(app, run);
-  int status = 0;
+  addCommands(app, run);
+  addHelpCommand(app, run);
+  int status = kYes;
   try {
     app.parse(argc, argv);
     status = run();
   } catch (const CLI::Success &help) {
     app.exit(help);
   } catch (const CLI::ParseError &error) {
-    std::cerr << "kestrune-data: " << usageError(app, error) << "\nRun kestrune-data --help for the commands.\n";
+    complain(usageError(app, error));
+    std::cerr << "Run kestrune-data --help for the commands.\n";
     return kCouldNotWork;
   }
   std::cout.flush(); // the answer is given when its last byte is out
@@ -50,6 +113,13 @@ int runProgram(int argc, char **argv) {
 }
 
 } // namespace
+
+void addExamples(CLI::App &command, const std::vector<std::string> &lines) {
+  std::string text = "Examples:";
+  for (const std::string &line : lines)
+    text += "\n  " + line;
+  command.footer(text);
+}
 
 int main(int argc, char **argv) {
   std::signal(SIGPIPE, SIG_DFL); // a reader that has seen enough ends the program in silence
@@ -62,13 +132,13 @@ int main(int argc, char **argv) {
     char message[512];
     exception->GetErrorMessage(message, sizeof message);
     exception->Delete();
-    std::cerr << "kestrune-data: " << message << '\n';
+    complain(message);
   } catch (const std::ios_base::failure &) {
     const int reason = errno;
     std::cout.exceptions(std::ios::goodbit); // the end of the process flushes once more
-    std::cerr << "kestrune-data: standard output: " << std::generic_category().message(reason) << '\n';
+    complain("standard output: " + std::generic_category().message(reason));
   } catch (const std::exception &error) {
-    std::cerr << "kestrune-data: " << error.what() << '\n';
+    complain(error.what());
   }
   CoUninitialize();
   return status;

@@ -42,6 +42,12 @@ long LoadWithAddOns(Document &document, Models Document::*models, const CString 
   return result < 0 ? result : LoadAddOns(document, models, AddOnDocument::kNew, name, result);
 }
 
+/// The file that CVorlanTyp4 loads when a program asks for `name`.
+CString chosenFile(const char *name) {
+  const CString replacement = ReplacementFile("vorlan.xml", WithoutFolder::kCurrentDirectory);
+  return replacement.IsEmpty() ? CString(name) : replacement;
+}
+
 /// How many calls of CVorlanTyp4::LoadFromFile are in progress in this thread, for any document.
 constinit thread_local int loadDepth = 0;
 
@@ -137,12 +143,19 @@ void CVorlanTyp4::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp4::LoadFromFile(const char *fileName) {
   const kestrune::Reporting report(*this);
-  const CString replacement =
-      loadDepth == 0 ? ReplacementFile("vorlan.xml", WithoutFolder::kCurrentDirectory) : CFilename();
-  const CString name = replacement.IsEmpty() ? CString(fileName) : replacement;
+  const CString name = loadDepth == 0 ? chosenFile(fileName) : CString(fileName);
   const LoadDepth onTheWay;
   const long result = CXMLFolder::LoadFromFile(name, nullptr);
   if (result < 0 || loadDepth != 1)
     return result;
   return LoadAddOns(*this, &CVorlanTyp4::VorlanModels4, AddOnDocument::kReused, name, result);
+}
+
+std::vector<CString> kestrune::FilesOfChipData(const char *name) {
+  const CString chosen = chosenFile(name);
+  std::vector<CString> files{FullPath(chosen)};
+  AddOnFiles addOns(chosen);
+  for (CFilename file = addOns.next(); !file.IsEmpty(); file = addOns.next())
+    files.push_back(file);
+  return files;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kestrune/export.h"
 #include "kestrune/platform/c_string.h"
 #include "kestrune/platform/types.h"
 
@@ -25,7 +26,7 @@ bool IsRelativeHostName(const char *name);
 /// leads above the drive's folder. A component that does not exist is looked up ignoring ASCII case; if that finds
 /// nothing, it is kept, so that it can be created. Returns false for a network name, an unmapped drive or an empty
 /// name. With `status`, returns it with symbolic links followed, and false if nothing is there.
-bool ToHostPath(const char *name, std::string &hostPath, struct stat *status = nullptr);
+KESTRUNE_API bool ToHostPath(const char *name, std::string &hostPath, struct stat *status = nullptr);
 
 } // namespace kestrune::platform
 

@@ -8,6 +8,15 @@
 
 namespace {
 
+/// Whether a file is the user's own, by its name.
+bool isUserFile(const CFilename &file) { return file.GetName().Compare("UserXcvr") == 0; }
+
+/// The file that is read in place of the one that a program asks for; empty if there is none.
+CFilename replacementFile() { return ReplacementFile("stdxcvr.xml", WithoutFolder::kNowhere); }
+
+/// The user's own file beside `file`; empty if there is none.
+CFilename userFileOf(const CFilename &file) { return UserFile(file, "UserXcvr.xml"); }
+
 /// Answers like CTransceivers3::FindByID, but converts each item only once. The list may only grow at its end.
 class KnownIds {
 public:
@@ -95,14 +104,14 @@ void CStdXcvr3::pushMembers() { Members::push(*this); }
 long CStdXcvr3::LoadFromFile(const char *name) {
   const kestrune::Reporting report(*this);
   CFilename file = CompanionName(name);
-  if (file.GetName().Compare("UserXcvr") == 0)
+  if (isUserFile(file))
     return CXMLFolder::LoadFromFile(name, nullptr);
-  if (const CFilename replacement = ReplacementFile("stdxcvr.xml", WithoutFolder::kNowhere); !replacement.IsEmpty()) {
+  if (const CFilename replacement = replacementFile(); !replacement.IsEmpty()) {
     file = replacement;
     name = file;
   }
   long result = CXMLFolder::LoadFromFile(name, nullptr);
-  const CFilename userFile = UserFile(file, "UserXcvr.xml");
+  const CFilename userFile = userFileOf(file);
   if (userFile.IsEmpty())
     return result;
   CStdXcvr3 user;
@@ -110,4 +119,17 @@ long CStdXcvr3::LoadFromFile(const char *name) {
   if (result >= 0)
     merge(Transceivers3, user.Transceivers3);
   return result;
+}
+
+std::vector<CString> kestrune::FilesOfTransceivers(const char *name) {
+  CFilename file = CompanionName(name);
+  if (isUserFile(file))
+    return {FullPath(name)};
+  const CFilename replacement = replacementFile();
+  if (!replacement.IsEmpty())
+    file = replacement;
+  std::vector<CString> files{FullPath(replacement.IsEmpty() ? CString(name) : replacement)};
+  if (const CFilename user = userFileOf(file); !user.IsEmpty())
+    files.push_back(FullPath(user));
+  return files;
 }

@@ -20,6 +20,14 @@ CFilename CompanionName(const char *name) {
   return result;
 }
 
+CFilename FullPath(const char *name) {
+  CFilename file;
+  file = kestrune::platform::ToDrivePath(name);
+  CFilename path;
+  file.GetAbsolute(path, nullptr);
+  return path;
+}
+
 CFilename ReplacementFile(const char *fileName, WithoutFolder without) {
   CString value;
   CMacroString("$PFDT$").Explode(value, 10);

@@ -10,6 +10,9 @@
 /// directory, so that its folder is known. Null counts as empty.
 CFilename CompanionName(const char *name);
 
+/// The full path that a load of `name` reads; empty if the name leads to nothing.
+CFilename FullPath(const char *name);
+
 /// Where to look for a replacement if $PFDT$ has no value.
 enum class WithoutFolder { kNowhere, kCurrentDirectory };
 

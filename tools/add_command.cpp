@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+void addAddCommand(CLI::App & /*app*/, Run & /*run*/) {}

@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+void addClockCommand(CLI::App & /*app*/, Run & /*run*/) {}

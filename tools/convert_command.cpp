@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+void addConvertCommand(CLI::App & /*app*/, Run & /*run*/) {}

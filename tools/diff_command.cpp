@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+void addDiffCommand(CLI::App & /*app*/, Run & /*run*/) {}

@@ -1,0 +1,167 @@
+#include "tools/files.h"
+
+#include "kestrune/platform/drives.h"
+#include "tools/messages.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace {
+
+/// NAME=VALUE as a macro that names may use.
+void defineMacro(const std::string &definition) {
+  const std::size_t sign = definition.find('=');
+  if (sign == 0 || sign == std::string::npos)
+    throw CLI::ValidationError("-D", "'" + definition + "' is not NAME=VALUE");
+  std::string name = definition.substr(0, sign);
+  if (name.front() != '$')
+    name = "$" + name + "$";
+  CMacroString().AddMacro(name.c_str(), definition.substr(sign + 1).c_str());
+}
+
+/// Loads all of it, as programs do.
+long loadWhole(CXMLTopLevelFolder &document, const CString &name) {
+  if (auto *const chipData = dynamic_cast<CVorlanTyp4 *>(&document))
+    return chipData->LoadFromFile(name);
+  if (auto *const transceivers = dynamic_cast<CStdXcvr3 *>(&document))
+    return transceivers->LoadFromFile(name);
+  return document.LoadFromFile(name, nullptr);
+}
+
+bool equalMembers(CXMLFolder &a, CXMLFolder &b) {
+  std::vector<std::pair<CXMLFolder *, CXMLFolder *>> open{{&a, &b}};
+  while (!open.empty()) {
+    const auto [x, y] = open.back();
+    open.pop_back();
+    const auto left = kestrune::MembersOf(*x);
+    const auto right = kestrune::MembersOf(*y);
+    for (std::size_t i = 0; i < std::min(left.size(), right.size()); ++i) {
+      if (left[i].folder == nullptr && left[i].value->Compare(*right[i].value) != 0)
+        return false;
+      if (left[i].folder != nullptr)
+        open.emplace_back(left[i].folder, right[i].folder);
+      if (left[i].collection == nullptr)
+        continue;
+      if (left[i].collection->Count() != right[i].collection->Count())
+        return false;
+      for (int item = 0; item < left[i].collection->Count(); ++item)
+        open.emplace_back((*left[i].collection)[item], (*right[i].collection)[item]);
+    }
+  }
+  return true;
+}
+
+} // namespace
+
+std::vector<CString> filesOf(const Kind &kind, const CString &name) {
+  if (kind.root == std::string_view("VorlanTyp"))
+    return kestrune::FilesOfChipData(name);
+  if (kind.root == std::string_view("StdXcvr"))
+    return kestrune::FilesOfTransceivers(name);
+  CFilename path;
+  CFilename(name).GetAbsolute(path, nullptr);
+  return {path};
+}
+
+std::shared_ptr<FileOptions> addFiles(CLI::App &command, FileUse use) {
+  auto options = std::make_shared<FileOptions>();
+  if (use == FileUse::kReadMany) {
+    command.add_option("FILE", options->files, "Files; - is the standard input, a folder stands for its data files")
+        ->required();
+  } else {
+    command
+        .add_option_function<std::string>(
+            "FILE", [options](const std::string &file) { options->files = {file}; }, "File; - is the standard input")
+        ->required();
+  }
+  command.add_option("--name", options->inputName, "What messages call the standard input")->type_name("NAME");
+  if (use != FileUse::kWrite)
+    command.add_flag("--as-installed", options->asInstalled,
+                     "Read what programs get: with a replacement, add-ons and the user's file");
+  command
+      .add_option_function<std::vector<std::string>>(
+          "-D",
+          [](const std::vector<std::string> &definitions) {
+            std::for_each(definitions.begin(), definitions.end(), defineMacro);
+          },
+          "Define a macro that names may use")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  return options;
+}
+
+Loaded::Loaded(const std::string &file, const FileOptions &options) {
+  const std::string inputName = file == "-" ? options.inputName : "";
+  const Kind *kind = kindOfMacro(file);
+  if (kind == nullptr && !options.asInstalled) {
+    m_parts.push_back(openDocument(file, inputName));
+    return;
+  }
+  CString name(file.c_str());
+  if (kind == nullptr) {
+    m_parts.push_back(openDocument(file, inputName));
+    kind = main().kind();
+    if (main().path().empty())
+      throw CouldNotWork(main().name() + ": the standard input has no folder with other files");
+    name = std::filesystem::absolute(main().path()).c_str();
+    m_parts.clear();
+  }
+  for (const CString &path : filesOf(*kind, name)) {
+    std::string hostPath;
+    if (path.IsEmpty() || !kestrune::platform::ToHostPath(path, hostPath))
+      throw CouldNotWork(file + ": there is no file behind this name: '" + std::string(path.View()) + "'");
+    try {
+      m_parts.push_back(openDocument(hostPath));
+    } catch (const CouldNotWork &reason) {
+      throw CouldNotWork(file == hostPath ? reason.what() : file + ": " + reason.what());
+    }
+  }
+  m_merged = kind->make(kind->newest());
+  loadWhole(*m_merged, name);
+}
+
+Loaded::Loaded(Loaded &&) noexcept = default;
+Loaded &Loaded::operator=(Loaded &&) noexcept = default;
+Loaded::~Loaded() = default;
+
+void Loaded::match(const Member &collection, std::vector<Item> *taken, std::vector<Item> *dropped) const {
+  CXMLCollectionFolder *merged = nullptr;
+  if (m_merged != nullptr) {
+    for (const kestrune::MemberView &member : kestrune::MembersOf(*m_merged)) {
+      if (member.collection != nullptr && member.value->GetTag().View() == collection.shape->tag)
+        merged = member.collection;
+    }
+  }
+  // What programs get is the items of the files in their order, but for those that were left out.
+  int next = 0;
+  for (const std::unique_ptr<Document> &part : m_parts) {
+    const Member list = part->member(part->root(), collection.shape->tag);
+    for (Record &item : part->items(part->root(), list)) {
+      const bool isTaken =
+          merged == nullptr ||
+          (next < merged->Count() && (part == m_parts.front() || equalMembers(*(*merged)[next], *item.folder)));
+      next += isTaken ? 1 : 0;
+      if (std::vector<Item> *const target = isTaken ? taken : dropped)
+        target->push_back({part.get(), std::move(item)});
+    }
+  }
+}
+
+std::vector<Loaded::Item> Loaded::items(const Member &collection) const {
+  std::vector<Item> items;
+  match(collection, &items, nullptr);
+  return items;
+}
+
+std::vector<Loaded::Item> Loaded::dropped(const Member &collection) const {
+  std::vector<Item> items;
+  match(collection, nullptr, &items);
+  return items;
+}
+
+std::string partNames(const Loaded &loaded) {
+  std::string names;
+  for (const std::unique_ptr<Document> &part : loaded.parts())
+    names += (names.empty() ? "" : ", ") + part->name();
+  return names;
+}

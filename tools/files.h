@@ -1,0 +1,62 @@
+#pragma once
+
+#include "tools/document.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+// The FILE arguments that commands share, and what they stand for.
+
+/// The files that a command was given, and how they are meant.
+struct FileOptions {
+  std::vector<std::string> files;
+  std::string inputName;    ///< What messages call the standard input.
+  bool asInstalled = false; ///< Whether a path too means what programs get.
+};
+
+/// Gives a command the argument FILE, or FILE..., and the options --name, --as-installed and -D. A command that writes
+/// files takes each for itself, and no option --as-installed.
+enum class FileUse { kRead, kReadMany, kWrite };
+std::shared_ptr<FileOptions> addFiles(CLI::App &command, FileUse use);
+
+/// The files that programs read when they load the file of that name, as full paths in drive form, in the order of
+/// reading. The first may not exist, and is empty if the name leads to nothing.
+std::vector<CString> filesOf(const Kind &kind, const CString &name);
+
+/// What a FILE stands for: that file and nothing else or, as installed, all files that take part when programs load it.
+class Loaded {
+public:
+  /// An item of a collection, with the file that it comes from.
+  struct Item {
+    const Document *document;
+    Record record;
+  };
+
+  /// Reads the file or files. Throws CouldNotWork if one of them cannot be loaded whole.
+  Loaded(const std::string &file, const FileOptions &options);
+  Loaded(Loaded &&) noexcept;
+  Loaded &operator=(Loaded &&) noexcept;
+  ~Loaded();
+
+  /// The first file: the one that was named or, as installed, the one that takes its place.
+  const Document &main() const { return *m_parts.front(); }
+  /// All files, in the order of reading.
+  const std::vector<std::unique_ptr<Document>> &parts() const { return m_parts; }
+  bool isAsInstalled() const { return m_merged != nullptr; }
+
+  /// The items of a collection of the first file, those that programs get from the other files behind them.
+  std::vector<Item> items(const Member &collection) const;
+  /// The items of other files that programs do not get.
+  std::vector<Item> dropped(const Member &collection) const;
+
+private:
+  void match(const Member &collection, std::vector<Item> *taken, std::vector<Item> *dropped) const;
+
+  std::vector<std::unique_ptr<Document>> m_parts;
+  std::unique_ptr<CXMLTopLevelFolder> m_merged; // what programs get
+};
+
+/// The names of the files that took part, for the first line of an answer: "A.xml, A-1.xml".
+std::string partNames(const Loaded &loaded);

@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+void addFormatCommand(CLI::App & /*app*/, Run & /*run*/) {}

@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+void addLinkedCommand(CLI::App & /*app*/, Run & /*run*/) {}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What commands print, in the three forms that they share.
+
+using Json = nlohmann::ordered_json;
+
+/// The form of a command's answer.
+struct Output {
+  enum class Form { kText, kJson, kTsv };
+  enum class Color { kAuto, kAlways, kNever };
+  Form form = Form::kText;
+  Color color = Color::kAuto;
+  bool quiet = false; ///< Nothing but the status.
+
+  bool isJson() const { return form == Form::kJson; }
+  bool isTsv() const { return form == Form::kTsv; }
+  bool isText() const { return form == Form::kText; }
+};
+
+/// Gives a command the options --json, --tsv and --quiet, as far as they make sense for it, and --color.
+struct OutputOptions {
+  bool json = true;
+  bool tsv = true;
+  bool quiet = true;
+};
+std::shared_ptr<Output> addOutput(CLI::App &command, OutputOptions which = {});
+
+/// A text in a colour, where colours are wanted: `auto` means on a terminal, unless NO_COLOR is set.
+enum class Ink { kPlain, kRed, kYellow, kGreen, kCyan, kBold };
+std::string inked(const Output &output, Ink ink, const std::string &text);
+
+/// Prints the one document that --json stands for.
+void printJson(const Json &document);
+
+/// A line of fields with tabs between them; a tab, line feed or backslash in a field is \t, \n or \\.
+void printTsv(const std::vector<std::string> &fields);
+
+/// A text from a file as JSON can carry it; bytes that are not UTF-8 become U+FFFD.
+Json jsonText(std::string_view text);

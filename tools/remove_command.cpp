@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+void addRemoveCommand(CLI::App & /*app*/, Run & /*run*/) {}

@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+void addResolveCommand(CLI::App & /*app*/, Run & /*run*/) {}

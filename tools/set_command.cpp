@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+void addSetCommand(CLI::App & /*app*/, Run & /*run*/) {}
