@@ -81,7 +81,7 @@ std::vector<FoundIn> walk(std::vector<FoundIn> found, const std::string &file, s
     found = std::move(next);
   }
   std::erase_if(found, [&](const FoundIn &one) {
-    return one.document != first && one.found.address().find('/') == std::string::npos;
+    return one.document != first && one.found.record.address.find('/') == std::string::npos;
   });
   return found;
 }

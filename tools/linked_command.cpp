@@ -269,8 +269,7 @@ private:
       printTsv({"Model", "Name", "Other", "OtherName", "Direction"});
     if (m_output.isText()) {
       printFiles();
-      std::cout << "model " << called(model) << (others.empty() ? " has no partners" : " is link compatible with")
-                << '\n';
+      std::cout << "model " << called(model) << (others.empty() ? " has no partners" : ", partners:") << '\n';
     }
     Table table({"Direction", "Model", "Name"});
     for (const int other : others) {

@@ -247,6 +247,7 @@ private:
     };
     if (m_isWhole)
       heading();
+    m_found = m_found || (m_options.only.empty() && m_options.columns.empty() && m_conditions.empty());
     for (const Member &section : main.members(main.root())) {
       if (!isWanted(*section.shape))
         continue;

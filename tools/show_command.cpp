@@ -111,8 +111,8 @@ private:
         files.push_back(jsonText(part->name()));
       Json records = Json::array();
       for (const Loaded::Item *const item : items) {
-        Json record = describe(*item->document, item->record, m_options.members.empty());
-        record.insert(record.begin(), {"file", jsonText(item->document->name())});
+        Json record{{"file", jsonText(item->document->name())}};
+        record.update(describe(*item->document, item->record, m_options.members.empty()));
         records.push_back(std::move(record));
       }
       printJson({{"files", std::move(files)}, {"records", std::move(records)}});

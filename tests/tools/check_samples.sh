@@ -23,6 +23,6 @@ for file in sample-*.xml; do
   # A misspelt member would be passed over, and its text be missing.
   grep -oP '(?<!")\b\w+="[^"]*"|<\w+>[^<]+(?=</)' <(sed '/<Contents/,/<\/Contents>/d; /^<?xml/d' "$file") | tr -d '<"' |
     while IFS='=>' read -r tag text; do
-      grep -qE "^ *$tag:? +$text$" seen || fail "$file: $tag is not read as '$text'"
+      grep -qE "(^| )$tag +$text(  = .*)?$" seen || fail "$file: $tag is not read as '$text'"
     done
 done
