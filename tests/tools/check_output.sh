@@ -13,7 +13,7 @@ check() { # COMMAND ARGUMENT...
   section=$(awk -v command="## $1" '/^## / { on = $0 == command } on' "$page")
   keys=$("$tool" "$@" --json | grep -oP '^ *"\K[a-z]+(?=":)' | sort -u)
   [ -n "$keys" ] || { echo "check_output: $* prints no keys" >&2; status=1; }
-  case $1 in list | show | clock | linked) keys+=" $("$tool" "$@" --tsv | head -1)" ;; esac
+  case $1 in list | show | clock | linked) keys+=" $("$tool" "$@" --tsv | sed -n 1p)" ;; esac
   for key in $keys; do
     [[ $section == *"\`$key\`"* || $key == Number || $key == Name ]] ||
       { echo "check_output: $1: \`$key\` is not in $page" >&2; status=1; }

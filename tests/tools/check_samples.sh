@@ -14,7 +14,7 @@ awk '/^```xml$/ { file = "sample-" ++number ".xml"; next } /^```$/ { file = "" }
 for root in VorlanTyp StdXcvr SPIDData KestruneUI; do
   grep -lq "^<$root>" sample-*.xml || fail "there is no sample of a $root file"
 done
-"$tool" check sample-*.xml
+"$tool" check --level error --fail-on error sample-*.xml
 for file in sample-*.xml; do
   "$tool" list "$file" >seen
   while IFS= read -r name; do
