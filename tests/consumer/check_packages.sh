@@ -51,6 +51,7 @@ diff - control/kestrune-data/files <<END || fail "wrong files in the program's p
 usr/bin/kestrune-data
 $doc/kestrune-data/changelog.gz
 $doc/kestrune-data/copyright
+usr/share/bash-completion/completions/kestrune-data
 usr/share/man/man1/kestrune-data.1.gz
 END
 diff -r "$project/examples" "root/$doc/libkestrunexml-4-dev/examples" || fail "other examples"
