@@ -6,14 +6,11 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <functional>
 
 namespace {
 
 char lower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
-
-bool equal(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
-}
 
 /// The names by which an item can be asked for.
 std::vector<std::string> namesOf(const Document &document, const std::vector<Record> &items) {
@@ -33,7 +30,7 @@ std::vector<Record> chosen(const Document &document, const std::vector<Record> &
     return found;
   }
   for (const Record &item : items) {
-    if (equal(item.folder->Key().View(), step) || equal(nameOf(document, item), step))
+    if (sameText(item.folder->Key().View(), step) || sameText(nameOf(document, item), step))
       found.push_back(item);
   }
   if (found.empty() && numberOf(step)) {
@@ -48,6 +45,45 @@ std::vector<std::string> tagsOf(const RecordShape &shape) {
   for (const MemberShape &member : shape.members)
     tags.push_back(member.tag);
   return tags;
+}
+
+using ItemsOf = std::function<std::vector<Record>(const Document &, const Found &)>;
+
+/// Follows an address from the roots of files; of all but the first, only what is in their items counts.
+std::vector<FoundIn> walk(std::vector<FoundIn> found, const std::string &file, std::string_view address,
+                          const ItemsOf &itemsOf) {
+  const Document *const first = found.front().document;
+  std::string road = file;
+  for (const std::string &step : stepsOf(address)) {
+    std::vector<FoundIn> next;
+    std::vector<std::string> candidates;
+    for (const auto &[document, place] : found) {
+      if (place.isMember() && place.member.collection != nullptr) {
+        const std::vector<Record> items = itemsOf(*document, place);
+        for (Record &item : chosen(*document, items, step))
+          next.push_back({document, {std::move(item), {}}});
+        const std::vector<std::string> names = namesOf(*document, items);
+        candidates.insert(candidates.end(), names.begin(), names.end());
+      } else if (!place.isMember() || place.member.folder != nullptr) {
+        const Record record = place.isMember() ? document->folderOf(place.record, place.member) : place.record;
+        for (const std::string &tag : tagsOf(*record.shape)) {
+          const Member member = sameText(tag, step) ? document->member(record, tag) : Member();
+          if (member.shape != nullptr)
+            next.push_back({document, {record, member}});
+          if (document == first || !record.address.empty())
+            candidates.push_back(tag);
+        }
+      }
+    }
+    if (next.empty())
+      throw NotFound(notFound(road, step, candidates));
+    road += (road == file ? ": " : "/") + addressStep(step);
+    found = std::move(next);
+  }
+  std::erase_if(found, [&](const FoundIn &one) {
+    return one.document != first && one.found.record.address.find('/') == std::string::npos;
+  });
+  return found;
 }
 
 } // namespace
@@ -74,35 +110,30 @@ std::vector<std::string> stepsOf(std::string_view address) {
 }
 
 std::vector<Found> find(const Document &document, std::string_view address) {
-  std::vector<Found> found{{document.root(), {}}};
-  std::string road = document.name();
-  for (const std::string &step : stepsOf(address)) {
-    std::vector<Found> next;
-    std::vector<std::string> candidates;
-    for (const Found &place : found) {
-      if (place.isMember() && place.member.collection != nullptr) {
-        const std::vector<Record> items = document.items(place.record, place.member);
-        for (Record &item : chosen(document, items, step))
-          next.push_back({std::move(item), {}});
-        const std::vector<std::string> names = namesOf(document, items);
-        candidates.insert(candidates.end(), names.begin(), names.end());
-      } else if (!place.isMember() || place.member.folder != nullptr) {
-        const Record record = place.isMember() ? document.folderOf(place.record, place.member) : place.record;
-        const std::vector<std::string> tags = tagsOf(*record.shape);
-        for (const std::string &tag : tags) {
-          const Member member = equal(tag, step) ? document.member(record, tag) : Member();
-          if (member.shape != nullptr)
-            next.push_back({record, member});
-        }
-        candidates.insert(candidates.end(), tags.begin(), tags.end());
-      }
-    }
-    if (next.empty())
-      throw NotFound(notFound(road, step, candidates));
-    road += (road == document.name() ? ": " : "/") + addressStep(step);
-    found = std::move(next);
-  }
+  const std::vector<FoundIn> all =
+      walk({{&document, {document.root(), {}}}}, document.name(), address,
+           [](const Document &place, const Found &at) { return place.items(at.record, at.member); });
+  std::vector<Found> found;
+  for (const FoundIn &one : all)
+    found.push_back(one.found);
   return found;
+}
+
+std::vector<FoundIn> find(const Loaded &loaded, const std::string &file, std::string_view address) {
+  std::vector<FoundIn> roots;
+  for (const std::unique_ptr<Document> &part : loaded.parts())
+    roots.push_back({part.get(), {part->root(), {}}});
+  return walk(std::move(roots), loaded.isAsInstalled() ? file : loaded.main().name(), address,
+              [&loaded](const Document &document, const Found &at) {
+                if (&document == &loaded.main() || !at.record.address.empty())
+                  return document.items(at.record, at.member);
+                std::vector<Record> items;
+                for (Loaded::Item &item : loaded.items(at.member)) {
+                  if (item.document == &document)
+                    items.push_back(std::move(item.record));
+                }
+                return items;
+              });
 }
 
 std::optional<long long> numberOf(std::string_view text) {
@@ -124,6 +155,33 @@ std::optional<Member> numberMember(const Document &document, const Record &recor
   return std::nullopt;
 }
 
+std::vector<const MemberShape *> roadTo(const RecordShape &shape, std::string_view name) {
+  const std::size_t slash = name.find('/');
+  const std::string_view head = name.substr(0, slash);
+  for (const MemberShape &member : shape.members) {
+    if (!sameText(member.tag, head))
+      continue;
+    if (slash == std::string_view::npos)
+      return {&member};
+    if (member.folder == nullptr || member.isCollection())
+      return {};
+    std::vector<const MemberShape *> road = roadTo(*member.folder, name.substr(slash + 1));
+    if (!road.empty())
+      road.insert(road.begin(), &member);
+    return road;
+  }
+  for (const MemberShape &member : shape.members) {
+    if (member.folder == nullptr || member.isCollection())
+      continue;
+    std::vector<const MemberShape *> road = roadTo(*member.folder, name);
+    if (road.empty())
+      continue;
+    road.insert(road.begin(), &member);
+    return road;
+  }
+  return {};
+}
+
 bool isCalled(const Document &document, const Record &record, std::string_view wanted) {
   const CString key = record.folder->Key();
   if (matches(key.View(), wanted) || matches(nameOf(document, record), wanted))
@@ -133,6 +191,10 @@ bool isCalled(const Document &document, const Record &record, std::string_view w
   if (member && matches(member->text(), wanted))
     return true;
   return number && ((member && numberOf(member->text()) == number) || numberOf(key.View()) == number);
+}
+
+bool sameText(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
 }
 
 bool matches(std::string_view text, std::string_view pattern) {

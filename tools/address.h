@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/document.h"
+#include "tools/files.h"
 
 #include <optional>
 #include <string>
@@ -28,6 +28,16 @@ std::vector<std::string> stepsOf(std::string_view address);
 /// leads to nothing.
 std::vector<Found> find(const Document &document, std::string_view address);
 
+/// What an address leads to in one of several files.
+struct FoundIn {
+  const Document *document;
+  Found found;
+};
+
+/// All that an address leads to in what programs get: in the first file, and in the items of others that they get with
+/// it. Throws NotFound, with the name of the FILE, where it leads to nothing.
+std::vector<FoundIn> find(const Loaded &loaded, const std::string &file, std::string_view address);
+
 /// "FILE has no 'NAME'; there are: ...".
 struct NotFound : std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -39,8 +49,15 @@ std::optional<long long> numberOf(std::string_view text);
 /// The number that a record is known by: its ModelNum, std_id or Number; null without one.
 std::optional<Member> numberMember(const Document &document, const Record &record);
 
+/// The member of a shape that a name means, in any case: a tag, the road to a member of a folder in it such as
+/// Channel/comm_rate, or the tag of such a member alone. The shapes on the way, the member last; empty without one.
+std::vector<const MemberShape *> roadTo(const RecordShape &shape, std::string_view name);
+
 /// Whether `wanted` is the key, the name or the number of a record, in any case. `*` and `?` match in key and name.
 bool isCalled(const Document &document, const Record &record, std::string_view wanted);
+
+/// Whether two texts differ at most in the case of ASCII letters.
+bool sameText(std::string_view a, std::string_view b);
 
 /// Whether `text` is like `pattern`, in which `*` stands for any characters and `?` for one; in any case.
 bool matches(std::string_view text, std::string_view pattern);

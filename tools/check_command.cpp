@@ -368,8 +368,12 @@ void addCheckCommand(CLI::App &app, Run &run) {
   command->add_option("--max", options->most, "Print so many of each number, and count the rest")->type_name("N");
   command->add_option("--only", options->only, "Look for these alone, such as KD3,KD408")
       ->delimiter(',')
+      ->allow_extra_args(false)
       ->type_name("KD");
-  command->add_option("--ignore", options->ignore, "Do not look for these")->delimiter(',')->type_name("KD");
+  command->add_option("--ignore", options->ignore, "Do not look for these")
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->type_name("KD");
   command->add_option("--explain", options->explain, "Explain a finding")->type_name("KD");
   command->add_flag("--list", options->list, "List all findings");
   command->add_flag("--page", options->page)->group(""); // makes docs/findings.md

@@ -178,8 +178,12 @@ void Document::forEachRecord(const std::function<void(const Record &)> &visit) c
 }
 
 void Document::forEachMember(const std::function<void(const Record &, const Member &)> &visit) const {
-  if (m_folder == nullptr)
-    return;
+  if (m_folder != nullptr)
+    forEachMember(root(), visit);
+}
+
+void Document::forEachMember(const Record &top,
+                             const std::function<void(const Record &, const Member &)> &visit) const {
   struct Open {
     Record record;
     std::vector<Member> members;
@@ -190,12 +194,12 @@ void Document::forEachMember(const std::function<void(const Record &, const Memb
     std::vector<Member> itsMembers = members(record);
     open.push_back({std::move(record), std::move(itsMembers)});
   };
-  enter(root());
+  enter(top);
   // The items of collections that are still to be entered, the next one last; null stands for the end of a collection.
   std::vector<Record> waiting;
   while (!open.empty()) {
-    Open &top = open.back();
-    if (top.next == top.members.size()) {
+    Open &last = open.back();
+    if (last.next == last.members.size()) {
       open.pop_back();
       if (!waiting.empty()) {
         Record item = std::move(waiting.back());
@@ -205,10 +209,10 @@ void Document::forEachMember(const std::function<void(const Record &, const Memb
       }
       continue;
     }
-    const Member member = top.members[top.next++];
-    visit(top.record, member);
+    const Member member = last.members[last.next++];
+    visit(last.record, member);
     if (member.collection != nullptr) {
-      std::vector<Record> inside = items(top.record, member);
+      std::vector<Record> inside = items(last.record, member);
       if (inside.empty())
         continue;
       waiting.emplace_back();
@@ -218,9 +222,15 @@ void Document::forEachMember(const std::function<void(const Record &, const Memb
       enter(std::move(first));
     } else if (member.folder != nullptr) {
       waiting.emplace_back(); // as of a collection with one item
-      enter(folderOf(top.record, member));
+      enter(folderOf(last.record, member));
     }
   }
+}
+
+Position Document::place(const Member &member) const {
+  if (member.shape->isAttribute())
+    return m_outline.attributeValuePlace(member.element, member.shape->tag);
+  return member.folder != nullptr ? m_outline.place(member.element) : m_outline.textPlace(member.element);
 }
 
 int Document::versionNeeded() const {

@@ -83,6 +83,11 @@ public:
   /// Calls `visit` with each member of the root and of each record inside it, in the order of a saved file: what is in a
   /// folder or collection follows it.
   void forEachMember(const std::function<void(const Record &, const Member &)> &visit) const;
+  /// The same, from a record on.
+  void forEachMember(const Record &top, const std::function<void(const Record &, const Member &)> &visit) const;
+
+  /// Where the text of a member stands, and a folder its element. Only for what is in the file.
+  Position place(const Member &member) const;
 
   /// The format version that the content of the file needs: the highest one of any member that stands in it.
   int versionNeeded() const;

@@ -1,6 +1,5 @@
 #include "tools/address.h"
 #include "tools/commands.h"
-#include "tools/files.h"
 #include "tools/messages.h"
 #include "tools/output.h"
 
@@ -26,27 +25,39 @@ std::string onOneLine(std::string_view text) {
   return line;
 }
 
-void print(const Document &document, const std::string &before) {
-  document.forEachMember([&](const Record &record, const Member &member) {
+void print(const Document &document, const Record &top, const std::string &before) {
+  document.forEachMember(top, [&](const Record &record, const Member &member) {
     if (member.folder == nullptr)
-      std::cout << before << Found{record, member}.address() << " = " << onOneLine(member.text()) << '\n';
+      std::cout << before << onOneLine(Found{record, member}.address()) << " = " << onOneLine(member.text()) << '\n';
   });
 }
 
-int dump(const FileOptions &options) {
-  const std::vector<std::string> files = withoutFolders(options.files);
-  int status = kYes;
-  for (const std::string &file : files) {
-    try {
-      const Loaded loaded(file, options);
-      for (const std::unique_ptr<Document> &part : loaded.parts())
-        print(*part, files.size() > 1 || loaded.parts().size() > 1 ? part->name() + ":" : "");
-    } catch (const CouldNotWork &reason) {
-      complain(reason.what());
-      status = kCouldNotWork;
+/// The first file and, as installed, the items of others that programs get with it, each line after its file's name.
+void print(const Loaded &loaded, bool isOnlyFile) {
+  const auto before = [&](const Document &document) {
+    return isOnlyFile && !loaded.isAsInstalled() ? "" : onOneLine(document.name()) + ":";
+  };
+  const Document &main = loaded.main();
+  print(main, main.root(), before(main));
+  if (!loaded.isAsInstalled())
+    return;
+  for (const Member &member : main.members(main.root())) {
+    if (member.collection == nullptr)
+      continue;
+    for (const Loaded::Item &item : loaded.items(member)) {
+      if (item.document != &main)
+        print(*item.document, item.record, before(*item.document));
     }
   }
-  return status;
+}
+
+int dump(const FileOptions &options, const Output &output) {
+  return forEachFile(options, [&](const std::string &file, bool isOnly) {
+    const Loaded loaded(file, options);
+    if (!output.quiet)
+      print(loaded, isOnly);
+    return kYes;
+  });
 }
 
 } // namespace
@@ -55,6 +66,8 @@ void addDumpCommand(CLI::App &app, Run &run) {
   CLI::App *const command =
       app.add_subcommand("dump", "Print every member as a line, ADDRESS = TEXT, in the order of the file");
   const auto files = addFiles(*command, FileUse::kReadMany);
-  addExamples(*command, {"kestrune-data dump Vorlan.xml | grep ROMend", "git config diff.kestrune.textconv 'kestrune-data dump'"});
-  command->callback([&run, files] { run = [files] { return dump(*files); }; });
+  const auto output = addOutput(*command, {.json = false, .tsv = false});
+  addExamples(*command, {"kestrune-data dump Vorlan.xml | grep ROMend",
+                         "git config diff.kestrune.textconv 'kestrune-data dump'"});
+  command->callback([&run, files, output] { run = [files, output] { return dump(*files, *output); }; });
 }

@@ -2,14 +2,16 @@
 
 #include "kestrune/platform/drives.h"
 #include "tools/messages.h"
+#include "tools/table.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <iostream>
 
 namespace {
 
-/// NAME=VALUE as a macro that names may use.
-void defineMacro(const std::string &definition) {
+/// Makes NAME=VALUE a macro that names may use, and returns its name.
+std::string defineMacro(const std::string &definition) {
   const std::size_t sign = definition.find('=');
   if (sign == 0 || sign == std::string::npos)
     throw CLI::ValidationError("-D", "'" + definition + "' is not NAME=VALUE");
@@ -17,6 +19,7 @@ void defineMacro(const std::string &definition) {
   if (name.front() != '$')
     name = "$" + name + "$";
   CMacroString().AddMacro(name.c_str(), definition.substr(sign + 1).c_str());
+  return name;
 }
 
 /// Loads all of it, as programs do.
@@ -63,6 +66,20 @@ std::vector<CString> filesOf(const Kind &kind, const CString &name) {
   return {path};
 }
 
+std::shared_ptr<std::vector<std::string>> addMacros(CLI::App &command) {
+  auto names = std::make_shared<std::vector<std::string>>();
+  command
+      .add_option_function<std::vector<std::string>>(
+          "-D",
+          [names](const std::vector<std::string> &definitions) {
+            std::transform(definitions.begin(), definitions.end(), std::back_inserter(*names), defineMacro);
+          },
+          "Define a macro that names may use")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  return names;
+}
+
 std::shared_ptr<FileOptions> addFiles(CLI::App &command, FileUse use) {
   auto options = std::make_shared<FileOptions>();
   if (use == FileUse::kReadMany) {
@@ -78,15 +95,7 @@ std::shared_ptr<FileOptions> addFiles(CLI::App &command, FileUse use) {
   if (use != FileUse::kWrite)
     command.add_flag("--as-installed", options->asInstalled,
                      "Read what programs get: with a replacement, add-ons and the user's file");
-  command
-      .add_option_function<std::vector<std::string>>(
-          "-D",
-          [](const std::vector<std::string> &definitions) {
-            std::for_each(definitions.begin(), definitions.end(), defineMacro);
-          },
-          "Define a macro that names may use")
-      ->type_name("NAME=VALUE")
-      ->allow_extra_args(false);
+  addMacros(command);
   return options;
 }
 
@@ -159,9 +168,37 @@ std::vector<Loaded::Item> Loaded::dropped(const Member &collection) const {
   return items;
 }
 
+int forEachFile(const FileOptions &options, const std::function<int(const std::string &file, bool isOnly)> &work) {
+  int status = kYes;
+  const auto guarded = [&status](const auto &step) {
+    try {
+      step();
+    } catch (const CouldNotWork &reason) {
+      complain(reason.what());
+      status = kCouldNotWork;
+    }
+  };
+  std::vector<std::string> files;
+  for (const std::string &named : options.files) {
+    guarded([&] {
+      const std::vector<std::string> some = withoutFolders({named});
+      files.insert(files.end(), some.begin(), some.end());
+    });
+  }
+  for (const std::string &file : files) {
+    guarded([&] { status = std::max(status, work(file, files.size() == 1)); });
+    std::cout.flush();
+  }
+  return status;
+}
+
 std::string partNames(const Loaded &loaded) {
   std::string names;
   for (const std::unique_ptr<Document> &part : loaded.parts())
     names += (names.empty() ? "" : ", ") + part->name();
   return names;
+}
+
+std::string filesLine(const Loaded &loaded) {
+  return loaded.isAsInstalled() ? "Files: " + shown(partNames(loaded)) + "\n" : "";
 }

@@ -3,6 +3,7 @@
 #include "tools/document.h"
 
 #include <CLI/CLI.hpp>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,6 +16,9 @@ struct FileOptions {
   std::string inputName;    ///< What messages call the standard input.
   bool asInstalled = false; ///< Whether a path too means what programs get.
 };
+
+/// Gives a command the option -D, and tells which macros it defined: their names, with both `$`.
+std::shared_ptr<std::vector<std::string>> addMacros(CLI::App &command);
 
 /// Gives a command the argument FILE, or FILE..., and the options --name, --as-installed and -D. A command that writes
 /// files takes each for itself, and no option --as-installed.
@@ -58,5 +62,13 @@ private:
   std::unique_ptr<CXMLTopLevelFolder> m_merged; // what programs get
 };
 
-/// The names of the files that took part, for the first line of an answer: "A.xml, A-1.xml".
+/// Lets a command work on each FILE in turn, and on the data files of each that is a folder. Reports those that cannot be
+/// worked on and goes on. The answer to one is out before the next is read: that may be a pipe on which nothing arrives
+/// yet. `work` is told whether there is only one file, and returns a status; the highest is returned.
+int forEachFile(const FileOptions &options, const std::function<int(const std::string &file, bool isOnly)> &work);
+
+/// The names of the files that took part: "A.xml, A-1.xml".
 std::string partNames(const Loaded &loaded);
+
+/// The first line of an answer about what programs get, "Files: A.xml, A-1.xml" with its end; else nothing.
+std::string filesLine(const Loaded &loaded);

@@ -230,9 +230,10 @@ std::string explanation(const Finding &finding) {
 }
 
 std::string findingsPage() {
-  std::string page = "# Findings of `kestrune-data check`\n\n"
-                     "Made by `scripts/findings-page` from the texts that `check --list` and `check --explain` print. "
-                     "Numbers never move and are\nnever used again.\n";
+  std::string page =
+      "# Findings of `kestrune-data check`\n\n"
+      "Made with `kestrune-data check --page` from the texts that `--list` and `--explain` print. Numbers "
+      "never move and are never\nused again.\n";
   for (const Finding &finding : allFindings()) {
     page += "\n## " + findingName(finding.number) + " (" + levelName(finding.level) + ")\n\n" + finding.title + "\n\n";
     page += std::string("- **The library:** ") + finding.library + "\n- **The result:** " + finding.result +

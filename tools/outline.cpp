@@ -320,7 +320,11 @@ Outline::Index Outline::first(Index element, std::string_view name) const {
 
 // Walks over the tag as the parser has found it to be well-formed.
 Outline::Offsets Outline::attributeOffsets(Index element, std::string_view wanted, std::size_t *tagEnd) const {
-  std::size_t at = m_text.find_first_of(" \t\r\n/>", m_elements[element].offset);
+  const std::size_t tag = m_elements[element].offset;
+  const std::size_t begin = m_text.find_first_of(" \t\r\n/>", tag);
+  // Attributes are mostly asked for in their order, and there may be very many.
+  const bool goesOn = tagEnd == nullptr && m_lastAttribute.name == element && m_lastAttribute.value > begin;
+  std::size_t at = goesOn ? m_lastAttribute.value : begin;
   while (at != std::string_view::npos) {
     at = m_text.find_first_not_of(" \t\r\n/", at);
     if (at == std::string_view::npos || m_text[at] == '>')
@@ -329,14 +333,19 @@ Outline::Offsets Outline::attributeOffsets(Index element, std::string_view wante
     const std::size_t quote = m_text.find_first_of("'\"", nameEnd);
     if (quote == std::string_view::npos)
       break;
-    if (m_text.substr(at, nameEnd - at) == wanted)
+    if (tagEnd == nullptr && m_text.substr(at, nameEnd - at) == wanted) {
+      m_lastAttribute = {element, at};
       return {at, quote + 1};
+    }
     at = m_text.find(m_text[quote], quote + 1);
     at = at == std::string_view::npos ? at : at + 1;
   }
   if (tagEnd != nullptr)
     *tagEnd = at == std::string_view::npos ? m_elements[element].offset : at + 1;
-  const std::size_t tag = m_elements[element].offset;
+  if (goesOn) {
+    m_lastAttribute = {};
+    return attributeOffsets(element, wanted, tagEnd);
+  }
   return {tag, tag};
 }
 

@@ -133,6 +133,7 @@ private:
   std::unordered_map<std::string, std::uint32_t> m_numbers; // of names
   std::vector<std::vector<Index>> m_byName;
   std::vector<std::size_t> m_lines; // the offset of each line
+  mutable Offsets m_lastAttribute;  // the element, and where the attribute begins that was found last in it
   mutable struct {
     std::size_t offset = 0;
     std::size_t line = 1;

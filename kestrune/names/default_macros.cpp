@@ -1,3 +1,4 @@
+#include "kestrune/names/default_macros.h"
 #include "kestrune/names/filename.h"
 #include "kestrune/names/macro_string.h"
 #include "kestrune/platform/drives.h"
@@ -40,6 +41,14 @@ bool ReadSetting(HKEY root, const char *subKey, const char *name, CString &text)
   return found;
 }
 
+bool ReadKestruneFolder(CString &text) {
+  return ReadSetting(HKEY_LOCAL_MACHINE, "SOFTWARE\\Kestrune", "Kestrune Path", text);
+}
+
+bool ReadHardwareFolder(CString &text) {
+  return ReadSetting(HKEY_CURRENT_USER, "Software\\Kestrune\\Plinthforge\\Folders", "userHwFolder", text);
+}
+
 /// Set once the table was seen filled while holding the lock. From then on names look at the table without the lock.
 constinit std::atomic<bool> wasFilled{false};
 constinit std::mutex fillLock;
@@ -59,7 +68,7 @@ public:
 
 CString CMacroString::GetKestruneFolder() const {
   CString folder = "C:\\Kestrune";
-  ReadSetting(HKEY_LOCAL_MACHINE, "SOFTWARE\\Kestrune", "Kestrune Path", folder);
+  ReadKestruneFolder(folder);
   return kestrune::platform::ToDrivePath(folder);
 }
 
@@ -87,7 +96,7 @@ void CMacroString::SetupDefaultMacros() {
     CFilename hardwareFolder = CFilename(GetKestruneFolder()).GetRoot();
     hardwareFolder += "\\tk\\Source\\Templates\\Hardware";
     CString setting;
-    if (ReadSetting(HKEY_CURRENT_USER, "Software\\Kestrune\\Plinthforge\\Folders", "userHwFolder", setting))
+    if (ReadHardwareFolder(setting))
       hardwareFolder = setting;
     add("$USERHWTFOLDER$", hardwareFolder);
   }
@@ -99,4 +108,11 @@ void CMacroString::SetupDefaultMacros() {
   }
   for (int i = 0; i < defaults.GetCount(); ++i)
     AddMacro(defaults[i].name, defaults[i].value);
+}
+
+bool kestrune::IsSetInRegistry(const char *macro) {
+  const CString name(macro);
+  CString setting;
+  return (name.CompareNoCase("$Kestrune$") == 0 && ReadKestruneFolder(setting)) ||
+         (name.CompareNoCase("$USERHWTFOLDER$") == 0 && ReadHardwareFolder(setting));
 }

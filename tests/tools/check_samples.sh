@@ -14,7 +14,8 @@ awk '/^```xml$/ { file = "sample-" ++number ".xml"; next } /^```$/ { file = "" }
 for root in VorlanTyp StdXcvr SPIDData KestruneUI; do
   grep -lq "^<$root>" sample-*.xml || fail "there is no sample of a $root file"
 done
-"$tool" check sample-*.xml
+# They are short: members are left out, and models that the link table names.
+"$tool" check --fail-on error --level error --ignore KD402 sample-*.xml
 for file in sample-*.xml; do
   "$tool" list "$file" >seen
   while IFS= read -r name; do
@@ -23,6 +24,6 @@ for file in sample-*.xml; do
   # A misspelt member would be passed over, and its text be missing.
   grep -oP '(?<!")\b\w+="[^"]*"|<\w+>[^<]+(?=</)' <(sed '/<Contents/,/<\/Contents>/d; /^<?xml/d' "$file") | tr -d '<"' |
     while IFS='=>' read -r tag text; do
-      grep -qE "^ *$tag:? +$text$" seen || fail "$file: $tag is not read as '$text'"
+      grep -qE "(^| )$tag +$text(  = .*)?$" seen || fail "$file: $tag is not read as '$text'"
     done
 done

@@ -37,7 +37,7 @@ void judgeRoot(const CheckedFile &file, Hits &hits) {
     known.emplace_back(kind.root);
   std::string message = "no kind of file has the root element " + inQuotes(root);
   const std::vector<std::string> near = nearTo(root, known, 1);
-  if (!near.empty()) {
+  if (!near.empty() && root.size() > 2) {
     message += "; did you mean '" + near.front() + "'?";
   } else {
     for (const std::string &name : known)

@@ -21,6 +21,14 @@ void Hits::add(Hit hit) {
     m_hits.push_back(std::move(hit));
 }
 
+bool Hits::onlyCounts(int number) {
+  const auto count = m_counts.find(number);
+  if (count == m_counts.end() || count->second < kMost)
+    return false;
+  ++count->second;
+  return true;
+}
+
 const std::vector<Hit> &Hits::sorted() {
   std::stable_sort(m_hits.begin(), m_hits.end(), [](const Hit &a, const Hit &b) { return a.offset < b.offset; });
   for (Hit &hit : m_hits) {

@@ -50,6 +50,8 @@ public:
   void add(int number, std::size_t offset, std::string message, CheckedFile::Index record = CheckedFile::kNone) {
     add(Hit{number, offset, {}, std::move(message), record, {}});
   }
+  /// Whether no more of a number are kept; then it has been counted.
+  bool onlyCounts(int number);
   void setKnown(IsKnown isKnown) { m_isKnown = std::move(isKnown); }
 
   /// All that were kept, in the order of the file.

@@ -23,8 +23,10 @@ class LinkTable {
 public:
   explicit LinkTable(Checked &checked) : m_file(*checked.file), m_hits(*checked.hits) {
     for (const Index row : m_file.recordsOf("LinkCompatibleModel")) {
-      if (m_file.record(row).isLost)
+      if (m_file.record(row).isLost) {
+        ++m_lost;
         continue;
+      }
       const std::optional<long long> name =
           add(row, "Name",
               {m_file.text(m_file.record(row), "Name").value_or(""), m_file.textOffset(m_file.record(row), "Name")});
@@ -59,7 +61,8 @@ public:
     for (const auto &[link, number] : m_links) {
       const auto &[from, to] = link;
       const Mention &mention = m_mentions[number];
-      if (from == to || unknown.count(from) > 0 || unknown.count(to) > 0 || m_links.count({to, from}) > 0)
+      const bool mayBeLost = m_lost > 0 && m_rows.count(to) == 0;
+      if (mayBeLost || from == to || unknown.count(from) > 0 || unknown.count(to) > 0 || m_links.count({to, from}) > 0)
         continue;
       m_hits.add(404, mention.entry.offset,
                  std::to_string(from) + " is linked with " + std::to_string(to) + ", but " + std::to_string(to) +
@@ -88,6 +91,7 @@ private:
   std::vector<Mention> m_mentions;
   std::map<std::pair<long long, long long>, std::size_t> m_links; // with the number of the mention
   std::set<long long> m_rows;
+  std::size_t m_lost = 0; // rows that have been told as such
 };
 
 } // namespace

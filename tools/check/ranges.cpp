@@ -155,7 +155,7 @@ void judgeRanges(const CheckedFile &file, Hits &hits) {
       {"VorlanModel", judgeModel}, {"Channel", judgeChannel}, {"Clock", judgeClock}};
   for (Index number = 0; number < file.records().size(); ++number) {
     const auto judge = kJudges.find(file.record(number).shape->tag);
-    if (judge != kJudges.end())
+    if (judge != kJudges.end() && !file.record(number).isLost)
       judge->second({file, hits, number, file.record(number)});
   }
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
 // 201 to 212: what stands where, and what does not.
 
@@ -61,6 +62,7 @@ private:
   const Outline &m_outline;
   Hits &m_hits;
   std::size_t m_guesses = 0;
+  std::unordered_set<Index> m_nested; // items inside items, whose members are mixed up with those of the outer one
 };
 
 void Structure::judgeItems(Index first) {
@@ -79,6 +81,7 @@ void Structure::judgeItems(Index first) {
     const Record &item = m_file.record(number);
     const std::size_t offset = m_outline.offset(item.element);
     if (item.element < outerEnd) {
+      m_nested.insert(number);
       m_hits.add(205, offset,
                  inQuotes(shape.tag) + " stands inside another one, which begins in " +
                      lineOf(m_outline.offset(m_file.record(outer).element)) + "; both are read as items",
@@ -130,7 +133,9 @@ const MemberShape *Structure::meant(const RecordShape &shape, std::string_view n
   for (const MemberShape &member : shape.members)
     tags.push_back(member.tag);
   const std::vector<std::string> near = nearTo(name, tags, 1);
-  if (near.empty())
+  // One that only holds the word somewhere is another one.
+  const std::size_t most = std::max<std::size_t>(2, name.size() / 2);
+  if (near.empty() || name.size() < 3 || near.front().size() > name.size() + most)
     return nullptr;
   const MemberShape *const member = shape.member(near.front());
   hint = "; did you mean " +
@@ -207,18 +212,23 @@ void Structure::judgeChildren(Index number, std::vector<bool> &excused) {
   const Record &record = m_file.record(number);
   std::vector<const MemberShape *> standing;
   bool hasInner = false; // whether a record stands before the member
+  bool hasItem = false;
   for (Index child = record.element + 1; child < m_outline.end(record.element); child = m_outline.end(child)) {
     const MemberShape *const member = record.shape->member(m_outline.name(child));
     if (member == nullptr || member->isAttribute()) {
-      if (!m_file.isRecord(child)) // an item inside an item is told as that
+      if (m_file.isRecord(child)) // an item inside an item is told as that
+        hasItem = true;
+      else
         unknownElement(number, child, *record.shape, &excused);
       continue;
     }
     const Index first = m_file.slot(record, *member);
     if (first != child) {
-      m_hits.add(209, m_outline.offset(child),
-                 inQuotes(member->tag) + " stands twice; the first, in " + lineOf(m_outline.offset(first)) + ", counts",
-                 number);
+      if (!hasItem)
+        m_hits.add(209, m_outline.offset(child),
+                   inQuotes(member->tag) + " stands twice; the first, in " + lineOf(m_outline.offset(first)) +
+                       ", counts",
+                   number);
       continue;
     }
     standing.push_back(member);
@@ -311,7 +321,8 @@ void Structure::judgeMissing(Index number, const std::vector<bool> &excused) {
     }
     if (!member.isAttribute() && judgeBorrowed(number, member, true))
       continue;
-    if (member.version > m_file.version())
+    if (member.version > m_file.version() || m_nested.count(number) > 0 ||
+        m_hits.onlyCounts(member.isCollection() ? 210 : 203))
       continue;
     if (member.isCollection()) {
       if (m_file.addOnNumber() == 0 || !isLeftInAddOn(member.tag))
