@@ -1,7 +1,7 @@
 # What `cpack` makes in the folder `package` of the build: three Debian packages, whatever the build's own prefix is.
 #   libkestrunexml-4      the library
 #   libkestrunexml-4-dev  headers, CMake package, pkg-config file, documents and examples
-#   kestrune-data         the command-line program and its manual page
+#   kestrune-data         the command-line program, its manual page and its completion for bash
 
 find_program(GZIP gzip)
 mark_as_advanced(GZIP)
@@ -97,6 +97,8 @@ and searches such files.")
   compress(${KESTRUNE_MANUAL_PAGE} ${manual_page})
   list(APPEND compressed ${manual_page})
   install(FILES ${manual_page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 ${of_program})
+  install(FILES tools/kestrune-data.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kestrune-data
+          ${of_program})
 endif()
 add_custom_target(packaged_texts ALL DEPENDS ${compressed})
 

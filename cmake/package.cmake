@@ -1,5 +1,6 @@
 # What `cmake --install` installs: the library with its headers, a CMake package, a pkg-config file, and the command-line
-# program with its manual page. The Debian packages install the same for their own layout, as components.
+# program with its manual page and its completion for bash. The Debian packages install the same for their own layout, as
+# components.
 
 include(CMakePackageConfigHelpers)
 
@@ -36,6 +37,7 @@ install_library(${CMAKE_INSTALL_LIBDIR} installed)
 if(KESTRUNE_TOOLS)
   set_target_properties(kestrune-data PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS kestrune-data RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES tools/kestrune-data.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kestrune-data)
   if(KESTRUNE_MANUAL_PAGE)
     install(FILES ${KESTRUNE_MANUAL_PAGE} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   endif()

@@ -16,11 +16,12 @@ constexpr const char *kDescription =
     "A FILE that is a path means that file and nothing else. A FILE that is a macro, such as\n"
     "'$StdVorlanTyp$', means what programs get: with a replacement, add-ons and the user's file.";
 
-constexpr const char *kStatus = "Status:\n"
-                                "  0  yes, the same, sound\n"
-                                "  1  no, different, findings\n"
-                                "  2  could not work: wrong usage, a file that is missing or cannot be read, an output\n"
-                                "     that cannot be written; whatever else was found";
+constexpr const char *kStatus =
+    "Status:\n"
+    "  0  yes, the same, sound\n"
+    "  1  no, different, findings\n"
+    "  2  could not work: wrong usage, a file that is missing or cannot be read, an output\n"
+    "     that cannot be written; whatever else was found";
 
 void addCommands(CLI::App &app, Run &run) {
   addListCommand(app, run);
@@ -38,11 +39,13 @@ void addCommands(CLI::App &app, Run &run) {
   addLinkedCommand(app, run);
   addResolveCommand(app, run);
   addSchemaCommand(app, run);
+  addCompleteCommand(app, run);
 }
 
 std::vector<std::string> commandNames(const CLI::App &app) {
   std::vector<std::string> names;
-  for (const CLI::App *const command : app.get_subcommands([](const CLI::App *) { return true; }))
+  for (const CLI::App *const command :
+       app.get_subcommands([](const CLI::App *command) { return !command->get_group().empty(); }))
     names.push_back(command->get_name());
   return names;
 }
@@ -81,7 +84,8 @@ std::string usageError(const CLI::App &app, const CLI::ParseError &error) {
   const std::vector<std::string> rest = app.remaining(true);
   for (const std::string &word : rest) {
     if (word.starts_with("--"))
-      return orNear("there is no option '" + word.substr(0, word.find('=')) + "'", word.substr(0, word.find('=')), options);
+      return orNear("there is no option '" + word.substr(0, word.find('=')) + "'", word.substr(0, word.find('=')),
+                    options);
   }
   if (!chosen.empty())
     return error.what();

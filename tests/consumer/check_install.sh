@@ -32,4 +32,5 @@ compile=$(sed -n 's/^    \(c++ .*pkg-config.*\)/\1/p' "$project/README.md")
 
 "$prefix/bin/kestrune-data" check "$identity_file" || fail "the installed program does not find its library"
 [ -s "$prefix/share/man/man1/kestrune-data.1" ] || fail "no manual page"
+[ -s "$prefix/share/bash-completion/completions/kestrune-data" ] || fail "no completion"
 [ ! -e "$prefix/share/doc" ] || fail "the documents of the Debian packages are installed"

@@ -51,6 +51,7 @@ diff - control/kestrune-data/files <<END || fail "wrong files in the program's p
 usr/bin/kestrune-data
 $doc/kestrune-data/changelog.gz
 $doc/kestrune-data/copyright
+usr/share/bash-completion/completions/kestrune-data
 usr/share/man/man1/kestrune-data.1.gz
 END
 diff -r "$project/examples" "root/$doc/libkestrunexml-4-dev/examples" || fail "other examples"
@@ -101,16 +102,8 @@ clang++ -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Woverloaded-virtual -W
 export LD_LIBRARY_PATH=$root/$lib
 ./through-pkg-config "$chip_file"
 
-# The page is sound, and has what the help says of each command.
+# The program, and its page.
 data=$root/usr/bin/kestrune-data
 "$data" check "$chip_file"
-warnings=$(zcat root/usr/share/man/man1/kestrune-data.1.gz | groff -K utf8 -man -ww -T utf8 -P -cbou -rLL=4000n -rHY=0 2>&1 >page)
-[ -z "$warnings" ] || fail "the manual page: $warnings"
-commands=$("$data" --help | awk '/^[^ ].*:$/ { on = $0 == "Subcommands:"; next } on && /^  [^ ]/ { print $1 }')
-[ -n "$commands" ] || fail "the help names no command"
-for command in "" $commands; do
-  [ -z "$command" ] || grep -qE "^   $command( |$)" page || fail "the manual page has no section on $command"
-  "$data" $command --help | grep -v '^  -h,--help ' | sed -nE 's/^  [^ ].* {2,}//p' | while IFS= read -r text; do
-    grep -qF -- "$text" page || fail "the manual page does not say of $command: $text"
-  done
-done
+zcat root/usr/share/man/man1/kestrune-data.1.gz >kestrune-data.1
+"$here/../tools/check_manual.sh" "$data" kestrune-data.1 "$project/README.md"

@@ -14,7 +14,8 @@ awk '/^```xml$/ { file = "sample-" ++number ".xml"; next } /^```$/ { file = "" }
 for root in VorlanTyp StdXcvr SPIDData KestruneUI; do
   grep -lq "^<$root>" sample-*.xml || fail "there is no sample of a $root file"
 done
-"$tool" check --level error --fail-on error sample-*.xml
+# They are short: members are left out, and models that the link table names.
+"$tool" check --fail-on error --level error --ignore KD402 sample-*.xml
 for file in sample-*.xml; do
   "$tool" list "$file" >seen
   while IFS= read -r name; do
