@@ -56,7 +56,7 @@ void Document::load(int version) {
     m_failure += " (" + std::string(kestrune::ResultName(m_result)) + ")";
 }
 
-Record Document::root() const { return {m_folder.get(), &shapeOf(*m_kind), 0, {}}; }
+Record Document::root() const { return {m_folder.get(), &shapeOf(*m_kind), 0, {}, nullptr}; }
 
 std::vector<Member> Document::members(const Record &record) const {
   std::vector<Member> members;
@@ -91,7 +91,7 @@ Member Document::member(const Record &record, std::string_view tag) const {
 
 Record Document::folderOf(const Record &record, const Member &member) const {
   return {member.folder, member.shape->folder.get(), member.element,
-          (record.address.empty() ? "" : record.address + "/") + member.shape->tag};
+          (record.address.empty() ? "" : record.address + "/") + member.shape->tag, nullptr};
 }
 
 std::vector<Record> Document::items(const Record &record, const Member &member, std::vector<Dropped> *dropped) const {
@@ -101,7 +101,7 @@ std::vector<Record> Document::items(const Record &record, const Member &member, 
   std::vector<std::string> keys;
   std::vector<std::string> names;
   for (int i = 0; i < list.Count(); ++i) {
-    items.push_back({list[i], &shape, Outline::kNone, {}});
+    items.push_back({list[i], &shape, Outline::kNone, {}, &list});
     keys.emplace_back(list[i]->Key().View());
   }
 

@@ -21,6 +21,7 @@ struct Record {
   const RecordShape *shape = nullptr;
   Outline::Index element = Outline::kNone; ///< Where it stands; kNone for a folder that the file lacks.
   std::string address;                     ///< The road to it, "" for the root; see address.h.
+  CXMLCollectionFolder *collection = nullptr; ///< The collection that it is an item of, else null.
 };
 
 /// A member of a record.

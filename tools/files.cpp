@@ -192,6 +192,13 @@ int forEachFile(const FileOptions &options, const std::function<int(const std::s
   return status;
 }
 
+std::unique_ptr<Document> Loaded::merged() const {
+  std::string text;
+  if (kestrune::SaveToText(*m_merged, text) < 0)
+    throw CouldNotWork(main().name() + ": what programs get cannot be written as a file");
+  return std::make_unique<Document>(Source{main().name(), {}, std::move(text)});
+}
+
 std::string partNames(const Loaded &loaded) {
   std::string names;
   for (const std::unique_ptr<Document> &part : loaded.parts())

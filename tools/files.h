@@ -49,6 +49,8 @@ public:
   /// All files, in the order of reading.
   const std::vector<std::unique_ptr<Document>> &parts() const { return m_parts; }
   bool isAsInstalled() const { return m_merged != nullptr; }
+  /// What programs get, as one document that lies in no file.
+  std::unique_ptr<Document> merged() const;
 
   /// The items of a collection of the first file, those that programs get from the other files behind them.
   std::vector<Item> items(const Member &collection) const;

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "tools/document.h"
+#include "tools/output.h"
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+// What differs between two documents, by item and member, whatever the order and layout.
+
+/// What counts as a difference.
+struct ComparisonOptions {
+  std::vector<std::string> ignored; ///< Tags of members that are passed over; `*` and `?` match.
+  bool numbers = false;             ///< Texts that programs read as the same number are equal.
+  bool onlyStanding = false;        ///< A member that the first file lacks is passed over.
+};
+
+enum class Sign { kChanged, kAdded, kRemoved };
+
+/// A member with another text.
+struct TextChange {
+  std::string member;
+  std::string address; ///< In the first document.
+  std::string before;
+  std::string after;
+};
+
+struct ItemChange;
+struct SectionChange;
+
+/// What differs between two records, or two collections.
+struct Differences {
+  std::vector<TextChange> texts;
+  std::vector<ItemChange> items;
+  std::vector<SectionChange> sections;
+
+  bool isEmpty() const { return texts.empty() && items.empty() && sections.empty(); }
+};
+
+/// An item that was changed, added or removed.
+struct ItemChange {
+  Sign sign;
+  std::string name;    ///< By which people know it.
+  std::string key;
+  std::string address; ///< In the first document, or in the second for one that was added.
+  Differences inside;  ///< Of one that was changed.
+};
+
+/// A folder or collection in which something differs.
+struct SectionChange {
+  std::string tag;
+  Differences inside;
+};
+
+/// How much differs: members with another text, items that were added or removed, and items of the sections of the file
+/// in which nothing differs.
+struct Counts {
+  std::size_t changed = 0;
+  std::size_t added = 0;
+  std::size_t removed = 0;
+  std::size_t equal = 0;
+};
+
+struct Comparison {
+  Differences differences;
+  std::vector<std::pair<std::string, Counts>> sections; ///< Of the file, in their order.
+
+  bool isSame() const { return differences.isEmpty(); }
+  Counts total() const;
+};
+
+/// Compares two documents of one kind that were read as the same version. Items belong together by their key, or else
+/// by their name.
+Comparison compare(const Document &before, const Document &after, const ComparisonOptions &options = {});
+
+/// A difference on its own.
+struct Difference {
+  Sign sign;
+  std::string address;
+  std::string record; ///< The name of the item; empty outside of items.
+  std::string before; ///< Of a member. @{
+  std::string after;
+  ///@}
+  bool isMember;
+};
+/// Calls `visit` with each difference, in the order of the file.
+void forEachDifference(const Comparison &comparison, const std::function<void(const Difference &)> &visit);
+
+/// Prints a comparison in the form that is wanted; with `onlyCounts` as numbers alone.
+void printComparison(const Comparison &comparison, const Output &output, bool onlyCounts = false);
