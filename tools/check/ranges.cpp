@@ -1,0 +1,160 @@
+#include "tools/check/facts.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <utility>
+
+// 501 to 509: numbers that do not fit together.
+
+namespace {
+
+using Index = CheckedFile::Index;
+
+/// A record that is judged.
+struct Subject {
+  const CheckedFile &file;
+  Hits &hits;
+  Index number;
+  const CheckedFile::Record &record;
+
+  std::optional<long long> value(const char *tag) const { return numberOf(file, record, tag); }
+  std::string text(const char *tag) const { return std::string(tag) + " " + file.text(record, tag).value_or(""); }
+  void add(int finding, const char *tag, std::string message) const {
+    hits.add({finding, file.textOffset(record, tag), {}, std::move(message), number, {}});
+  }
+};
+
+struct Range {
+  const char *name;
+  const char *start;
+  const char *end;
+};
+
+constexpr std::array<Range, 3> kMemories = {{{"EEPROM", "EEstart", "EEend"},
+                                             {"extended EEPROM", "ExtendedEEstart", "ExtendedEEend"},
+                                             {"RAM", "RAMstart", "RAMend"}}};
+constexpr Range kUninitialised = {"uninitialised EEPROM", "UninitEEStart", "UninitEEEnd"};
+
+/// A range of addresses, if there is one.
+std::optional<std::pair<long long, long long>> bounds(const Subject &subject, const Range &range) {
+  constexpr long long kDefault = 0xFFFF; // of a member that was never set
+  const auto start = subject.value(range.start);
+  const auto end = subject.value(range.end);
+  if (!start || !end || *start > *end || (*start == *end && (*start == 0 || *start == kDefault)))
+    return std::nullopt;
+  return std::pair(*start, *end);
+}
+
+std::string shownRange(const Subject &subject, const Range &range) {
+  return subject.text(range.start) + " to " + subject.text(range.end);
+}
+
+/// One number of a record is above another that bounds it.
+void judgePair(const Subject &subject, int finding, const char *low, const char *high, const char *relation) {
+  const auto first = subject.value(low);
+  const auto second = subject.value(high);
+  if (first && second && *first > *second)
+    subject.add(finding, low, subject.text(low) + relation + subject.text(high));
+}
+
+void judgeMemories(const Subject &subject) {
+  for (const Range &range : kMemories)
+    judgePair(subject, 501, range.start, range.end, " is above ");
+  judgePair(subject, 501, kUninitialised.start, kUninitialised.end, " is above ");
+  for (std::size_t i = 0; i < kMemories.size(); ++i) {
+    const auto later = bounds(subject, kMemories[i]);
+    for (std::size_t j = 0; later && j < i; ++j) {
+      const auto earlier = bounds(subject, kMemories[j]);
+      if (earlier && earlier->first <= later->second && later->first <= earlier->second)
+        subject.add(502, kMemories[i].start,
+                    std::string("the ") + kMemories[i].name + " (" + shownRange(subject, kMemories[i]) +
+                        ") overlaps the " + kMemories[j].name + " (" + shownRange(subject, kMemories[j]) + ")");
+    }
+  }
+  const auto rom = subject.value("ROMend");
+  const auto least = subject.value("ROMendMinimum");
+  if (rom && least && *rom < *least)
+    subject.add(503, "ROMend", subject.text("ROMend") + " is below " + subject.text("ROMendMinimum"));
+  const auto uninitialised = bounds(subject, kUninitialised);
+  const auto eeprom = bounds(subject, kMemories[0]);
+  if (uninitialised && eeprom && (uninitialised->first < eeprom->first || uninitialised->second > eeprom->second))
+    subject.add(504, kUninitialised.start,
+                "the uninitialised EEPROM (" + shownRange(subject, kUninitialised) + ") is not inside the EEPROM (" +
+                    shownRange(subject, kMemories[0]) + ")");
+}
+
+void judgeVersions(const Subject &subject) {
+  judgePair(subject, 505, "minFWrelease", "maxFWrelease", " is above ");
+  const auto lowest = subject.value("minFWrelease");
+  const auto highest = subject.value("maxFWrelease");
+  if (!lowest || !highest || *lowest > *highest)
+    return;
+  for (const Entry &entry : entriesOf(subject.file, subject.record, "FirmwareVersionList", ";,")) {
+    int version = 0;
+    const auto [end, error] = std::from_chars(entry.text.data(), entry.text.data() + entry.text.size(), version);
+    const bool isNumber = error == std::errc() && end == entry.text.data() + entry.text.size();
+    if (isNumber && (version < *lowest || version > *highest))
+      subject.hits.add({506, entry.offset, {},
+                        "FirmwareVersionList has " + quoted(entry.text) + ", outside of " +
+                            subject.text("minFWrelease") + " to " + subject.text("maxFWrelease"),
+                        subject.number, {}});
+  }
+}
+
+void judgeModel(const Subject &subject) {
+  judgeMemories(subject);
+  judgeVersions(subject);
+  judgePair(subject, 507, "MinClockID", "MaxClockID", " is above ");
+}
+
+void judgeChannel(const Subject &subject) { judgePair(subject, 507, "min_clockID", "max_clockID", " is above "); }
+
+/// The rate that a text such as "7.3728 MHz" shows, in kilohertz, and by how much its last digit may be rounded.
+std::optional<std::pair<double, double>> shownRate(const std::string &text) {
+  static constexpr std::array<std::pair<const char *, double>, 4> kUnits = {
+      {{"hz", 0.001}, {"khz", 1}, {"mhz", 1000}, {"ghz", 1000000}}};
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  std::string unit = folded(std::string_view(end, static_cast<std::size_t>(text.data() + text.size() - end)));
+  std::erase(unit, ' ');
+  for (const auto &[name, factor] : kUnits) {
+    if (error != std::errc() || unit != name)
+      continue;
+    const std::string digits(text.data(), end);
+    const std::size_t point = digits.find('.');
+    const double decimals = point != std::string::npos ? static_cast<double>(digits.size() - point - 1) : 0;
+    return std::pair(number * factor, std::pow(10.0, -decimals) * factor / 2);
+  }
+  return std::nullopt;
+}
+
+void judgeClock(const Subject &subject) {
+  const MemberShape &multipliers = *subject.record.shape->member("Multipliers");
+  const Index element = subject.file.slot(subject.record, multipliers);
+  const Outline &outline = subject.file.outline();
+  if (element != CheckedFile::kNone && outline.isLeaf(element) && !subject.file.isCut(element))
+    subject.hits.add({508, outline.offset(element), {}, "the clock has no multipliers", subject.number, {}});
+  const std::optional<std::string> value = subject.file.text(subject.record, "Value");
+  const std::optional<std::string> display = subject.file.text(subject.record, "Display");
+  const auto rate = display ? shownRate(*display) : std::nullopt;
+  if (!value || !rate)
+    return;
+  double kilohertz = 0;
+  const auto [end, error] = std::from_chars(value->data(), value->data() + value->size(), kilohertz);
+  const bool isNumber = error == std::errc() && end == value->data() + value->size();
+  if (isNumber && std::abs(rate->first - kilohertz) > rate->second * 1.000001)
+    subject.add(509, "Display", "Display " + quoted(*display) + " is not the rate of Value " + quoted(*value) + ", in kHz");
+}
+
+} // namespace
+
+void judgeRanges(const CheckedFile &file, Hits &hits) {
+  static const std::map<std::string_view, void (*)(const Subject &)> kJudges = {
+      {"VorlanModel", judgeModel}, {"Channel", judgeChannel}, {"Clock", judgeClock}};
+  for (Index number = 0; number < file.records().size(); ++number) {
+    const auto judge = kJudges.find(file.record(number).shape->tag);
+    if (judge != kJudges.end())
+      judge->second({file, hits, number, file.record(number)});
+  }
+}
