@@ -1,8 +1,7 @@
 #include "tools/files.h"
 
-#include "tools/messages.h"
-
 #include "kestrune/platform/drives.h"
+#include "tools/messages.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -18,17 +17,6 @@ void defineMacro(const std::string &definition) {
   if (name.front() != '$')
     name = "$" + name + "$";
   CMacroString().AddMacro(name.c_str(), definition.substr(sign + 1).c_str());
-}
-
-/// The files that programs read when they load `name`.
-std::vector<CString> filesOf(const Kind &kind, const CString &name) {
-  if (kind.root == std::string_view("VorlanTyp"))
-    return kestrune::FilesOfChipData(name);
-  if (kind.root == std::string_view("StdXcvr"))
-    return kestrune::FilesOfTransceivers(name);
-  CFilename path;
-  CFilename(name).GetAbsolute(path, nullptr);
-  return {path};
 }
 
 /// Loads all of it, as programs do.
@@ -64,6 +52,16 @@ bool equalMembers(CXMLFolder &a, CXMLFolder &b) {
 }
 
 } // namespace
+
+std::vector<CString> filesOf(const Kind &kind, const CString &name) {
+  if (kind.root == std::string_view("VorlanTyp"))
+    return kestrune::FilesOfChipData(name);
+  if (kind.root == std::string_view("StdXcvr"))
+    return kestrune::FilesOfTransceivers(name);
+  CFilename path;
+  CFilename(name).GetAbsolute(path, nullptr);
+  return {path};
+}
 
 std::shared_ptr<FileOptions> addFiles(CLI::App &command, FileUse use) {
   auto options = std::make_shared<FileOptions>();

@@ -21,6 +21,10 @@ struct FileOptions {
 enum class FileUse { kRead, kReadMany, kWrite };
 std::shared_ptr<FileOptions> addFiles(CLI::App &command, FileUse use);
 
+/// The files that programs read when they load the file of that name, as full paths in drive form, in the order of
+/// reading. The first may not exist, and is empty if the name leads to nothing.
+std::vector<CString> filesOf(const Kind &kind, const CString &name);
+
 /// What a FILE stands for: that file and nothing else or, as installed, all files that take part when programs load it.
 class Loaded {
 public:

@@ -136,8 +136,8 @@ struct Outline::Parser {
       throw std::bad_alloc();
     using Kind = Failure::Kind;
     outline.m_failure.kind = code == XML_ERROR_NO_ELEMENTS && outline.m_elements.empty() ? Kind::kEmpty
-                             : code == XML_ERROR_UNDEFINED_ENTITY                         ? Kind::kUndeclaredEntity
-                                                                                          : Kind::kNotWellFormed;
+                             : code == XML_ERROR_UNDEFINED_ENTITY                        ? Kind::kUndeclaredEntity
+                                                                                         : Kind::kNotWellFormed;
     outline.m_failure.place = {XML_GetCurrentLineNumber(owner.get()), XML_GetCurrentColumnNumber(owner.get()) + 1};
     outline.m_failure.reason = XML_ErrorString(code);
   }
@@ -340,10 +340,21 @@ Outline::Offsets Outline::attributeOffsets(Index element, std::string_view wante
   return {tag, tag};
 }
 
-Position Outline::textPlace(Index element) const {
+std::size_t Outline::textOffset(Index element) const {
   std::size_t end = 0;
   attributeOffsets(element, {}, &end);
-  return at(end);
+  return end;
+}
+
+Position Outline::textPlace(Index element) const { return at(textOffset(element)); }
+
+std::size_t Outline::offsetOf(Position place) const {
+  std::size_t at = place.line <= m_lines.size() ? m_lines[place.line - 1] : m_text.size();
+  for (std::size_t column = 1; column < place.column && at < m_text.size(); ++column) {
+    for (++at; at < m_text.size() && isContinuation(m_text[at]);)
+      ++at;
+  }
+  return at;
 }
 
 std::optional<Position> Outline::inkPlace(Index element) const {

@@ -79,6 +79,18 @@ public:
   Position attributePlace(Index element, std::string_view name) const;
   Position attributeValuePlace(Index element, std::string_view name) const;
   ///@}
+  /// The same as offsets in the text. @{
+  std::size_t offset(Index element) const { return m_elements[element].offset; }
+  std::size_t textOffset(Index element) const;
+  std::size_t attributeOffset(Index element, std::string_view name) const {
+    return attributeOffsets(element, name, nullptr).name;
+  }
+  std::size_t attributeValueOffset(Index element, std::string_view name) const {
+    return attributeOffsets(element, name, nullptr).value;
+  }
+  ///@}
+  /// The offset of a place.
+  std::size_t offsetOf(Position place) const;
   /// The place of an offset in the text. Asking in rising order is cheap.
   Position at(std::size_t offset) const;
 

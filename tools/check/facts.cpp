@@ -50,8 +50,7 @@ std::vector<std::string> strayTexts(const CheckedFile &file, std::string_view se
         texts.emplace_back(attribute.value);
     }
     const Index inside = outline.first(child, tag);
-    const std::optional<std::string> text =
-        inside != CheckedFile::kNone ? plainText(outline, inside) : std::nullopt;
+    const std::optional<std::string> text = inside != CheckedFile::kNone ? plainText(outline, inside) : std::nullopt;
     if (text)
       texts.push_back(*text);
   }

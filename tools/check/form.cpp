@@ -1,5 +1,4 @@
 #include "tools/check/hits.h"
-
 #include "tools/messages.h"
 
 // 101 to 107: whether the file can be read at all, and what a save drops of its form.
@@ -13,7 +12,7 @@ void judgeFailure(const CheckedFile &file, Hits &hits) {
   const std::string_view text = file.outline().text();
   const std::size_t ink = text.find_first_not_of(" \t\r\n");
   const bool isXml = ink != std::string_view::npos && text[ink] == '<';
-  Hit hit{101, text.size(), failure.place, "not well-formed: " + failure.reason};
+  Hit hit{101, text.size(), failure.place, "not well-formed: " + failure.reason, CheckedFile::kNone, {}};
   if (failure.kind == Kind::kBadBytes || failure.kind == Kind::kUnknownEncoding) {
     hit.number = 102;
     hit.message = failure.reason;
@@ -23,7 +22,7 @@ void judgeFailure(const CheckedFile &file, Hits &hits) {
     const std::size_t begin = file.outline().offsetOf(failure.place);
     const std::size_t end = text.find(';', begin);
     if (end != std::string_view::npos && end - begin < 100)
-      hit.message = "the entity " + quoted(text.substr(begin, end + 1 - begin)) + " is declared nowhere";
+      hit.message = "the entity " + inQuotes(text.substr(begin, end + 1 - begin)) + " is declared nowhere";
   } else if (failure.kind == Kind::kEmpty || (file.outline().size() == 0 && !isXml)) {
     hit.number = 103;
     hit.message = ink == std::string_view::npos ? "the file is empty" : "the file is no XML";
@@ -36,7 +35,7 @@ void judgeRoot(const CheckedFile &file, Hits &hits) {
   std::vector<std::string> known;
   for (const Kind &kind : allKinds())
     known.emplace_back(kind.root);
-  std::string message = "no kind of file has the root element " + quoted(root);
+  std::string message = "no kind of file has the root element " + inQuotes(root);
   const std::vector<std::string> near = nearTo(root, known, 1);
   if (!near.empty()) {
     message += "; did you mean '" + near.front() + "'?";
@@ -44,7 +43,7 @@ void judgeRoot(const CheckedFile &file, Hits &hits) {
     for (const std::string &name : known)
       message += (name == known.front() ? "; there are: " : ", ") + name;
   }
-  hits.add({105, file.outline().offset(0), {}, std::move(message)});
+  hits.add(105, file.outline().offset(0), std::move(message));
 }
 
 /// What a save does not keep.
@@ -52,23 +51,23 @@ void judgeExtras(const CheckedFile &file, Hits &hits) {
   const Outline::Extras &extras = file.outline().extras();
   const std::string_view text = file.outline().text();
   if (extras.byteOrderMark) {
-    Hit hit{106, 0, {}, "there is a byte order mark; a save drops it"};
+    Hit hit{106, 0, {}, "there is a byte order mark; a save drops it", CheckedFile::kNone, {}};
     if (extras.encoding.empty())
       hit.edits.push_back({0, 0, {}}); // the mark stands before the text
     hits.add(std::move(hit));
   }
   if (!extras.encoding.empty())
-    hits.add({106, 0, {}, "the encoding is " + quoted(extras.encoding) + "; a save makes it UTF-8"});
+    hits.add(106, 0, "the encoding is " + inQuotes(extras.encoding) + "; a save makes it UTF-8");
   if (extras.carriageReturns)
-    hits.add({106, text.find('\r'), {}, "lines end in CR LF; a save makes it LF"});
+    hits.add(106, text.find('\r'), "lines end in CR LF; a save makes it LF");
   if (!hits.wants(107))
     return;
   for (const std::uint32_t offset : extras.remarks) {
     const bool isComment = text.substr(offset).starts_with("<!--");
-    hits.add({107, offset, {}, std::string(isComment ? "a comment" : "a processing instruction") + "; a save drops it"});
+    hits.add(107, offset, std::string(isComment ? "a comment" : "a processing instruction") + "; a save drops it");
   }
   if (extras.doctype)
-    hits.add({107, *extras.doctype, {}, "a document type; a save drops it"});
+    hits.add(107, *extras.doctype, "a document type; a save drops it");
 }
 
 } // namespace

@@ -30,7 +30,7 @@ const std::vector<Hit> &Hits::sorted() {
   return m_hits;
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
   constexpr std::size_t kLongest = 200;
   if (text.size() <= kLongest)
     return "'" + std::string(text) + "'";

@@ -30,7 +30,7 @@ struct Hit {
 /// Which findings are looked for at all.
 struct Selection {
   Level least = Level::kWarning;
-  std::vector<std::string> only;   ///< "KD3", "KD408": what a name begins with.
+  std::vector<std::string> only; ///< "KD3", "KD408": what a name begins with.
   std::vector<std::string> ignore;
 
   bool wants(int number) const;
@@ -47,6 +47,9 @@ public:
 
   bool wants(int number) const { return m_wanted.test(static_cast<std::size_t>(number)); }
   void add(Hit hit);
+  void add(int number, std::size_t offset, std::string message, CheckedFile::Index record = CheckedFile::kNone) {
+    add(Hit{number, offset, {}, std::move(message), record, {}});
+  }
   void setKnown(IsKnown isKnown) { m_isKnown = std::move(isKnown); }
 
   /// All that were kept, in the order of the file.
@@ -70,14 +73,14 @@ struct Checked {
 
 // The families. Each judges one file; what stands twice in it, or is missing, is no reason for further findings.
 
-void judgeForm(const CheckedFile &file, Hits &hits);     // 101 to 107
-void judgeStructure(CheckedFile &file, Hits &hits);      // 201 to 212
-void judgeValues(const CheckedFile &file, Hits &hits);   // 301 to 309
-void judgeRanges(const CheckedFile &file, Hits &hits);   // 501 to 509
+void judgeForm(const CheckedFile &file, Hits &hits);   // 101 to 107
+void judgeStructure(CheckedFile &file, Hits &hits);    // 201 to 212
+void judgeValues(const CheckedFile &file, Hits &hits); // 301 to 309
+void judgeRanges(const CheckedFile &file, Hits &hits); // 501 to 509
 /// 401 to 414: within each file and, if there are several, between them.
 void judgeRelations(std::vector<Checked> &files);
 
 /// "'10 MHz'": a text in a message, cut if it is long.
-std::string quoted(std::string_view text);
+std::string inQuotes(std::string_view text);
 /// A text as keys are compared.
 std::string folded(std::string_view text);

@@ -21,7 +21,7 @@ struct Subject {
   std::optional<long long> value(const char *tag) const { return numberOf(file, record, tag); }
   std::string text(const char *tag) const { return std::string(tag) + " " + file.text(record, tag).value_or(""); }
   void add(int finding, const char *tag, std::string message) const {
-    hits.add({finding, file.textOffset(record, tag), {}, std::move(message), number, {}});
+    hits.add(finding, file.textOffset(record, tag), std::move(message), number);
   }
 };
 
@@ -95,10 +95,10 @@ void judgeVersions(const Subject &subject) {
     const auto [end, error] = std::from_chars(entry.text.data(), entry.text.data() + entry.text.size(), version);
     const bool isNumber = error == std::errc() && end == entry.text.data() + entry.text.size();
     if (isNumber && (version < *lowest || version > *highest))
-      subject.hits.add({506, entry.offset, {},
-                        "FirmwareVersionList has " + quoted(entry.text) + ", outside of " +
-                            subject.text("minFWrelease") + " to " + subject.text("maxFWrelease"),
-                        subject.number, {}});
+      subject.hits.add(506, entry.offset,
+                       "FirmwareVersionList has " + inQuotes(entry.text) + ", outside of " +
+                           subject.text("minFWrelease") + " to " + subject.text("maxFWrelease"),
+                       subject.number);
   }
 }
 
@@ -134,7 +134,7 @@ void judgeClock(const Subject &subject) {
   const Index element = subject.file.slot(subject.record, multipliers);
   const Outline &outline = subject.file.outline();
   if (element != CheckedFile::kNone && outline.isLeaf(element) && !subject.file.isCut(element))
-    subject.hits.add({508, outline.offset(element), {}, "the clock has no multipliers", subject.number, {}});
+    subject.hits.add(508, outline.offset(element), "the clock has no multipliers", subject.number);
   const std::optional<std::string> value = subject.file.text(subject.record, "Value");
   const std::optional<std::string> display = subject.file.text(subject.record, "Display");
   const auto rate = display ? shownRate(*display) : std::nullopt;
@@ -144,7 +144,8 @@ void judgeClock(const Subject &subject) {
   const auto [end, error] = std::from_chars(value->data(), value->data() + value->size(), kilohertz);
   const bool isNumber = error == std::errc() && end == value->data() + value->size();
   if (isNumber && std::abs(rate->first - kilohertz) > rate->second * 1.000001)
-    subject.add(509, "Display", "Display " + quoted(*display) + " is not the rate of Value " + quoted(*value) + ", in kHz");
+    subject.add(509, "Display",
+                "Display " + inQuotes(*display) + " is not the rate of Value " + inQuotes(*value) + ", in kHz");
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "tools/check/hits.h"
-
 #include "tools/messages.h"
 
 #include <algorithm>
@@ -80,10 +79,10 @@ void Structure::judgeItems(Index first) {
     const Record &item = m_file.record(number);
     const std::size_t offset = m_outline.offset(item.element);
     if (item.element < outerEnd) {
-      m_hits.add({205, offset, {},
-                  quoted(shape.tag) + " stands inside another one, which begins in " +
-                      lineOf(m_outline.offset(m_file.record(outer).element)) + "; both are read as items",
-                  number, {}});
+      m_hits.add(205, offset,
+                 inQuotes(shape.tag) + " stands inside another one, which begins in " +
+                     lineOf(m_outline.offset(m_file.record(outer).element)) + "; both are read as items",
+                 number);
     } else {
       outer = number;
       outerEnd = m_outline.end(item.element);
@@ -92,19 +91,19 @@ void Structure::judgeItems(Index first) {
     if (!name || name->empty()) {
       m_file.lose(number);
       if (name)
-        m_hits.add({207, m_outline.attributeOffset(item.element, shape.keyAttribute), {},
-                    "the key '" + shape.keyAttribute + "' is empty; the item is left out", number, {}});
+        m_hits.add(207, m_outline.attributeOffset(item.element, shape.keyAttribute),
+                   "the key '" + shape.keyAttribute + "' is empty; the item is left out", number);
       continue; // 206 has to know about misspelt attributes
     }
     const auto found = known.find(folded(*name));
     if (found != known.end()) {
       m_file.lose(number);
       const Record &other = m_file.record(found->second);
-      m_hits.add({208, m_outline.attributeValueOffset(item.element, shape.keyAttribute), {},
-                  shape.keyAttribute + " " + quoted(*name) +
-                      (hasOwnKey ? " is the Key of the model in " : " is there already, in ") +
-                      lineOf(m_outline.offset(other.element)) + "; the item is left out",
-                  number, {}});
+      m_hits.add(208, m_outline.attributeValueOffset(item.element, shape.keyAttribute),
+                 shape.keyAttribute + " " + inQuotes(*name) +
+                     (hasOwnKey ? " is the Key of the model in " : " is there already, in ") +
+                     lineOf(m_outline.offset(other.element)) + "; the item is left out",
+                 number);
       continue;
     }
     known.emplace(folded(hasOwnKey ? m_file.text(item, *key).value_or("Unassigned") : std::string(*name)), number);
@@ -122,7 +121,7 @@ const MemberShape *Structure::meant(const RecordShape &shape, std::string_view n
                                     std::string &hint) {
   constexpr std::size_t kMostGuesses = 20000; // a file of nothing but unknown names
   if (const MemberShape *const member = shape.member(name)) {
-    hint = "; " + quoted(name) + (isAttribute ? " is an element" : " is an attribute");
+    hint = "; " + inQuotes(name) + (isAttribute ? " is an element" : " is an attribute");
     return member;
   }
   if (++m_guesses > kMostGuesses)
@@ -135,7 +134,9 @@ const MemberShape *Structure::meant(const RecordShape &shape, std::string_view n
     return nullptr;
   const MemberShape *const member = shape.member(near.front());
   hint = "; did you mean " +
-         std::string(member->isAttribute() == isAttribute ? "" : isAttribute ? "the element " : "the attribute ") +
+         std::string(member->isAttribute() == isAttribute ? ""
+                     : isAttribute                        ? "the element "
+                                                          : "the attribute ") +
          "'" + near.front() + "'?";
   return member;
 }
@@ -161,7 +162,8 @@ void Structure::unknownElement(Index number, Index element, const RecordShape &s
   const std::string_view name = m_outline.name(element);
   std::string hint;
   const MemberShape *const member = meant(shape, name, false, hint);
-  Hit hit{201, m_outline.offset(element), {}, "unknown element " + quoted(name) + " (a save drops it)" + hint, number, {}};
+  Hit hit{201, m_outline.offset(element), {}, "unknown element " + inQuotes(name) + " (a save drops it)" + hint, number,
+          {}};
   if (member != nullptr && excused != nullptr) {
     (*excused)[static_cast<std::size_t>(member - shape.members.data())] = true;
     const bool isFree = m_file.slot(m_file.record(number), *member) == CheckedFile::kNone && !member->isAttribute();
@@ -176,8 +178,9 @@ void Structure::unknownAttribute(Index number, Index element, const Outline::Att
   const RecordShape &shape = *m_file.record(number).shape;
   std::string hint;
   const MemberShape *const member = excused != nullptr ? meant(shape, attribute.name, true, hint) : nullptr;
-  Hit hit{202, m_outline.attributeOffset(element, attribute.name), {},
-          "unknown attribute " + quoted(attribute.name) + " (a save drops it)" + hint, number, {}};
+  Hit hit{202,    m_outline.attributeOffset(element, attribute.name),
+          {},     "unknown attribute " + inQuotes(attribute.name) + " (a save drops it)" + hint,
+          number, {}};
   if (member != nullptr) {
     (*excused)[static_cast<std::size_t>(member - shape.members.data())] = true;
     const bool isFree = member->isAttribute() && !m_outline.attribute(element, member->tag);
@@ -213,9 +216,9 @@ void Structure::judgeChildren(Index number, std::vector<bool> &excused) {
     }
     const Index first = m_file.slot(record, *member);
     if (first != child) {
-      m_hits.add({209, m_outline.offset(child), {},
-                  quoted(member->tag) + " stands twice; the first, in " + lineOf(m_outline.offset(first)) + ", counts",
-                  number, {}});
+      m_hits.add(209, m_outline.offset(child),
+                 inQuotes(member->tag) + " stands twice; the first, in " + lineOf(m_outline.offset(first)) + ", counts",
+                 number);
       continue;
     }
     standing.push_back(member);
@@ -254,10 +257,10 @@ void Structure::judgeOrder(Index number, const std::vector<const MemberShape *> 
   for (std::size_t i = 1; i < standing.size(); ++i) {
     if (standing[i] > standing[i - 1])
       continue;
-    m_hits.add({212, m_file.nameOffset(record, *standing[i]), {},
-                quoted(standing[i]->tag) + " stands behind " + quoted(standing[i - 1]->tag) + "; a save puts " +
-                    (areAttributes ? "the attribute" : "it") + " before",
-                number, {}});
+    m_hits.add(212, m_file.nameOffset(record, *standing[i]),
+               inQuotes(standing[i]->tag) + " stands behind " + inQuotes(standing[i - 1]->tag) + "; a save puts " +
+                   (areAttributes ? "the attribute" : "it") + " before",
+               number);
     return;
   }
 }
@@ -275,11 +278,12 @@ bool Structure::judgeBorrowed(Index number, const MemberShape &member, bool isMi
   const MemberShape *const inside = record.shape->member(m_outline.name(around));
   if (inside == nullptr || inside->isAttribute())
     return true;
-  const std::string source = quoted(m_outline.name(m_outline.parent(taken))) + " in " + lineOf(m_outline.offset(taken));
-  m_hits.add({204, isMissing ? m_outline.offset(record.element) : m_outline.offset(own), {},
-              quoted(member.tag) + (isMissing ? " is missing and is taken from " : " is taken from ") + source +
-                  (isMissing ? "" : ", which stands before it"),
-              number, {}});
+  const std::string source =
+      inQuotes(m_outline.name(m_outline.parent(taken))) + " in " + lineOf(m_outline.offset(taken));
+  m_hits.add(204, isMissing ? m_outline.offset(record.element) : m_outline.offset(own),
+             inQuotes(member.tag) + (isMissing ? " is missing and is taken from " : " is taken from ") + source +
+                 (isMissing ? "" : ", which stands before it"),
+             number);
   return true;
 }
 
@@ -294,13 +298,15 @@ void Structure::judgeMissing(Index number, const std::vector<bool> &excused) {
       const bool isEmpty = member.isCollection() && m_outline.below(element, member.folder->tag).empty();
       const bool isLeft = m_file.addOnNumber() > 0 && isLeftInAddOn(member.tag);
       if (isEmpty && needsItems(member.tag) && !excused[i] && !isLeft && !m_file.isCut(element))
-        m_hits.add({211, m_outline.offset(element), {}, quoted(member.tag) + " is empty, and programs need an item", number, {}});
+        m_hits.add(211, m_outline.offset(element), inQuotes(member.tag) + " is empty, and programs need an item",
+                   number);
       continue;
     }
     if (excused[i] || m_file.isCut(record.element))
       continue;
     if (record.collection != nullptr && member.tag == shape.keyAttribute) {
-      m_hits.add({206, offset, {}, quoted(shape.tag) + " has no key '" + member.tag + "'; it is passed over", number, {}});
+      m_hits.add(
+          {206, offset, {}, inQuotes(shape.tag) + " has no key '" + member.tag + "'; it is passed over", number, {}});
       continue;
     }
     if (!member.isAttribute() && judgeBorrowed(number, member, true))
@@ -309,13 +315,15 @@ void Structure::judgeMissing(Index number, const std::vector<bool> &excused) {
       continue;
     if (member.isCollection()) {
       if (m_file.addOnNumber() == 0 || !isLeftInAddOn(member.tag))
-        m_hits.add({210, offset, {}, "the collection " + quoted(member.tag) + " is missing; it stays empty", number, {}});
+        m_hits.add(
+            {210, offset, {}, "the collection " + inQuotes(member.tag) + " is missing; it stays empty", number, {}});
       continue;
     }
-    const std::string holds = !member.isValue()               ? "; the defaults of its members hold"
-                              : member.tag == "CreationDate" ? "; the time of each load holds"
-                                                             : "; its default " + quoted(member.defaultText) + " holds";
-    m_hits.add({203, offset, {}, quoted(member.tag) + " is missing" + holds, number, {}});
+    const std::string holds = !member.isValue() ? "; the defaults of its members hold"
+                              : member.tag == "CreationDate"
+                                  ? "; the time of each load holds"
+                                  : "; its default " + inQuotes(member.defaultText) + " holds";
+    m_hits.add(203, offset, inQuotes(member.tag) + " is missing" + holds, number);
   }
 }
 

@@ -1,5 +1,4 @@
 #include "tools/check/hits.h"
-
 #include "tools/meanings.h"
 
 // 301 to 309: whether each text is what programs take it for.
