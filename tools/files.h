@@ -2,10 +2,13 @@
 
 #include "tools/document.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 // The FILE arguments that commands share, and what they stand for.
 
@@ -14,6 +17,7 @@ struct FileOptions {
   std::vector<std::string> files;
   std::string inputName;    ///< What messages call the standard input.
   bool asInstalled = false; ///< Whether a path too means what programs get.
+  bool evenInPart = false;  ///< Whether a file is welcome of which some records cannot be loaded.
 };
 
 /// Gives a command the argument FILE, or FILE..., and the options --name, --as-installed and -D. A command that writes
