@@ -1,10 +1,9 @@
+#include "kestrune/xml/replacing_save.h"
 #include "tools/address.h"
 #include "tools/commands.h"
 #include "tools/messages.h"
 #include "tools/report/records.h"
 #include "tools/report/report.h"
-
-#include "kestrune/xml/replacing_save.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -62,8 +61,8 @@ bool isPartOfAnother(const std::vector<ReportFile> &files, const ReportFile &fil
     const auto &parts = other.loaded->parts();
     const bool isFirst = isSameFile(parts.front()->path(), path);
     if ((isFirst && &other < &file) || (!isFirst && std::any_of(parts.begin(), parts.end(), [&](const auto &part) {
-                                          return isSameFile(part->path(), path);
-                                        })))
+          return isSameFile(part->path(), path);
+        })))
       return true;
   }
   return false;
@@ -210,7 +209,8 @@ int report(const Options &options) {
 
 void addReportCommand(CLI::App &app, Run &run) {
   CLI::App *const command = app.add_subcommand(
-      "report", "Make a page for the browser of what the files say: memory maps, clocks, links, transceivers, findings");
+      "report",
+      "Make a page for the browser of what the files say: memory maps, clocks, links, transceivers, findings");
   const auto options = std::make_shared<Options>();
   options->files = addFiles(*command, FileUse::kReadMany);
   options->files->evenInPart = true;
@@ -224,7 +224,8 @@ void addReportCommand(CLI::App &app, Run &run) {
       ->delimiter(',')
       ->allow_extra_args(false)
       ->type_name("NAME,...");
-  command->add_option("--picture", options->picture, "Instead of the page, make the memory map of a model as an SVG file")
+  command
+      ->add_option("--picture", options->picture, "Instead of the page, make the memory map of a model as an SVG file")
       ->type_name("MODEL");
   addExamples(*command, {"kestrune-data report --as-installed /opt/kestrune/Types -o report.html",
                          "kestrune-data report Vorlan.xml --compare-models 66,67,100 -o maps.html"});

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-// The style sheets and the script of a report, from report.css, picture.css and report.js, and the SHA-256 of what stands
-// in the page.
+// The style sheets and the script of a report, from report.css, picture.css and report.js, and the SHA-256 of what
+// stands in the page.
 
 extern const std::string_view kStyle;
 extern const std::string_view kPictureStyle;

@@ -247,7 +247,8 @@ void writeLink(Html &html, const Links &links, const std::string &from, const st
     const auto cell = html.in("td", {{"class", "both"}});
     html.element("span", {{"aria-hidden", "true"}}, "\xE2\x97\x8F").element("span", {{"class", "spoken"}}, "both ways");
   } else if (there) {
-    const auto cell = html.in("td", {{"class", "one"}, {"title", from + " lists " + to + ", but not the other way round"}});
+    const auto cell =
+        html.in("td", {{"class", "one"}, {"title", from + " lists " + to + ", but not the other way round"}});
     html.element("span", {{"aria-hidden", "true"}}, "\xE2\x86\x92").element("span", {{"class", "spoken"}}, "one way");
   } else if (back) {
     const auto cell = html.in("td", {{"class", "lacks"}, {"title", from + " does not list " + to}});
@@ -330,8 +331,9 @@ void writeModels(Html &html, const Report &report, const ReportFile &file, const
     }
     for (const Memory kind : {Memory::kRom, Memory::kEeprom, Memory::kExtended, Memory::kRam})
       cells.push_back(sizeCell(map, kind));
-    cells.push_back({readable(item.text("minFWrelease"), 40) + " \xE2\x80\x93 " + readable(item.text("maxFWrelease"), 40),
-                     item.number("maxFWrelease")});
+    cells.push_back(
+        {readable(item.text("minFWrelease"), 40) + " \xE2\x80\x93 " + readable(item.text("maxFWrelease"), 40),
+         item.number("maxFWrelease")});
     const Member *const scheme = item.member("ClockingScheme");
     cells.push_back(scheme != nullptr ? cellOf(shape, *scheme) : Cell());
     table.add(item, cells, item.document == &file.loaded->main() ? "" : fileNameOf(*item.document),
@@ -367,8 +369,9 @@ void writeSchemes(Html &html, const Report &report, const ReportFile &file, cons
       const auto summary = html.in("summary");
       html.element("strong", "Scheme " + readable(scheme.text("Id"), 80)).text(" ");
       html.text(readable(scheme.text("Description"), 200)).text(" ");
-      html.element("span", {{"class", "note"}}, used != users.end() ? counted(used->second.size(), "model", "models")
-                                                                    : std::string("no model uses it"));
+      html.element("span", {{"class", "note"}},
+                   used != users.end() ? counted(used->second.size(), "model", "models")
+                                       : std::string("no model uses it"));
       if (change.kind != Remarks::ItemChange::Kind::kSame)
         html.text(" ").element("span", {{"class", "badge change"}},
                                change.kind == Remarks::ItemChange::Kind::kAdded ? "new" : "changed");
@@ -420,9 +423,10 @@ void writeLinks(Html &html, const Report &report, const ReportFile &file, const 
       wanted.insert(text);
   }
   html.element("h3", {{"id", anchorOf(file, collection.shape->tag, "")}}, "Link table");
-  html.element("p", {{"class", "note"}},
-               "A row lists the models in its columns: \xE2\x97\x8F both list each other, \xE2\x86\x92 only the row lists "
-               "the column. Groups of models without a link between them stand apart.");
+  html.element(
+      "p", {{"class", "note"}},
+      "A row lists the models in its columns: \xE2\x97\x8F both list each other, \xE2\x86\x92 only the row lists "
+      "the column. Groups of models without a link between them stand apart.");
   const auto findings = report.remarks->findings(document);
   const auto matrices = html.in("div", {{"class", "matrices"}});
   for (const std::vector<std::string> &group : groupsOf(links)) {

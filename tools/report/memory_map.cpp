@@ -21,13 +21,14 @@ struct Bounds {
   const char *last;
 };
 
-constexpr std::array<Bounds, 5> kMemories = {{{Memory::kRom, "ROM", nullptr, "ROMend"},
-                                              {Memory::kEeprom, "EEPROM", "EEstart", "EEend"},
-                                              {Memory::kExtended, "Extended EEPROM", "ExtendedEEstart", "ExtendedEEend"},
-                                              {Memory::kRam, "RAM", "RAMstart", "RAMend"},
-                                              {Memory::kUninitialised, "Uninitialised", "UninitEEStart", "UninitEEEnd"}}};
+constexpr std::array<Bounds, 5> kMemories = {
+    {{Memory::kRom, "ROM", nullptr, "ROMend"},
+     {Memory::kEeprom, "EEPROM", "EEstart", "EEend"},
+     {Memory::kExtended, "Extended EEPROM", "ExtendedEEstart", "ExtendedEEend"},
+     {Memory::kRam, "RAM", "RAMstart", "RAMend"},
+     {Memory::kUninitialised, "Uninitialised", "UninitEEStart", "UninitEEEnd"}}};
 
-constexpr double kRow = 30;    // of a label with two lines
+constexpr double kRow = 30;      // of a label with two lines
 constexpr double kSmallRow = 17; // of one with one line
 constexpr double kTop = 14;
 constexpr double kBarLeft = 58;
@@ -90,7 +91,8 @@ std::string describe(const MemoryMap &map) {
   std::string text;
   for (auto area = map.areas.rbegin(); area != map.areas.rend(); ++area) {
     text += text.empty() ? "" : "; ";
-    text += area->name + " " + addressText(area->first) + " to " + addressText(area->last) + ", " + sizeText(area->size());
+    text +=
+        area->name + " " + addressText(area->first) + " to " + addressText(area->last) + ", " + sizeText(area->size());
     if (area->isWrong && area->kind == Memory::kUninitialised)
       text += ", outside of the EEPROM";
   }
@@ -152,22 +154,25 @@ public:
     for (int i = 0; i <= 4; ++i) {
       const double y = kTop + m_scale.height * (1 - i / 4.0);
       const long long address = (m_scale.last + 1) / 4 * i;
-      m_html.shape("line", {{"class", "tick"}, {"x1", coordinate(kBarLeft - 6)}, {"x2", coordinate(kBarLeft - 1)},
-                            {"y1", coordinate(y)}, {"y2", coordinate(y)}});
-      m_html.element("text", {{"class", "tick"}, {"x", coordinate(kBarLeft - 10)}, {"y", coordinate(y + 3.5)},
-                              {"text-anchor", "end"}},
-                     addressText(address));
+      m_html.shape("line", {{"class", "tick"},
+                            {"x1", coordinate(kBarLeft - 6)},
+                            {"x2", coordinate(kBarLeft - 1)},
+                            {"y1", coordinate(y)},
+                            {"y2", coordinate(y)}});
+      m_html.element(
+          "text",
+          {{"class", "tick"}, {"x", coordinate(kBarLeft - 10)}, {"y", coordinate(y + 3.5)}, {"text-anchor", "end"}},
+          addressText(address));
     }
   }
 
-  void frame(long long last) {
-    rect("frame", kBarLeft, kBarWidth, 0, last);
-  }
+  void frame(long long last) { rect("frame", kBarLeft, kBarWidth, 0, last); }
 
   void area(const Area &area) {
     const bool isInside = area.kind == Memory::kUninitialised;
     const std::string style = std::string(styleOf(area.kind)) + (area.isWrong ? " wrong" : "");
-    rect(style, isInside ? kBarLeft + kBarWidth / 2 : kBarLeft, isInside ? kBarWidth / 2 : kBarWidth, area.first, area.last);
+    rect(style, isInside ? kBarLeft + kBarWidth / 2 : kBarLeft, isInside ? kBarWidth / 2 : kBarWidth, area.first,
+         area.last);
   }
 
   void label(const Area &area, double middle, double place) {
@@ -184,7 +189,8 @@ public:
     }
     m_html.element("text", {{"class", area.isWrong ? "name wrong" : "name"}, {"x", x}, {"y", coordinate(place - 2.5)}},
                    area.name + "  " + sizeText(area.size()));
-    m_html.element("text", {{"class", area.isWrong ? "range wrong" : "range"}, {"x", x}, {"y", coordinate(place + 10.5)}},
+    m_html.element("text",
+                   {{"class", area.isWrong ? "range wrong" : "range"}, {"x", x}, {"y", coordinate(place + 10.5)}},
                    rangeText(area));
   }
 
@@ -195,8 +201,11 @@ public:
 private:
   void rect(std::string_view style, double left, double width, long long first, long long last) {
     const double top = y(last + 1);
-    m_html.shape("rect", {{"class", style}, {"x", coordinate(left)}, {"y", coordinate(top)},
-                          {"width", coordinate(width)}, {"height", coordinate(std::max(y(first) - top, 1.0))}});
+    m_html.shape("rect", {{"class", style},
+                          {"x", coordinate(left)},
+                          {"y", coordinate(top)},
+                          {"width", coordinate(width)},
+                          {"height", coordinate(std::max(y(first) - top, 1.0))}});
   }
 
   Html &m_html;
@@ -245,10 +254,10 @@ MemoryMap memoryMapOf(const Record &model, const std::vector<Member> &members) {
       map.last = map.last * 2 + 1;
   }
   for (Area &area : map.areas) {
-    area.isWrong = area.kind == Memory::kUninitialised &&
-                   std::none_of(map.areas.begin(), map.areas.end(), [&](const Area &other) {
-                     return other.kind == Memory::kEeprom && other.first <= area.first && area.last <= other.last;
-                   });
+    area.isWrong =
+        area.kind == Memory::kUninitialised && std::none_of(map.areas.begin(), map.areas.end(), [&](const Area &other) {
+          return other.kind == Memory::kEeprom && other.first <= area.first && area.last <= other.last;
+        });
   }
   addOverlaps(map);
   addGaps(map);
@@ -270,13 +279,14 @@ void drawMap(Html &html, const MemoryMap &map, const MapScale &scale, const std:
   const std::string height = coordinate(scale.height + 2 * kTop);
   const std::string width = coordinate(kWidth);
   const bool isFile = style.data() != nullptr;
-  const auto svg = html.in("svg", {{"xmlns", isFile ? std::string_view("http://www.w3.org/2000/svg") : std::string_view()},
-                                   {"class", "map"},
-                                   {"viewBox", "0 0 " + width + " " + height},
-                                   {"width", width},
-                                   {"height", height},
-                                   {"role", "img"},
-                                   {"aria-labelledby", id + "t " + id + "d"}});
+  const auto svg =
+      html.in("svg", {{"xmlns", isFile ? std::string_view("http://www.w3.org/2000/svg") : std::string_view()},
+                      {"class", "map"},
+                      {"viewBox", "0 0 " + width + " " + height},
+                      {"width", width},
+                      {"height", height},
+                      {"role", "img"},
+                      {"aria-labelledby", id + "t " + id + "d"}});
   html.element("title", {{"id", id + "t"}}, title);
   html.element("desc", {{"id", id + "d"}}, describe(map));
   if (isFile) {

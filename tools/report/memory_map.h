@@ -20,9 +20,9 @@ struct MemoryMap {
     long long size() const { return last - first + 1; }
   };
 
-  std::vector<Area> areas;           ///< The lowest first, with the gaps and overlaps between them.
+  std::vector<Area> areas;             ///< The lowest first, with the gaps and overlaps between them.
   std::vector<std::string> complaints; ///< Why an area cannot be drawn.
-  long long last = 0xFFFF;           ///< The last address of the picture.
+  long long last = 0xFFFF;             ///< The last address of the picture.
 
   /// The size of a kind of memory in bytes; 0 if there is none.
   long long sizeOf(Area::Kind kind) const;
@@ -33,8 +33,8 @@ MemoryMap memoryMapOf(const Record &model, const std::vector<Member> &members);
 
 /// How maps are drawn: those with the same scale can be compared.
 struct MapScale {
-  long long last = 0;  ///< The address at the upper end.
-  double height = 0; ///< From the first address to the last.
+  long long last = 0; ///< The address at the upper end.
+  double height = 0;  ///< From the first address to the last.
 
   /// Makes room for one more map.
   void include(const MemoryMap &map);

@@ -148,8 +148,8 @@ void writeExplanations(Html &html, const Report &report) {
 } // namespace
 
 bool Report::wants(const Document &document, const Record &record) const {
-  return only.empty() ||
-         std::any_of(only.begin(), only.end(), [&](const std::string &name) { return isCalled(document, record, name); });
+  return only.empty() || std::any_of(only.begin(), only.end(),
+                                     [&](const std::string &name) { return isCalled(document, record, name); });
 }
 
 std::string anchorOf(const ReportFile &file, std::string_view collection, std::string_view part) {

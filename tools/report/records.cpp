@@ -39,7 +39,8 @@ std::string numberNote(const RecordShape &record, const Member &member) {
 void writeTag(Html &html, std::string_view tag) {
   std::size_t begin = 0;
   for (std::size_t i = 1; i < tag.size(); ++i) {
-    const bool isBreak = (tag[i] >= 'A' && tag[i] <= 'Z' && tag[i - 1] >= 'a' && tag[i - 1] <= 'z') || tag[i - 1] == '_';
+    const bool isBreak =
+        (tag[i] >= 'A' && tag[i] <= 'Z' && tag[i - 1] >= 'a' && tag[i - 1] <= 'z') || tag[i - 1] == '_';
     if (!isBreak)
       continue;
     html.text(tag.substr(begin, i - begin)).own("<wbr>");
@@ -147,8 +148,8 @@ RecordTable::RecordTable(Html &html, const Report &report, std::string id, const
     const auto head = m_html.in("thead");
     const auto row = m_html.in("tr");
     for (const Column &column : columns) {
-      const auto cell = m_html.in("th", {{"scope", "col"}, {"title", column.sentence.empty() ? std::string_view()
-                                                                                             : column.sentence}});
+      const auto cell = m_html.in(
+          "th", {{"scope", "col"}, {"title", column.sentence.empty() ? std::string_view() : column.sentence}});
       writeTag(m_html, column.head);
     }
   }
@@ -176,7 +177,8 @@ void RecordTable::add(const Item &item, const std::vector<Cell> &cells, const st
       if (!mark.empty())
         m_html.text(" ").element("span", {{"class", "badge own"}}, mark);
       if (change.kind != Change::kSame)
-        m_html.text(" ").element("span", {{"class", "badge change"}}, change.kind == Change::kAdded ? "new" : "changed");
+        m_html.text(" ").element("span", {{"class", "badge change"}},
+                                 change.kind == Change::kAdded ? "new" : "changed");
       if (!findings.empty()) {
         const bool isError = std::any_of(findings.begin(), findings.end(), [](const Remarks::Remark &remark) {
           return remark.finding->level == Level::kError;
@@ -266,7 +268,8 @@ void writeRecord(Html &html, const Report &report, const Item &item, const std::
     {
       const auto list = html.in("dl", {{"class", "members"}});
       for (const Member &member : members) {
-        if (member.folder != nullptr || (at.road.empty() && std::find(but.begin(), but.end(), member.shape->tag) != but.end()))
+        if (member.folder != nullptr ||
+            (at.road.empty() && std::find(but.begin(), but.end(), member.shape->tag) != but.end()))
           continue;
         const std::string address = at.road + member.shape->tag;
         const auto change = std::find_if(changes.begin(), changes.end(),

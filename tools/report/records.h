@@ -69,8 +69,8 @@ private:
   std::string m_id;
   bool m_isPacked;
   std::size_t m_rows = 0;
-  std::string m_details;   // of the rows since the last flush
-  std::string m_packs;     // behind the table
+  std::string m_details; // of the rows since the last flush
+  std::string m_packs;   // behind the table
 };
 
 /// The members of a record as a list, and what is inside it; not those in `but`.

@@ -35,7 +35,8 @@ public:
   /// Judges files, each by itself and all of them against each other.
   explicit Remarks(const std::vector<const Document *> &documents);
 
-  /// The findings in an item of a collection of the root, or in a folder of it; those of the root itself with element 0.
+  /// The findings in an item of a collection of the root, or in a folder of it; those of the root itself with element
+  /// 0.
   const std::vector<Remark> &findings(const Document &document, Outline::Index element) const;
   /// All findings of a file, in its order.
   const std::vector<Remark> &findings(const Document &document) const;
@@ -48,8 +49,8 @@ private:
   struct File {
     std::vector<Remark> all;
     std::map<Outline::Index, std::vector<Remark>> byElement;
-    std::unordered_map<std::string, ItemChange> changes;              // by address
-    std::map<std::string, std::vector<std::string>> removed;          // by collection
+    std::unordered_map<std::string, ItemChange> changes;     // by address
+    std::map<std::string, std::vector<std::string>> removed; // by collection
   };
   std::map<const Document *, File> m_files;
 };

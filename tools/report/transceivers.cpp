@@ -25,8 +25,9 @@ bool hasInner(const RecordShape &shape) {
                      [](const MemberShape &member) { return !member.isValue(); });
 }
 
-void writeRows(Html &html, const Report &report, const ReportFile &file, const std::string &id, const std::string &caption,
-               const RecordShape &shape, const std::vector<const Item *> &items, bool isUsers) {
+void writeRows(Html &html, const Report &report, const ReportFile &file, const std::string &id,
+               const std::string &caption, const RecordShape &shape, const std::vector<const Item *> &items,
+               bool isUsers) {
   const std::vector<std::string> tags = columnsOf(shape);
   std::vector<Column> columns;
   for (const std::string &tag : tags)
@@ -39,8 +40,8 @@ void writeRows(Html &html, const Report &report, const ReportFile &file, const s
       cells.push_back(member != nullptr ? cellOf(shape, *member) : Cell());
     }
     const std::string mark = item->document == &file.loaded->main() ? ""
-                             : isUsers                               ? "user's own"
-                                                                     : fileNameOf(*item->document);
+                             : isUsers                              ? "user's own"
+                                                                    : fileNameOf(*item->document);
     const RecordTable::Detail detail = [&](Html &piece) { writeRecord(piece, report, *item); };
     table.add(*item, cells, mark, hasInner(shape) ? detail : RecordTable::Detail());
   }
@@ -81,7 +82,8 @@ void writeTable(Html &html, const Report &report, const ReportFile &file, const 
   for (const Item &item : items)
     rows.push_back(&item);
   writeRows(html, report, file, anchorOf(file, collection.shape->tag, "t"),
-            collection.shape->tag + ", " + counted(items.size(), "row", "rows"), *collection.shape->folder, rows, false);
+            collection.shape->tag + ", " + counted(items.size(), "row", "rows"), *collection.shape->folder, rows,
+            false);
 }
 
 void writeDropped(Html &html, const Report &report, const ReportFile &file, const Member &collection) {
