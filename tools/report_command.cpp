@@ -18,7 +18,6 @@ struct Options {
   std::string out;
   std::vector<std::string> only;
   std::vector<std::string> compare;
-  std::vector<std::string> against;
   std::string picture;
 };
 

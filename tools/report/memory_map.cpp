@@ -188,7 +188,7 @@ public:
       return;
     }
     m_html.element("text", {{"class", area.isWrong ? "name wrong" : "name"}, {"x", x}, {"y", coordinate(place - 2.5)}},
-                   area.name + "  " + sizeText(area.size()));
+                   (area.kind == Memory::kOverlap ? "Overlap" : area.name) + "  " + sizeText(area.size()));
     m_html.element("text",
                    {{"class", area.isWrong ? "range wrong" : "range"}, {"x", x}, {"y", coordinate(place + 10.5)}},
                    rangeText(area));
