@@ -25,7 +25,7 @@ public:
   Browser(const std::string &program, const std::string &profile) {
     std::array<int, 2> to{};
     std::array<int, 2> from{};
-    if (pipe(to.data()) != 0 || pipe(from.data()) != 0)
+    if (pipe2(to.data(), O_CLOEXEC) != 0 || pipe2(from.data(), O_CLOEXEC) != 0)
       throw std::runtime_error("no pipe");
     m_process = fork();
     if (m_process == 0) {
