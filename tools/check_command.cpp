@@ -174,17 +174,13 @@ void Check::read() {
 }
 
 void Check::judge() {
+  judgeAll(m_files);
   for (Checked &checked : m_files) {
-    judgeForm(*checked.file, *checked.hits);
-    judgeStructure(*checked.file, *checked.hits);
-    judgeValues(*checked.file, *checked.hits);
-    judgeRanges(*checked.file, *checked.hits);
     for (const auto &[path, replaced] : m_replacements) {
       if (checked.file->source().path == path)
         checked.hits->add(415, 0, "programs read this file in place of " + replaced);
     }
   }
-  judgeRelations(m_files);
 }
 
 bool Check::fix() {

@@ -24,6 +24,7 @@ void addResolveCommand(CLI::App &app, Run &run);
 void addSchemaCommand(CLI::App &app, Run &run);
 void addCheckCommand(CLI::App &app, Run &run);
 void addCompleteCommand(CLI::App &app, Run &run);
+void addReportCommand(CLI::App &app, Run &run);
 
 /// The examples at the end of a command's help, a line each.
 void addExamples(CLI::App &command, const std::vector<std::string> &lines);

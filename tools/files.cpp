@@ -4,6 +4,7 @@
 #include "tools/messages.h"
 #include "tools/table.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -52,6 +53,14 @@ bool equalMembers(CXMLFolder &a, CXMLFolder &b) {
     }
   }
   return true;
+}
+
+/// Reads a file, of which everything has to be loaded unless the options say otherwise. Throws CouldNotWork.
+std::unique_ptr<Document> openPart(const std::string &file, const std::string &inputName, const FileOptions &options) {
+  auto document = std::make_unique<Document>(readSource(file, inputName));
+  if (!document->failure().empty() && (!options.evenInPart || document->result() != KRX_E_DUPLICATE_KEY))
+    throw CouldNotWork(document->failure());
+  return document;
 }
 
 } // namespace
@@ -103,12 +112,12 @@ Loaded::Loaded(const std::string &file, const FileOptions &options) {
   const std::string inputName = file == "-" ? options.inputName : "";
   const Kind *kind = kindOfMacro(file);
   if (kind == nullptr && !options.asInstalled) {
-    m_parts.push_back(openDocument(file, inputName));
+    m_parts.push_back(openPart(file, inputName, options));
     return;
   }
   CString name(file.c_str());
   if (kind == nullptr) {
-    m_parts.push_back(openDocument(file, inputName));
+    m_parts.push_back(openPart(file, inputName, options));
     kind = main().kind();
     if (main().path().empty())
       throw CouldNotWork(main().name() + ": the standard input has no folder with other files");
@@ -120,7 +129,7 @@ Loaded::Loaded(const std::string &file, const FileOptions &options) {
     if (path.IsEmpty() || !kestrune::platform::ToHostPath(path, hostPath))
       throw CouldNotWork(file + ": there is no file behind this name: '" + std::string(path.View()) + "'");
     try {
-      m_parts.push_back(openDocument(hostPath));
+      m_parts.push_back(openPart(hostPath, {}, options));
     } catch (const CouldNotWork &reason) {
       throw CouldNotWork(file == hostPath ? reason.what() : file + ": " + reason.what());
     }

@@ -2,11 +2,14 @@
 
 #include "tools/document.h"
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 // The FILE arguments that commands share, and what they stand for.
 
@@ -15,6 +18,7 @@ struct FileOptions {
   std::vector<std::string> files;
   std::string inputName;    ///< What messages call the standard input.
   bool asInstalled = false; ///< Whether a path too means what programs get.
+  bool evenInPart = false;  ///< Whether a file is welcome of which some records cannot be loaded.
 };
 
 /// Gives a command the option -D, and tells which macros it defined: their names, with both `$`.

@@ -35,6 +35,7 @@ void addCommands(CLI::App &app, Run &run) {
   addConvertCommand(app, run);
   addDiffCommand(app, run);
   addCheckCommand(app, run);
+  addReportCommand(app, run);
   addClockCommand(app, run);
   addLinkedCommand(app, run);
   addResolveCommand(app, run);

@@ -81,6 +81,8 @@ void judgeValues(const CheckedFile &file, Hits &hits); // 301 to 309
 void judgeRanges(const CheckedFile &file, Hits &hits); // 501 to 509
 /// 401 to 414: within each file and, if there are several, between them.
 void judgeRelations(std::vector<Checked> &files);
+/// All of these.
+void judgeAll(std::vector<Checked> &files);
 
 /// "'10 MHz'": a text in a message, cut if it is long.
 std::string inQuotes(std::string_view text);

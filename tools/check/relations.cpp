@@ -387,3 +387,13 @@ void judgeRelations(std::vector<Checked> &files) {
   judgeUserFile(set);
   judgeReferences(set);
 }
+
+void judgeAll(std::vector<Checked> &files) {
+  for (Checked &checked : files) {
+    judgeForm(*checked.file, *checked.hits);
+    judgeStructure(*checked.file, *checked.hits);
+    judgeValues(*checked.file, *checked.hits);
+    judgeRanges(*checked.file, *checked.hits);
+  }
+  judgeRelations(files);
+}
