@@ -4,8 +4,8 @@
 /// The whole interface of the library.
 
 /// \namespace kestrune
-/// What the library offers beyond its classes: a look into records, documents from and to
-/// memory, saves that replace the file, and results in words.
+/// What the library offers beyond its classes: numbers of members, a look into records, documents from and to memory,
+/// saves that replace the file, and results and failures in words.
 
 /// \namespace kestrune::platform
 /// The settings of the platform: code page, debug channel, message boxes.
@@ -43,6 +43,7 @@
 #include "kestrune/xml/member_view.h"
 #include "kestrune/xml/record_members.h"
 #include "kestrune/xml/replacing_save.h"
+#include "kestrune/xml/report.h"
 #include "kestrune/xml/xml_collection.h"
 #include "kestrune/xml/xml_document.h"
 #include "kestrune/xml/xml_dom.h"

@@ -22,10 +22,14 @@ public:
   int Id() const;
   /// Text of any form; valid until the member changes.
   const char *Description() const;
-  /// A number whose meaning is up to the caller; same form and exception as Id.
+  /// A number whose meaning is up to the caller; same form and exception as Id. @{
   int Algorithm();
-  /// The clock rates: a member of the scheme.
+  int Algorithm() const { return mutableOf(*this).Algorithm(); }
+  ///@}
+  /// The clock rates: a member of the scheme. @{
   CClocks *Clocks();
+  const CClocks *Clocks() const { return &m_clocks; }
+  ///@}
 
   /// Looks for a clock, and then for a multiplier among those of that clock; texts and values are compared as in
   /// CClocks and CMultipliers, and clock values are in kHz. Returns whether both were found. `*clockFound` is always
@@ -35,6 +39,21 @@ public:
   bool FindByDisplay(const char *clock, const char *multiplier, CClock **clockFound, CMultiplier **multiplierFound);
   bool FindByEncoding(const char *clock, const char *multiplier, CClock **clockFound, CMultiplier **multiplierFound);
   bool FindByValue(double clock, double multiplier, CClock **clockFound, CMultiplier **multiplierFound);
+  bool FindByDisplay(const char *clock, const char *multiplier, const CClock **clockFound,
+                     const CMultiplier **multiplierFound) const {
+    return mutableOf(*this).FindByDisplay(clock, multiplier, const_cast<CClock **>(clockFound),
+                                          const_cast<CMultiplier **>(multiplierFound));
+  }
+  bool FindByEncoding(const char *clock, const char *multiplier, const CClock **clockFound,
+                      const CMultiplier **multiplierFound) const {
+    return mutableOf(*this).FindByEncoding(clock, multiplier, const_cast<CClock **>(clockFound),
+                                           const_cast<CMultiplier **>(multiplierFound));
+  }
+  bool FindByValue(double clock, double multiplier, const CClock **clockFound,
+                   const CMultiplier **multiplierFound) const {
+    return mutableOf(*this).FindByValue(clock, multiplier, const_cast<CClock **>(clockFound),
+                                        const_cast<CMultiplier **>(multiplierFound));
+  }
   ///@}
 
 private:
@@ -62,11 +81,21 @@ public:
   /// Adds a scheme and returns it; the collection owns it. Its "Id" stays "Unassigned". Returns null when `key` is
   /// null, empty or already present.
   CClockingScheme *Add(const char *key);
-  /// The item at `index`; throws std::out_of_range outside the list.
+  /// The item at `index`; throws kestrune::BadIndex outside the list. @{
   CClockingScheme *operator[](int index);
+  const CClockingScheme *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CClockingScheme> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CClockingScheme> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CClockingScheme> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CClockingScheme> end() const { return {m_items, m_items.size()}; }
+  ///@}
   /// The first scheme with that number, or null. Throws CKRXException* (text 101) when it reaches one whose "Id" is not
-  /// a number.
+  /// a number. @{
   CClockingScheme *Find(int id);
+  const CClockingScheme *Find(int id) const { return mutableOf(*this).Find(id); }
+  ///@}
 
   /// The search of CClockingScheme in the scheme with that number. If there is none, returns false and writes neither
   /// output. Throws CKRXException* (text 101) also when it reaches an "Id" that is not a number. @{
@@ -75,6 +104,21 @@ public:
   bool FindByEncoding(int id, const char *clock, const char *multiplier, CClock **clockFound,
                       CMultiplier **multiplierFound);
   bool FindByValue(int id, double clock, double multiplier, CClock **clockFound, CMultiplier **multiplierFound);
+  bool FindByDisplay(int id, const char *clock, const char *multiplier, const CClock **clockFound,
+                     const CMultiplier **multiplierFound) const {
+    return mutableOf(*this).FindByDisplay(id, clock, multiplier, const_cast<CClock **>(clockFound),
+                                          const_cast<CMultiplier **>(multiplierFound));
+  }
+  bool FindByEncoding(int id, const char *clock, const char *multiplier, const CClock **clockFound,
+                      const CMultiplier **multiplierFound) const {
+    return mutableOf(*this).FindByEncoding(id, clock, multiplier, const_cast<CClock **>(clockFound),
+                                           const_cast<CMultiplier **>(multiplierFound));
+  }
+  bool FindByValue(int id, double clock, double multiplier, const CClock **clockFound,
+                   const CMultiplier **multiplierFound) const {
+    return mutableOf(*this).FindByValue(id, clock, multiplier, const_cast<CClock **>(clockFound),
+                                        const_cast<CMultiplier **>(multiplierFound));
+  }
   ///@}
 
 protected:

@@ -65,15 +65,29 @@ public:
   /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
-  /// The item at `index`; throws std::out_of_range outside the list.
+  /// The item at `index`; throws kestrune::BadIndex outside the list. @{
   CMultiplier *operator[](int index);
+  const CMultiplier *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CMultiplier> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CMultiplier> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CMultiplier> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CMultiplier> end() const { return {m_items, m_items.size()}; }
+  ///@}
   /// The first item with that "Value", or null; values that differ by no more than DBL_EPSILON count as equal. Throws
-  /// CKRXException* (text 101) when it reaches an item whose "Value" is not a number.
+  /// CKRXException* (text 101) when it reaches an item whose "Value" is not a number. @{
   CMultiplier *Find(double value);
-  /// The first item with that "Display", case-sensitive, ignoring white space; null if there is none or for null.
+  const CMultiplier *Find(double value) const { return mutableOf(*this).Find(value); }
+  ///@}
+  /// The first item with that "Display", case-sensitive, ignoring white space; null if there is none or for null. @{
   CMultiplier *FindByDisplay(const char *display);
-  /// The first item with that "Encoding", case-sensitive, ignoring white space; null if there is none or for null.
+  const CMultiplier *FindByDisplay(const char *display) const { return mutableOf(*this).FindByDisplay(display); }
+  ///@}
+  /// The first item with that "Encoding", case-sensitive, ignoring white space; null if there is none or for null. @{
   CMultiplier *FindByEncoding(const char *encoding);
+  const CMultiplier *FindByEncoding(const char *encoding) const { return mutableOf(*this).FindByEncoding(encoding); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;
@@ -123,16 +137,30 @@ public:
   /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
-  /// The item at `index`; throws std::out_of_range outside the list.
+  /// The item at `index`; throws kestrune::BadIndex outside the list. @{
   COscillator *operator[](int index);
+  const COscillator *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<COscillator> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<COscillator> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const COscillator> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const COscillator> end() const { return {m_items, m_items.size()}; }
+  ///@}
   /// The first item with that "Value", or null; the default oscillator if the collection is empty. Throws
-  /// CKRXException* (text 101) when it reaches an item whose "Value" is not a number.
+  /// CKRXException* (text 101) when it reaches an item whose "Value" is not a number. @{
   COscillator *Find(int value);
+  const COscillator *Find(int value) const { return mutableOf(*this).Find(value); }
+  ///@}
   /// The first item with that "Display", ignoring case and white space, or null; the default oscillator if the
-  /// collection is empty.
+  /// collection is empty. @{
   COscillator *Find(const char *display);
-  /// The first item with that "Encoding". Same result and exception as the search by "Value".
+  const COscillator *Find(const char *display) const { return mutableOf(*this).Find(display); }
+  ///@}
+  /// The first item with that "Encoding". Same result and exception as the search by "Value". @{
   COscillator *FindByEncoding(int encoding);
+  const COscillator *FindByEncoding(int encoding) const { return mutableOf(*this).FindByEncoding(encoding); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;
@@ -141,7 +169,7 @@ private:
   template <class Matches>
   COscillator *findOrDefault(Matches matches);
 
-  std::unique_ptr<COscillator> m_default; // created at the first search that needs it
+  mutable std::unique_ptr<COscillator> m_default; // created at the first search that needs it
 };
 
 /// A clock rate with its multipliers and oscillators.
@@ -169,13 +197,17 @@ public:
   double CycleDivider() const;
   /// The code of the clock rate, a text of any form; valid until the member changes.
   const char *Encoding() const;
-  /// The multipliers of this rate: a member of the clock.
+  /// The multipliers of this rate: a member of the clock. @{
   CMultipliers *Multipliers();
+  const CMultipliers *Multipliers() const { return &m_multipliers; }
+  ///@}
   /// True for 1, TRUE and YES, false for 0, FALSE and NO, ignoring case and white space. Throws CKRXException* (text
   /// 132) for any other text, including an empty one.
   bool Uart() const;
-  /// The oscillators of this rate: a member of the clock.
+  /// The oscillators of this rate: a member of the clock. @{
   COscillators *Oscillators();
+  const COscillators *Oscillators() const { return &m_oscillators; }
+  ///@}
 
 private:
   struct Members;
@@ -202,15 +234,29 @@ public:
   /// \copydoc CXMLCollectionFolder::Load
   long Load(MSXML::IXMLDOMElement *parent) override;
 
-  /// The item at `index`; throws std::out_of_range outside the list.
+  /// The item at `index`; throws kestrune::BadIndex outside the list. @{
   CClock *operator[](int index);
+  const CClock *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CClock> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CClock> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CClock> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CClock> end() const { return {m_items, m_items.size()}; }
+  ///@}
   /// The first item with that "Value", in kHz, or null; values that differ by no more than DBL_EPSILON count as equal.
-  /// Throws CKRXException* (text 101) when it reaches an item whose "Value" is not a number.
+  /// Throws CKRXException* (text 101) when it reaches an item whose "Value" is not a number. @{
   CClock *Find(double value);
-  /// The first item with that "Display", case-sensitive, ignoring white space; null if there is none or for null.
+  const CClock *Find(double value) const { return mutableOf(*this).Find(value); }
+  ///@}
+  /// The first item with that "Display", case-sensitive, ignoring white space; null if there is none or for null. @{
   CClock *FindByDisplay(const char *display);
-  /// The first item with that "Encoding", case-sensitive, ignoring white space; null if there is none or for null.
+  const CClock *FindByDisplay(const char *display) const { return mutableOf(*this).FindByDisplay(display); }
+  ///@}
+  /// The first item with that "Encoding", case-sensitive, ignoring white space; null if there is none or for null. @{
   CClock *FindByEncoding(const char *encoding);
+  const CClock *FindByEncoding(const char *encoding) const { return mutableOf(*this).FindByEncoding(encoding); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;

@@ -41,10 +41,20 @@ public:
 
   /// Adds a model and returns it; the collection owns it. Returns null when `name` is null, empty or already present.
   CLinkCompatibleModel *Add(const char *name);
-  /// The item at `index`; throws std::out_of_range outside the list.
+  /// The item at `index`; throws kestrune::BadIndex outside the list. @{
   CLinkCompatibleModel *operator[](int index);
-  /// The first item with that name, case-insensitive, or null.
+  const CLinkCompatibleModel *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CLinkCompatibleModel> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CLinkCompatibleModel> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CLinkCompatibleModel> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CLinkCompatibleModel> end() const { return {m_items, m_items.size()}; }
+  ///@}
+  /// The first item with that name, case-insensitive, or null. @{
   CLinkCompatibleModel *Find(const char *key);
+  const CLinkCompatibleModel *Find(const char *key) const { return mutableOf(*this).Find(key); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;

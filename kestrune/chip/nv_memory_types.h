@@ -66,10 +66,20 @@ public:
   /// Adds a memory with that key and, unless it is null, that name, and returns it; the collection owns it. Returns
   /// null when `key` is null, empty or already present.
   CNVMemoryType *Add(const char *key, const char *name);
-  /// The item at `index`; throws std::out_of_range outside the list.
+  /// The item at `index`; throws kestrune::BadIndex outside the list. @{
   CNVMemoryType *operator[](int index);
-  /// The first item with that key, case-insensitive, or null.
+  const CNVMemoryType *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CNVMemoryType> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CNVMemoryType> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CNVMemoryType> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CNVMemoryType> end() const { return {m_items, m_items.size()}; }
+  ///@}
+  /// The first item with that key, case-insensitive, or null. @{
   CNVMemoryType *Find(const char *key);
+  const CNVMemoryType *Find(const char *key) const { return mutableOf(*this).Find(key); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;

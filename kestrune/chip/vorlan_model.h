@@ -131,8 +131,10 @@ public:
   int ClockingScheme() const;
   /// The number of the chip family, such as 3100. Same exception as InstructionSet.
   int Family() const;
-  /// The non-volatile memories of this model: a member of the model.
+  /// The non-volatile memories of this model: a member of the model. @{
   CNVMemoryTypes &NVMemoryTypes();
+  const CNVMemoryTypes &NVMemoryTypes() const { return m_nvMemoryTypes; }
+  ///@}
   /// The number of the capacity model. Throws CKRXException* (text 101) if the text is not a number, as the default,
   /// "Unassigned", is not.
   capacityModel CapacityModel() const;

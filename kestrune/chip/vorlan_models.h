@@ -18,12 +18,24 @@ public:
   /// Adds a model with that name and returns it; the collection owns it. Returns null when `name` is null, empty or the
   /// key of an item, case-insensitive.
   CVorlanModel *Add(const char *name);
-  /// The item at `index`; throws std::out_of_range outside the list.
+  /// The item at `index`; throws kestrune::BadIndex outside the list. @{
   CVorlanModel *operator[](int index);
-  /// The first item with that key, case-insensitive, or null.
+  const CVorlanModel *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CVorlanModel> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CVorlanModel> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CVorlanModel> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CVorlanModel> end() const { return {m_items, m_items.size()}; }
+  ///@}
+  /// The first item with that key, case-insensitive, or null. @{
   CVorlanModel *Find(const char *key);
-  /// The first item with that name, case-insensitive, or null.
+  const CVorlanModel *Find(const char *key) const { return mutableOf(*this).Find(key); }
+  ///@}
+  /// The first item with that name, case-insensitive, or null. @{
   CVorlanModel *FindByName(const char *name);
+  const CVorlanModel *FindByName(const char *name) const { return mutableOf(*this).FindByName(name); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;
@@ -44,11 +56,26 @@ public:
   /// \copydoc CVorlanModels::Add
   CVorlanModel2 *Add(const char *name);
   /// \copydoc CVorlanModels::operator[]
+  /// @{
   CVorlanModel2 *operator[](int index);
+  const CVorlanModel2 *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CVorlanModel2> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CVorlanModel2> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CVorlanModel2> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CVorlanModel2> end() const { return {m_items, m_items.size()}; }
+  ///@}
   /// \copydoc CVorlanModels::Find
+  /// @{
   CVorlanModel2 *Find(const char *key);
+  const CVorlanModel2 *Find(const char *key) const { return mutableOf(*this).Find(key); }
+  ///@}
   /// \copydoc CVorlanModels::FindByName
+  /// @{
   CVorlanModel2 *FindByName(const char *name);
+  const CVorlanModel2 *FindByName(const char *name) const { return mutableOf(*this).FindByName(name); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;
@@ -69,11 +96,26 @@ public:
   /// \copydoc CVorlanModels::Add
   CVorlanModel3 *Add(const char *name);
   /// \copydoc CVorlanModels::operator[]
+  /// @{
   CVorlanModel3 *operator[](int index);
+  const CVorlanModel3 *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CVorlanModel3> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CVorlanModel3> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CVorlanModel3> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CVorlanModel3> end() const { return {m_items, m_items.size()}; }
+  ///@}
   /// \copydoc CVorlanModels::Find
+  /// @{
   CVorlanModel3 *Find(const char *key);
+  const CVorlanModel3 *Find(const char *key) const { return mutableOf(*this).Find(key); }
+  ///@}
   /// \copydoc CVorlanModels::FindByName
+  /// @{
   CVorlanModel3 *FindByName(const char *name);
+  const CVorlanModel3 *FindByName(const char *name) const { return mutableOf(*this).FindByName(name); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;
@@ -94,11 +136,26 @@ public:
   /// \copydoc CVorlanModels::Add
   CVorlanModel4 *Add(const char *name);
   /// \copydoc CVorlanModels::operator[]
+  /// @{
   CVorlanModel4 *operator[](int index);
+  const CVorlanModel4 *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CVorlanModel4> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CVorlanModel4> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CVorlanModel4> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CVorlanModel4> end() const { return {m_items, m_items.size()}; }
+  ///@}
   /// \copydoc CVorlanModels::Find
+  /// @{
   CVorlanModel4 *Find(const char *key);
+  const CVorlanModel4 *Find(const char *key) const { return mutableOf(*this).Find(key); }
+  ///@}
   /// \copydoc CVorlanModels::FindByName
+  /// @{
   CVorlanModel4 *FindByName(const char *name);
+  const CVorlanModel4 *FindByName(const char *name) const { return mutableOf(*this).FindByName(name); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;

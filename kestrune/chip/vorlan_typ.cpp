@@ -2,6 +2,7 @@
 
 #include "kestrune/xml/companion_files.h"
 #include "kestrune/xml/record_members.h"
+#include "kestrune/xml/reporting.h"
 
 #include <optional>
 
@@ -36,6 +37,7 @@ long LoadAddOns(Document &document, Models Document::*models, AddOnDocument use,
 /// document.
 template <class Document, class Models>
 long LoadWithAddOns(Document &document, Models Document::*models, const CString &name) {
+  const kestrune::Reporting report(document);
   const long result = document.CXMLFolder::LoadFromFile(name, nullptr);
   return result < 0 ? result : LoadAddOns(document, models, AddOnDocument::kNew, name, result);
 }
@@ -140,6 +142,7 @@ void CVorlanTyp4::Init() { Members::init(*this); }
 void CVorlanTyp4::pushMembers() { Members::push(*this); }
 
 long CVorlanTyp4::LoadFromFile(const char *fileName) {
+  const kestrune::Reporting report(*this);
   const CString name = loadDepth == 0 ? chosenFile(fileName) : CString(fileName);
   const LoadDepth onTheWay;
   const long result = CXMLFolder::LoadFromFile(name, nullptr);

@@ -16,7 +16,7 @@ using kestrune::dom::Node;
 using kestrune::dom::Tree;
 using kestrune::dom::TreeOf;
 
-IXMLDOMDocumentPtr IXMLDOMNode::GetownerDocument() const { return m_document; }
+IXMLDOMDocumentPtr IXMLDOMNode::GetownerDocument() const { return ownerDocument; }
 
 IXMLDOMNodePtr IXMLDOMNode::appendChild(IXMLDOMNode *child) {
   if (child == nullptr)
@@ -24,7 +24,7 @@ IXMLDOMNodePtr IXMLDOMNode::appendChild(IXMLDOMNode *child) {
   Tree &tree = TreeOf(this);
   Element *const self = Node::of(this)->element();
   Node *const added = Node::of(child);
-  if (self == nullptr || added->owner() != m_document || added->parent != nullptr ||
+  if (self == nullptr || added->owner() != ownerDocument || added->parent != nullptr ||
       added->is(Node::Kind::Instruction) || added == tree.root)
     Fail(E_INVALIDARG, "not a new node of this document");
   // Only a new element that has children already can be above this one.
@@ -90,7 +90,7 @@ IXMLDOMNodeList::IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view na
       }()) {}
 
 /// `name` is the number of the name in the tree.
-IXMLDOMNodeList::IXMLDOMNodeList(const IXMLDOMElement *root, std::uint32_t name)
+IXMLDOMNodeList::Items::Items(const IXMLDOMElement *root, std::uint32_t name)
     : m_root(root), m_name(name), m_indexed(TreeOf(root).indexed), m_last(root) {
   Tree &tree = TreeOf(root);
   if (m_indexed && m_name != Tree::kNoName) {
@@ -100,28 +100,30 @@ IXMLDOMNodeList::IXMLDOMNodeList(const IXMLDOMElement *root, std::uint32_t name)
 }
 
 long IXMLDOMNodeList::Getlength() const {
-  if (m_name == Tree::kNoName)
+  if (item.m_name == Tree::kNoName)
     return 0;
-  const Element *const root = Element::of(m_root);
-  if (m_indexed) {
-    if (m_first == 0)
+  const Element *const root = Element::of(item.m_root);
+  if (item.m_indexed) {
+    if (item.m_first == 0)
       return 0;
     Tree &tree = TreeOf(root);
-    const std::vector<std::uint32_t> &all = tree.all(tree.names[m_name]);
-    const auto begin = std::lower_bound(all.begin(), all.end(), m_first);
+    const std::vector<std::uint32_t> &all = tree.all(tree.names[item.m_name]);
+    const auto begin = std::lower_bound(all.begin(), all.end(), item.m_first);
     return static_cast<long>(std::upper_bound(begin, all.end(), root->lastOrder()) - begin);
   }
   long length = 0;
   for (const Node *node = root; (node = NextBelow(root, node)) != nullptr;)
-    length += node->hasTag(m_name) ? 1 : 0;
+    length += node->hasTag(item.m_name) ? 1 : 0;
   return length;
 }
 
-IXMLDOMElementPtr IXMLDOMNodeList::Getitem(long index) const {
+IXMLDOMElementPtr IXMLDOMNodeList::Getitem(long index) const { return item[index]; }
+
+IXMLDOMElementPtr IXMLDOMNodeList::Items::operator[](long index) const {
   if (index < 0 || m_name == Tree::kNoName)
     return nullptr;
   if (m_indexed) {
-    const std::uint32_t number = m_first != 0 ? indexedItem(index) : 0;
+    const std::uint32_t number = m_first != 0 ? indexed(index) : 0;
     if (number == 0 || number > Element::of(m_root)->lastOrder())
       return nullptr;
     m_lastIndex = index;
@@ -146,7 +148,7 @@ IXMLDOMElementPtr IXMLDOMNodeList::Getitem(long index) const {
 }
 
 /// The number of the element at `index`, counted from the first, in the index of the document; 0 where it ends before.
-std::uint32_t IXMLDOMNodeList::indexedItem(long index) const {
+std::uint32_t IXMLDOMNodeList::Items::indexed(long index) const {
   if (index == 0)
     return m_first;
   if (index == m_lastIndex + 1)

@@ -3,10 +3,12 @@
 #include "kestrune/export.h"
 #include "kestrune/platform/com.h"
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 /// \file
 /// The XML document tree. A document owns its nodes, and a node pointer keeps the document alive. Names and texts come
@@ -26,11 +28,55 @@ namespace kestrune::dom {
 /// Of the library's own: see member_access.h there.
 MSXML::IXMLDOMNodeList FindElements(MSXML::IXMLDOMElement *parent, const CString &tag);
 
+/// A text that is none of the standard library: a CString or what derives from it, a _bstr_t, a _variant_t (the null
+/// variant counts as empty), or wide text.
+template <class Text>
+concept DomString = std::derived_from<Text, CString> || std::derived_from<Text, _variant_t> ||
+    std::is_convertible_v<const Text &, const wchar_t *>;
+
+/// The bytes of a text in any form; null counts as empty. It is for the length of a call.
+class DomText {
+public:
+  /// Refers to `text`, or converts wide text to the code page. @{
+  template <class Text>
+  explicit DomText(const Text &text) {
+    if constexpr (std::derived_from<Text, CString>)
+      m_view = static_cast<const CString &>(text).View();
+    else if constexpr (std::derived_from<Text, _variant_t>)
+      m_view = text.text().View();
+    else if constexpr (std::is_convertible_v<const Text &, const char *>)
+      refer(text);
+    else if constexpr (DomString<Text>)
+      m_view = (m_converted = static_cast<const wchar_t *>(text)).View();
+    else
+      m_view = text;
+  }
+  DomText(const DomText &) = delete;
+  DomText &operator=(const DomText &) = delete;
+  ~DomText() = default;
+  ///@}
+  /// The bytes, in the code page.
+  std::string_view view() const noexcept { return m_view; }
+
+private:
+  void refer(const char *text) {
+    if (text != nullptr)
+      m_view = text;
+  }
+
+  CString m_converted;
+  std::string_view m_view;
+};
+
 } // namespace kestrune::dom
 
 namespace MSXML {
 
-/// A node: an element, a text, or a processing instruction.
+using kestrune::dom::DomString;
+using kestrune::dom::DomText;
+
+/// A node: an element, a text, or a processing instruction. Each text that an operation takes may be a string view, a
+/// literal, a CString, a _bstr_t, a _variant_t, or wide.
 class KESTRUNE_API IXMLDOMNode {
 public:
   IXMLDOMNode(const IXMLDOMNode &) = delete;
@@ -56,39 +102,60 @@ public:
 
   /// Replaces what the node holds by `text`. Child nodes have no parent after that, and can be added again.
   void Puttext(std::string_view text);
+  /// The same with a text in another form.
+  template <DomString Text>
+  void Puttext(const Text &text) {
+    Puttext(DomText(text).view());
+  }
+
+  /// The document that made the node, which owns it: what GetownerDocument returns.
+  IXMLDOMDocument *const ownerDocument;
 
 protected:
   /// Nodes are made and destroyed by their document only. @{
-  explicit IXMLDOMNode(IXMLDOMDocument *document) : m_document(document) {}
+  explicit IXMLDOMNode(IXMLDOMDocument *document) : ownerDocument(document) {}
   ~IXMLDOMNode() = default;
   ///@}
-
-  IXMLDOMDocument *const m_document; ///< The document that owns the node.
 };
 
 /// The descendants of an element that have one name, in document order. Nothing is collected beforehand. It is to be
 /// used while its element lives.
 class KESTRUNE_API IXMLDOMNodeList {
 public:
+  /// The elements, by their index from 0.
+  class KESTRUNE_API Items {
+  public:
+    /// The one at `index`, or null. Reading in ascending order costs nothing extra.
+    _com_ptr_t<IXMLDOMElement> operator[](long index) const;
+
+  private:
+    friend class IXMLDOMNodeList;
+    Items(const IXMLDOMElement *root, std::uint32_t name);
+    std::uint32_t indexed(long index) const;
+
+    const IXMLDOMElement *m_root;
+    std::uint32_t m_name;
+    bool m_indexed;            // answers come from the index of the document
+    std::uint32_t m_first = 0; // number of the first of them in that, or 0
+    // The last answer, from which the next search goes on.
+    mutable long m_lastIndex = -1;
+    mutable const IXMLDOMElement *m_last;
+  };
+
   /// How many there are.
   long Getlength() const;
   /// The one at `index`, from 0, or null. Reading in ascending order costs nothing extra.
   _com_ptr_t<IXMLDOMElement> Getitem(long index) const;
+  /// The list itself, for programs that write `->`, as to a pointer. @{
+  const IXMLDOMNodeList *operator->() const noexcept { return this; }
+  Items item; ///< `list->item[0]` is `list.Getitem(0)`.
+  ///@}
 
 private:
   friend class IXMLDOMElement;
   friend IXMLDOMNodeList kestrune::dom::FindElements(MSXML::IXMLDOMElement *parent, const CString &tag);
   IXMLDOMNodeList(const IXMLDOMElement *root, std::string_view name);
-  IXMLDOMNodeList(const IXMLDOMElement *root, std::uint32_t name);
-  std::uint32_t indexedItem(long index) const;
-
-  const IXMLDOMElement *m_root;
-  std::uint32_t m_name;
-  bool m_indexed;            // answers come from the index of the document
-  std::uint32_t m_first = 0; // number of the first of them in that, or 0
-  // The last answer, from which the next search goes on.
-  mutable long m_lastIndex = -1;
-  mutable const IXMLDOMElement *m_last;
+  IXMLDOMNodeList(const IXMLDOMElement *root, std::uint32_t name) : item(root, name) {}
 };
 
 /// An element with its attributes, in the order of their first setting.
@@ -102,6 +169,21 @@ public:
   void setAttribute(std::string_view name, std::string_view text);
   /// All descendant elements of that name, at any depth.
   IXMLDOMNodeList getElementsByTagName(std::string_view name) const { return {this, name}; }
+
+  /// The same with texts in another form. @{
+  template <DomString Name>
+  _variant_t getAttribute(const Name &name) const {
+    return getAttribute(DomText(name).view());
+  }
+  template <class Name, class Text>
+  requires(DomString<Name> || DomString<Text>) void setAttribute(const Name &name, const Text &text) {
+    setAttribute(DomText(name).view(), DomText(text).view());
+  }
+  template <DomString Name>
+  IXMLDOMNodeList getElementsByTagName(const Name &name) const {
+    return getElementsByTagName(DomText(name).view());
+  }
+  ///@}
 
 protected:
   using IXMLDOMNode::IXMLDOMNode;
@@ -155,6 +237,20 @@ public:
   _com_ptr_t<IXMLDOMElement> createElement(std::string_view name);
   _com_ptr_t<IXMLDOMNode> createTextNode(std::string_view text);
   _com_ptr_t<IXMLDOMNode> createProcessingInstruction(std::string_view target, std::string_view data);
+  template <DomString Name>
+  _com_ptr_t<IXMLDOMElement> createElement(const Name &name) {
+    return createElement(DomText(name).view());
+  }
+  template <DomString Text>
+  _com_ptr_t<IXMLDOMNode> createTextNode(const Text &text) {
+    return createTextNode(DomText(text).view());
+  }
+  template <class Target, class Data>
+  requires(DomString<Target> ||
+           DomString<Data>) _com_ptr_t<IXMLDOMNode> createProcessingInstruction(const Target &target,
+                                                                                const Data &data) {
+    return createProcessingInstruction(DomText(target).view(), DomText(data).view());
+  }
   ///@}
 
   /// Adds a processing instruction before the root, after those added earlier.
@@ -183,8 +279,8 @@ private:
   mutable unsigned long m_references = 0;
 };
 
-inline void IXMLDOMNode::AddRef() const noexcept { m_document->AddRef(); }
-inline void IXMLDOMNode::Release() const noexcept { m_document->Release(); }
+inline void IXMLDOMNode::AddRef() const noexcept { ownerDocument->AddRef(); }
+inline void IXMLDOMNode::Release() const noexcept { ownerDocument->Release(); }
 
 /// A pointer that keeps the document of its node alive. @{
 using IXMLDOMNodePtr = _com_ptr_t<IXMLDOMNode>;

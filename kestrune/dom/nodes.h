@@ -40,7 +40,7 @@ struct Node : MSXML::IXMLDOMElement {
   static Node *of(MSXML::IXMLDOMNode *node) { return static_cast<Node *>(node); }
   static const Node *of(const MSXML::IXMLDOMNode *node) { return static_cast<const Node *>(node); }
 
-  MSXML::IXMLDOMDocument *owner() const { return m_document; }
+  MSXML::IXMLDOMDocument *owner() const { return ownerDocument; }
   bool is(Kind kind) const { return m_kind == static_cast<std::uint32_t>(kind); }
   bool isElement() const { return m_kind <= static_cast<std::uint32_t>(Kind::Element); }
   bool hasTag(std::uint32_t number) const { return isElement() && m_name == number; }

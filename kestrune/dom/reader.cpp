@@ -51,8 +51,8 @@ struct Restart {
 /// Reads a file once into an empty tree, by Expat.
 class Reader {
 public:
-  Reader(Tree &tree, platform::InputFile &file, MSXML::ParseError &failure)
-      : m_tree(tree), m_builder(tree), m_file(file), m_failure(failure) {}
+  Reader(Tree &tree, platform::InputFile &file, MSXML::ParseError &failure, std::span<ElementPlace> places)
+      : m_tree(tree), m_builder(tree), m_file(file), m_failure(failure), m_places(places) {}
 
   /// Reads the file as it is, or once more as `again` says. Returns false with either the failure or restart() set.
   bool read(const std::optional<Restart> &again) {
@@ -290,6 +290,8 @@ private:
     if (m_hasDoctype && tagLosesText())
       return stop(kUndefinedEntity);
     m_builder.start(m_tree.intern(name));
+    if (!m_places.empty())
+      notePlace();
     const int specified = XML_GetSpecifiedAttributeCount(m_parser);
     for (int i = 0; attributes[i] != nullptr; i += 2) {
       const std::string_view text = attributes[i + 1];
@@ -303,10 +305,19 @@ private:
     }
   }
 
+  /// Fills the places of the element that has just begun.
+  void notePlace() {
+    for (; !m_places.empty() && m_places.front().element == m_tree.elementCount(); m_places = m_places.subspan(1)) {
+      m_places.front().line = static_cast<long>(XML_GetCurrentLineNumber(m_parser));
+      m_places.front().column = static_cast<long>(XML_GetCurrentColumnNumber(m_parser)) + 1;
+    }
+  }
+
   Tree &m_tree;
   Builder m_builder;
   platform::InputFile &m_file;
   MSXML::ParseError &m_failure;
+  std::span<ElementPlace> m_places; // those that are not found yet
   XML_Parser m_parser = nullptr;
   std::string m_encoding;
   bool m_standalone = false;
@@ -324,12 +335,12 @@ private:
 
 } // namespace
 
-std::optional<Tree> ReadByExpat(MSXML::IXMLDOMDocument *document, platform::InputFile &file,
-                                MSXML::ParseError &failure) {
+std::optional<Tree> ReadByExpat(MSXML::IXMLDOMDocument *document, platform::InputFile &file, MSXML::ParseError &failure,
+                                std::span<ElementPlace> places) {
   std::optional<Restart> again;
   do {
     std::optional<Tree> tree(std::in_place, document);
-    Reader reader(*tree, file, failure);
+    Reader reader(*tree, file, failure, places);
     if (reader.read(again))
       return tree;
     again = reader.restart();

@@ -22,6 +22,12 @@ namespace kestrune::dom {
 
 [[noreturn]] void Fail(HRESULT error, const std::string &description);
 
+/// A document that cannot be saved, and the place of what is at fault, such as "/VorlanTyp/Contents"; may be empty.
+struct SaveRefused : _com_error {
+  SaveRefused(const _com_error &error, const char *at) : _com_error(error), place(at) {}
+  CString place;
+};
+
 constexpr const char *kTextTooLong = "a text of 2 GiB or more";
 
 /// Texts in here are UTF-8.

@@ -149,7 +149,11 @@ public:
     if (m_tree.root == nullptr)
       refuse("the document has no root element");
     Counter counter;
-    write(counter);
+    try {
+      write(counter);
+    } catch (const _com_error &error) {
+      throw SaveRefused(error, faultyPlace().c_str());
+    }
     m_size = counter.size();
   }
 
@@ -254,6 +258,59 @@ private:
     }
     output.append(text.substr(written));
   }
+
+  /// Where the first text or name is that cannot be saved.
+  std::string faultyPlace() const {
+    Counter unused;
+    const auto isRefused = [](auto check) {
+      try {
+        check();
+      } catch (const _com_error &) {
+        return true;
+      }
+      return false;
+    };
+    for (const Node *node = m_tree.root; node != nullptr; node = NextBelow(m_tree.root, node)) {
+      if (const Element *const element = node->element(); element != nullptr) {
+        if (isRefused([&] { name(element->name()); }))
+          return pathTo(element->parent);
+        for (const Attribute *attribute = element->firstAttribute(); attribute != nullptr;
+             attribute = attribute->next) {
+          if (isRefused([&] { name(attribute->name); }))
+            return pathTo(element);
+          if (isRefused([&] { writeText(unused, attribute->value(), kAttributeNeeds); }))
+            return pathTo(element) + "/@" + inCodePage(m_tree.name(attribute->name));
+        }
+      }
+      if (isRefused([&] { writeText(unused, node->ownText(), kTextNeeds); }))
+        return pathTo(node->isElement() ? node : node->parent);
+    }
+    return {};
+  }
+
+  /// The elements that lead to a node, each with its first attribute, which is mostly its name. Not all of them, where
+  /// they are many.
+  std::string pathTo(const Node *node) const {
+    constexpr int kMostSteps = 8;
+    std::string path;
+    for (int steps = 0; node != nullptr; node = node->parent, ++steps) {
+      if (steps == kMostSteps)
+        return "..." + path;
+      const Attribute *const attribute = node->element()->firstAttribute();
+      std::string step = "/" + inCodePage(m_tree.name(node->name()));
+      if (attribute != nullptr && isShowable(attribute->value()))
+        step += "[" + inCodePage(m_tree.name(attribute->name)) + "='" + inCodePage(attribute->value()) + "']";
+      path.insert(0, step);
+    }
+    return path;
+  }
+
+  static bool isShowable(std::string_view text) {
+    constexpr std::size_t kLongest = 100;
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20; };
+    return text.size() <= kLongest && platform::IsValidUtf8(text) && std::none_of(text.begin(), text.end(), isControl);
+  }
+  static std::string inCodePage(std::string_view text) { return isShowable(text) ? platform::Utf8ToText(text) : "..."; }
 
   std::string_view name(std::uint32_t number) const {
     const std::string_view name = m_tree.name(number);

@@ -83,12 +83,24 @@ public:
   /// Adds a class with that name and number, and returns it; the collection owns it. Returns null when `name` is null,
   /// empty or already present.
   CTKDeviceClass *Add(const char *name, int number);
-  /// The item at `index`; throws std::out_of_range outside the list.
+  /// The item at `index`; throws kestrune::BadIndex outside the list. @{
   CTKDeviceClass *operator[](int index);
-  /// The first item with that name, case-insensitive, or null.
+  const CTKDeviceClass *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CTKDeviceClass> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CTKDeviceClass> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CTKDeviceClass> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CTKDeviceClass> end() const { return {m_items, m_items.size()}; }
+  ///@}
+  /// The first item with that name, case-insensitive, or null. @{
   CTKDeviceClass *Find(const char *name);
-  /// The first item with that NumberMajor and NumberMinor, or null. An item that was never loaded counts as 0.0.
+  const CTKDeviceClass *Find(const char *name) const { return mutableOf(*this).Find(name); }
+  ///@}
+  /// The first item with that NumberMajor and NumberMinor, or null. An item that was never loaded counts as 0.0. @{
   CTKDeviceClass *FindByNumber(int major, int minor);
+  const CTKDeviceClass *FindByNumber(int major, int minor) const { return mutableOf(*this).FindByNumber(major, minor); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;
@@ -105,11 +117,28 @@ public:
   /// \copydoc CTKDeviceClasses::Add
   CTKDeviceClass2 *Add(const char *name, int number);
   /// \copydoc CTKDeviceClasses::operator[]
+  /// @{
   CTKDeviceClass2 *operator[](int index);
+  const CTKDeviceClass2 *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CTKDeviceClass2> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CTKDeviceClass2> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CTKDeviceClass2> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CTKDeviceClass2> end() const { return {m_items, m_items.size()}; }
+  ///@}
   /// \copydoc CTKDeviceClasses::Find
+  /// @{
   CTKDeviceClass2 *Find(const char *name);
+  const CTKDeviceClass2 *Find(const char *name) const { return mutableOf(*this).Find(name); }
+  ///@}
   /// \copydoc CTKDeviceClasses::FindByNumber
+  /// @{
   CTKDeviceClass2 *FindByNumber(int major, int minor);
+  const CTKDeviceClass2 *FindByNumber(int major, int minor) const {
+    return mutableOf(*this).FindByNumber(major, minor);
+  }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;

@@ -82,12 +82,24 @@ public:
   /// Adds a row with that name and, unless `number` is null, that number, and returns it; the collection owns it.
   /// Returns null when `name` is null, empty or already present.
   CXMLPair *Add(const char *name, const char *number);
-  /// The row at `index`; throws std::out_of_range outside the list.
+  /// The row at `index`; throws kestrune::BadIndex outside the list. @{
   CXMLPair *operator[](int index);
-  /// The first row with that name, case-insensitive, or null.
+  const CXMLPair *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CXMLPair> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CXMLPair> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CXMLPair> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CXMLPair> end() const { return {m_items, m_items.size()}; }
+  ///@}
+  /// The first row with that name, case-insensitive, or null. @{
   CXMLPair *Find(const char *name);
-  /// The first row whose number is exactly that text, or null: 0x1A, 0x1a and 26 all differ.
+  const CXMLPair *Find(const char *name) const { return mutableOf(*this).Find(name); }
+  ///@}
+  /// The first row whose number is exactly that text, or null: 0x1A, 0x1a and 26 all differ. @{
   CXMLPair *FindByNumber(const char *number);
+  const CXMLPair *FindByNumber(const char *number) const { return mutableOf(*this).FindByNumber(number); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;
@@ -106,12 +118,24 @@ public:
   /// Adds a row with that name and number, and returns it; the collection owns it. The number is stored as "0x" and
   /// capital digits. Returns null when `name` is null, empty or already present.
   CXMLNameHexPair *Add(const char *name, int number);
-  /// The row at `index`; throws std::out_of_range outside the list.
+  /// The row at `index`; throws kestrune::BadIndex outside the list. @{
   CXMLNameHexPair *operator[](int index);
-  /// The first row with that name, case-insensitive, or null.
+  const CXMLNameHexPair *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CXMLNameHexPair> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CXMLNameHexPair> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CXMLNameHexPair> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CXMLNameHexPair> end() const { return {m_items, m_items.size()}; }
+  ///@}
+  /// The first row with that name, case-insensitive, or null. @{
   CXMLNameHexPair *Find(const char *name);
-  /// The first row whose number is exactly that text, or null.
+  const CXMLNameHexPair *Find(const char *name) const { return mutableOf(*this).Find(name); }
+  ///@}
+  /// The first row whose number is exactly that text, or null. @{
   CXMLNameHexPair *FindByNumber(const char *number);
+  const CXMLNameHexPair *FindByNumber(const char *number) const { return mutableOf(*this).FindByNumber(number); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;

@@ -5,20 +5,32 @@
 
 #include <array>
 #include <compare>
+#include <concepts>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
+#include <iosfwd>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
 /// \file
 /// The platform's string.
 
-/// The platform's narrow string: a byte sequence in the code page of the process, always readable as a zero-terminated
-/// text. Lengths, offsets and counts are in bytes. Case is ASCII case, and a trail byte of a double-byte page is never
-/// taken for a character. Copies share a long text until one of them changes, which nobody notices: threads that have
-/// an object each are independent. Threads may not share an object while it changes.
+class CXMLPersistent;
+
+namespace kestrune {
+/// A text of the standard library, and nothing that only converts to one: so that no other argument becomes ambiguous.
+template <class Text>
+concept StandardText = std::same_as<Text, std::string> || std::same_as<Text, std::string_view>;
+} // namespace kestrune
+
+/// The platform's narrow string, with a std::hash: a byte sequence in the code page of the process, always readable as
+/// a zero-terminated text. Lengths, offsets and counts are in bytes. Case is ASCII case, and a trail byte of a
+/// double-byte page is never taken for a character. Copies share a long text until one of them changes, which nobody
+/// notices: threads that have an object each are independent. Threads may not share an object while it changes.
 class KESTRUNE_API CString {
 public:
   CString() noexcept = default; ///< Empty.
@@ -73,21 +85,47 @@ public:
   }
   CString &operator=(const char *text);
   CString &operator=(const wchar_t *text);
+  template <kestrune::StandardText Text>
+  CString &operator=(const Text &text) {
+    assign(text);
+    return *this;
+  }
   ///@}
   /// Appends the text or character; null counts as empty. @{
   CString &operator+=(const CString &text) { return append(text.View()), *this; }
   CString &operator+=(const char *text);
   CString &operator+=(char character) { return append({&character, 1}), *this; }
+  template <kestrune::StandardText Text>
+  CString &operator+=(const Text &text) {
+    append(text);
+    return *this;
+  }
   ///@}
 
   /// The text; valid until the object changes. @{
   operator const char *() const noexcept { return data(); }
+  const char *c_str() const noexcept { return data(); }
   std::string_view View() const noexcept { return {data(), size()}; }
   ///@}
-  /// The number of bytes, without the terminator.
+
+#ifndef __clang__
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wvolatile"
+  /// Makes a std::string where one is initialised, passed by value or returned; with g++ only. It is `volatile` so that
+  /// it takes no part where a reference is wanted: std::string has most functions for a std::string and for a
+  /// `const char *`, and a call would be ambiguous. To clang it is ambiguous all the same.
+  operator const volatile std::string() const { return std::string(View()); }
+#pragma GCC diagnostic pop
+#endif
+
+  /// The number of bytes, without the terminator. @{
   int GetLength() const noexcept { return static_cast<int>(size()); }
-  /// Whether the text has no bytes.
+  std::size_t size() const noexcept { return isInPlace() ? kInPlace - mark() : m_inside.pointed.length; }
+  ///@}
+  /// Whether the text has no bytes. @{
   bool IsEmpty() const noexcept { return size() == 0; }
+  [[nodiscard]] bool empty() const noexcept { return size() == 0; }
+  ///@}
 
   /// The form of a text that GetLastingKey gives.
   using LastingKey = std::array<std::uint64_t, 2>;
@@ -171,13 +209,35 @@ public:
   friend bool operator==(const CString &a, const char *b) { return a.Compare(b) == 0; }
   friend std::strong_ordering operator<=>(const CString &a, const CString &b) noexcept { return a.View() <=> b.View(); }
   friend std::strong_ordering operator<=>(const CString &a, const char *b) { return a.Compare(b) <=> 0; }
+  template <kestrune::StandardText Text>
+  friend bool operator==(const CString &a, const Text &b) noexcept {
+    return a.View() == std::string_view(b);
+  }
+  template <kestrune::StandardText Text>
+  friend std::strong_ordering operator<=>(const CString &a, const Text &b) noexcept {
+    return a.View() <=> std::string_view(b);
+  }
   ///@}
   /// `a` followed by `b`; null counts as empty. @{
   friend CString operator+(const CString &a, const CString &b) { return CString(a) += b; }
   friend CString operator+(const CString &a, const char *b) { return CString(a) += b; }
   friend CString operator+(const char *a, const CString &b) { return CString(a) += b; }
   friend CString operator+(const CString &a, char b) { return CString(a) += b; }
+  template <kestrune::StandardText Text>
+  friend CString operator+(const CString &a, const Text &b) {
+    return CString(a) += b;
+  }
+  template <kestrune::StandardText Text>
+  friend CString operator+(const Text &a, const CString &b) {
+    return CString(a) += b;
+  }
   ///@}
+
+  /// Writes the text to the stream.
+  template <class Traits>
+  friend std::basic_ostream<char, Traits> &operator<<(std::basic_ostream<char, Traits> &out, const CString &text) {
+    return out << std::basic_string_view<char, Traits>(text.data(), text.size());
+  }
 
 private:
   // A record has many members, each with a value and a tag of a few bytes, and most tags are literals. So a string
@@ -221,7 +281,6 @@ private:
   bool isInPlace() const noexcept { return mark() <= kInPlace; }
   bool isOnHeap() const noexcept { return mark() >= kOnHeap; }
   const char *data() const noexcept { return isInPlace() ? m_inside.text : m_inside.pointed.text; }
-  std::size_t size() const noexcept { return isInPlace() ? kInPlace - mark() : m_inside.pointed.length; }
   void release() noexcept {
     if (isOnHeap())
       freeHeap();
@@ -275,6 +334,15 @@ inline CString &CString::operator=(const Constant &constant) noexcept {
   m_inside = constant.m_inside;
   return *this;
 }
+
+/// \cond
+// The hash of a CString, and of the names that derive from it, is that of an equal std::string_view. A persistent value
+// or record has none, as a record may have an `operator==` of its own.
+template <std::derived_from<CString> Text>
+requires(!std::is_base_of_v<CXMLPersistent, Text>) struct std::hash<Text> {
+  std::size_t operator()(const CString &text) const noexcept { return std::hash<std::string_view>()(text.View()); }
+};
+/// \endcond
 
 namespace kestrune::platform {
 

@@ -135,11 +135,13 @@ public:
   _variant_t(const char *text) : _variant_t(CString(text)) {}
   _variant_t(const wchar_t *text) : _variant_t(CString(text)) {}
   _variant_t(CString text) : vt(VT_BSTR), m_text(std::move(text)) {}
+  _variant_t(const _bstr_t &text) : _variant_t(static_cast<const char *>(text)) {}
   ///@}
 
   /// The text, in the code page; empty for the null variant. @{
   const CString &text() const &noexcept { return m_text; }
   CString text() &&noexcept { return std::move(m_text); }
+  operator _bstr_t() const { return {m_text}; }
   ///@}
 
   VARTYPE vt; ///< VT_BSTR for a text, VT_NULL without one.

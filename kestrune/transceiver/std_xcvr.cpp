@@ -2,6 +2,7 @@
 
 #include "kestrune/xml/companion_files.h"
 #include "kestrune/xml/record_members.h"
+#include "kestrune/xml/reporting.h"
 
 #include <unordered_set>
 
@@ -101,6 +102,7 @@ void CStdXcvr3::Init() { Members::init(*this); }
 void CStdXcvr3::pushMembers() { Members::push(*this); }
 
 long CStdXcvr3::LoadFromFile(const char *name) {
+  const kestrune::Reporting report(*this);
   CFilename file = CompanionName(name);
   if (isUserFile(file))
     return CXMLFolder::LoadFromFile(name, nullptr);

@@ -106,13 +106,25 @@ public:
   /// Adds a transceiver with that name and the default of every other member, and returns it; the collection owns it.
   /// Returns null when `name` is null, empty or already present.
   CTransceiver *Add(const char *name);
-  /// The item at `index`; throws std::out_of_range outside the list.
+  /// The item at `index`; throws kestrune::BadIndex outside the list. @{
   CTransceiver *operator[](int index);
-  /// The first item with that name, case-insensitive, or null.
+  const CTransceiver *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CTransceiver> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CTransceiver> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CTransceiver> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CTransceiver> end() const { return {m_items, m_items.size()}; }
+  ///@}
+  /// The first item with that name, case-insensitive, or null. @{
   CTransceiver *Find(const char *name);
+  const CTransceiver *Find(const char *name) const { return mutableOf(*this).Find(name); }
+  ///@}
   /// The first item whose `std_id` is that number, or null. Throws CKRXException* (text 101) when it reaches an item
-  /// whose `std_id` is not a number.
+  /// whose `std_id` is not a number. @{
   CTransceiver *FindByID(int id);
+  const CTransceiver *FindByID(int id) const { return mutableOf(*this).FindByID(id); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;
@@ -129,11 +141,26 @@ public:
   /// \copydoc CTransceivers::Add
   CTransceiver2 *Add(const char *name);
   /// \copydoc CTransceivers::operator[]
+  /// @{
   CTransceiver2 *operator[](int index);
+  const CTransceiver2 *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CTransceiver2> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CTransceiver2> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CTransceiver2> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CTransceiver2> end() const { return {m_items, m_items.size()}; }
+  ///@}
   /// \copydoc CTransceivers::Find
+  /// @{
   CTransceiver2 *Find(const char *name);
+  const CTransceiver2 *Find(const char *name) const { return mutableOf(*this).Find(name); }
+  ///@}
   /// \copydoc CTransceivers::FindByID
+  /// @{
   CTransceiver2 *FindByID(int id);
+  const CTransceiver2 *FindByID(int id) const { return mutableOf(*this).FindByID(id); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;
@@ -150,11 +177,26 @@ public:
   /// \copydoc CTransceivers::Add
   CTransceiver3 *Add(const char *name);
   /// \copydoc CTransceivers::operator[]
+  /// @{
   CTransceiver3 *operator[](int index);
+  const CTransceiver3 *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CTransceiver3> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CTransceiver3> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CTransceiver3> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CTransceiver3> end() const { return {m_items, m_items.size()}; }
+  ///@}
   /// \copydoc CTransceivers::Find
+  /// @{
   CTransceiver3 *Find(const char *name);
+  const CTransceiver3 *Find(const char *name) const { return mutableOf(*this).Find(name); }
+  ///@}
   /// \copydoc CTransceivers::FindByID
+  /// @{
   CTransceiver3 *FindByID(int id);
+  const CTransceiver3 *FindByID(int id) const { return mutableOf(*this).FindByID(id); }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "kestrune/xml/xml_folder.h"
+#include "kestrune/xml/xml_collection.h"
 
 #include <atomic>
 #include <cstddef>
-#include <memory>
 #include <typeinfo>
-#include <vector>
 
 namespace kestrune {
 
@@ -36,7 +34,7 @@ template <class Item>
 class BlockItem final : public Item {
 public:
   /// A new item for `collection`, which has `items`.
-  static CXMLFolder *make(const void *collection, const std::vector<std::unique_ptr<CXMLFolder>> &items) {
+  static CXMLFolder *make(const void *collection, const ItemList &items) {
     const CXMLFolder *const last = items.empty() ? nullptr : items.back().get();
     const bool inBlock = last != nullptr && typeid(*last) == typeid(BlockItem);
     ItemBlock *const block = ItemBlock::forNext(

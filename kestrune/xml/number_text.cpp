@@ -33,6 +33,8 @@ std::optional<std::uint32_t> WholeUnsigned(const char *text, int base) {
   return whole(text, [base](const char *from, char **end) { return platform::strtoul(from, end, base); });
 }
 
+std::optional<double> WholeDouble(const char *text) { return whole(text, platform::strtod); }
+
 std::int32_t ParseInt(const char *text, int base) { return orThrow(WholeInt(text, base), text); }
 std::uint32_t ParseUnsigned(const char *text, int base) { return orThrow(WholeUnsigned(text, base), text); }
-double ParseDouble(const char *text) { return orThrow(whole(text, platform::strtod), text); }
+double ParseDouble(const char *text) { return orThrow(WholeDouble(text), text); }

@@ -10,6 +10,8 @@
 std::optional<std::int32_t> WholeInt(const char *text, int base = 0);
 /// The same without a sign; a negative number wraps.
 std::optional<std::uint32_t> WholeUnsigned(const char *text, int base = 0);
+/// The same with a fraction.
+std::optional<double> WholeDouble(const char *text);
 
 // These throw CKRXException* (text 101, with the member's text) when anything is left after the number.
 

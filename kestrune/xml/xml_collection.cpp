@@ -3,16 +3,16 @@
 #include "kestrune/dom/member_access.h"
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/keyed_hash.h"
+#include "kestrune/xml/reporting.h"
 #include "kestrune/xml/text_compare.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
 namespace {
 
-using Items = std::vector<std::unique_ptr<CXMLFolder>>;
+using Items = kestrune::ItemList;
 
 // Up to here, walking is cheaper than a table.
 constexpr std::size_t kFewItems = 16;
@@ -31,6 +31,16 @@ std::uint32_t hashOf(std::string_view key) {
 }
 
 } // namespace
+
+kestrune::BadIndex::BadIndex(int index, int count) : std::out_of_range("vector"), m_index(index), m_count(count) {}
+kestrune::BadIndex::BadIndex(const BadIndex &) noexcept = default;
+kestrune::BadIndex::~BadIndex() = default;
+
+CString kestrune::BadIndex::Text() const {
+  CString text;
+  text.Format("Index %d of a collection of %d %s", m_index, m_count, m_count == 1 ? "item" : "items");
+  return text;
+}
 
 CXMLCollectionFolder::Batch::Batch(CXMLCollectionFolder &collection, bool acceptAll) noexcept
     : m_collection(collection), m_outer(std::exchange(collection.m_batch, this)), m_acceptAll(acceptAll) {}
@@ -177,7 +187,7 @@ int CXMLCollectionFolder::Count() const { return static_cast<int>(m_items.size()
 
 CXMLFolder *CXMLCollectionFolder::operator[](int index) {
   if (index < 0 || index >= Count())
-    throw std::out_of_range("vector");
+    throw kestrune::BadIndex(index, Count());
   return m_items[static_cast<std::size_t>(index)].get();
 }
 
@@ -198,6 +208,8 @@ long CXMLCollectionFolder::Load(MSXML::IXMLDOMElement *parent) {
     batch.next();
     CXMLFolder *const item = AddCollectionItem(key);
     const long status = item != nullptr ? item->Load(element) : KRX_E_DUPLICATE_KEY;
+    if (item == nullptr)
+      kestrune::Reporting::leaveOut(m_keyName, elements, index, key);
     if (status < 0 && result == S_OK) {
       result = status;
       traceMessage("non-S_OK HRESULT =  0x%X while adding item '%s' to collection\n",

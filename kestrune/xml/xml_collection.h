@@ -2,8 +2,15 @@
 
 #include "kestrune/xml/xml_folder.h"
 
+#include <compare>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <memory>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 class CXMLCollectionFolder;
@@ -11,6 +18,86 @@ class CXMLCollectionFolder;
 namespace kestrune {
 struct ItemClass;
 ItemClass ItemClassOf(CXMLCollectionFolder &collection);
+
+/// An item that a collection owns: a std::unique_ptr that is also a plain pointer, so that a loop over the list of a
+/// collection has pointers.
+class ItemPointer : public std::unique_ptr<CXMLFolder> {
+public:
+  using std::unique_ptr<CXMLFolder>::unique_ptr;
+  /// Takes the item over.
+  ItemPointer(std::unique_ptr<CXMLFolder> item) noexcept : std::unique_ptr<CXMLFolder>(std::move(item)) {}
+  /// The item, which stays the collection's.
+  operator CXMLFolder *() const noexcept { return get(); }
+};
+
+/// The items of a collection, in their order.
+using ItemList = std::vector<ItemPointer>;
+
+/// Thrown for an index outside a collection. As a std::out_of_range it has the text "vector".
+class KESTRUNE_API BadIndex : public std::out_of_range {
+public:
+  BadIndex(int index, int count);                 ///< For that index of a collection of `count` items.
+  BadIndex(const BadIndex &) noexcept;            ///< Copies both numbers.
+  ~BadIndex() override;                           ///< Frees the text.
+  BadIndex &operator=(const BadIndex &) = delete; ///< An exception stays what it is.
+
+  int Index() const noexcept { return m_index; } ///< The index that was asked for.
+  int Count() const noexcept { return m_count; } ///< The number of items.
+  /// Both in words: "Index 7 of a collection of 3 items".
+  CString Text() const;
+
+private:
+  int m_index;
+  int m_count;
+};
+
+/// Walks over a collection: a random access iterator whose values are pointers to the items. Adding items leaves it
+/// valid, and removing or replacing them leaves it at its index.
+template <class Item>
+class ItemIterator {
+public:
+  /// The types of a random access iterator, and one that leads nowhere. @{
+  using iterator_category = std::random_access_iterator_tag;
+  using value_type = Item *;
+  using difference_type = std::ptrdiff_t;
+  using pointer = Item *const *;
+  using reference = Item *;
+
+  ItemIterator() = default;
+  ///@}
+  /// The item at `index` of `items`, all of which are of the class `Item`.
+  ItemIterator(const ItemList &items, std::size_t index) noexcept
+      : m_items(&items), m_index(static_cast<difference_type>(index)) {}
+  /// The same place, for items that must not change.
+  operator ItemIterator<const Item>() const noexcept requires(!std::is_const_v<Item>) {
+    return m_items != nullptr ? ItemIterator<const Item>(*m_items, static_cast<std::size_t>(m_index))
+                              : ItemIterator<const Item>();
+  }
+
+  /// As of a random access iterator. @{
+  Item *operator*() const { return (*this)[0]; }
+  Item *operator[](difference_type offset) const {
+    return static_cast<Item *>((*m_items)[static_cast<std::size_t>(m_index + offset)].get());
+  }
+  ItemIterator &operator+=(difference_type offset) { return m_index += offset, *this; }
+  ItemIterator &operator-=(difference_type offset) { return m_index -= offset, *this; }
+  ItemIterator &operator++() { return *this += 1; }
+  ItemIterator &operator--() { return *this -= 1; }
+  ItemIterator operator++(int) { return std::exchange(*this, *this + 1); }
+  ItemIterator operator--(int) { return std::exchange(*this, *this - 1); }
+
+  friend ItemIterator operator+(ItemIterator at, difference_type offset) { return at += offset; }
+  friend ItemIterator operator+(difference_type offset, ItemIterator at) { return at += offset; }
+  friend ItemIterator operator-(ItemIterator at, difference_type offset) { return at -= offset; }
+  friend difference_type operator-(ItemIterator a, ItemIterator b) { return a.m_index - b.m_index; }
+  friend bool operator==(ItemIterator a, ItemIterator b) { return a.m_index == b.m_index; }
+  friend auto operator<=>(ItemIterator a, ItemIterator b) { return a.m_index <=> b.m_index; }
+  ///@}
+
+private:
+  const ItemList *m_items = nullptr;
+  difference_type m_index = 0;
+};
 } // namespace kestrune
 
 /// A folder whose element contains any number of child elements of one kind, each of which becomes an item with a text
@@ -61,10 +148,29 @@ public:
   void setTags(const char *tag, const char *itemTag, const char *keyName);
   /// Same as AddCollectionItem.
   CXMLFolder *Add(const char *key);
-  /// The number of items.
+  /// The number of items. @{
   int Count() const;
-  /// The item at `index`; throws std::out_of_range outside the list.
+  std::size_t size() const noexcept { return m_items.size(); }
+  ///@}
+  /// Whether there are no items.
+  [[nodiscard]] bool empty() const noexcept { return m_items.empty(); }
+  /// The item at `index`; throws kestrune::BadIndex, a std::out_of_range, outside the list. @{
   CXMLFolder *operator[](int index);
+  const CXMLFolder *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// As the search that is not const, an overridden one included.
+  const CXMLFolder *FindItem(const char *key) const { return mutableOf(*this).FindItem(key); }
+
+  /// The items in their order, for loops and algorithms: as pointers to what the collection's `operator[]` returns. @{
+  template <std::derived_from<CXMLCollectionFolder> Collection>
+  friend auto begin(Collection &collection) {
+    return kestrune::ItemIterator<ItemOf<Collection>>(itemsOf(collection), 0);
+  }
+  template <std::derived_from<CXMLCollectionFolder> Collection>
+  friend auto end(Collection &collection) {
+    return kestrune::ItemIterator<ItemOf<Collection>>(itemsOf(collection), itemsOf(collection).size());
+  }
+  ///@}
 
   /// Calls `add` with each index below `count`. Each call may add one item and set its key. Meanwhile the search for a
   /// key in each Add does not walk over the items, and may miss one that was given that key through its pointer after a
@@ -119,11 +225,19 @@ protected:
   /// Destroys the item at `index`, which must exist.
   void removeAt(std::size_t index);
 
-  std::vector<std::unique_ptr<CXMLFolder>> m_items; ///< The items, in the order in which they were added.
-  CString m_itemTag;                                ///< The name of each item's element.
-  CString m_keyName;                                ///< The name of the attribute with an item's key.
+  kestrune::ItemList m_items; ///< The items, in the order in which they were added. They can be walked as pointers.
+  CString m_itemTag;          ///< The name of each item's element.
+  CString m_keyName;          ///< The name of the attribute with an item's key.
 
 private:
+  /// The class of the items that `operator[]` returns; const for a const collection.
+  template <class Collection>
+  using ItemOf = std::conditional_t<
+      std::is_const_v<Collection>,
+      std::add_const_t<std::remove_pointer_t<decltype(std::declval<std::remove_const_t<Collection> &>()[0])>>,
+      std::remove_pointer_t<decltype(std::declval<std::remove_const_t<Collection> &>()[0])>>;
+  static const kestrune::ItemList &itemsOf(const CXMLCollectionFolder &collection) { return collection.m_items; }
+
   /// Exists while many items are added one after the other. A search for a key then does not walk over the items added
   /// before; with `acceptAll` every key is accepted.
   class KESTRUNE_API Batch {

@@ -39,10 +39,20 @@ public:
   /// Adds a file name and returns it; the collection owns it. Returns null when `key` is null, empty or already
   /// present.
   CXMLFileName *Add(const char *key);
-  /// The first item with that name, case-insensitive, or null.
+  /// The first item with that name, case-insensitive, or null. @{
   CXMLFileName *Find(const char *key);
-  /// The item at `index`; throws std::out_of_range outside the list.
+  const CXMLFileName *Find(const char *key) const { return mutableOf(*this).Find(key); }
+  ///@}
+  /// The item at `index`; throws kestrune::BadIndex outside the list. @{
   CXMLFileName *operator[](int index);
+  const CXMLFileName *operator[](int index) const { return mutableOf(*this)[index]; }
+  ///@}
+  /// The items in their order, for loops and algorithms: as pointers. @{
+  kestrune::ItemIterator<CXMLFileName> begin() { return {m_items, 0}; }
+  kestrune::ItemIterator<CXMLFileName> end() { return {m_items, m_items.size()}; }
+  kestrune::ItemIterator<const CXMLFileName> begin() const { return {m_items, 0}; }
+  kestrune::ItemIterator<const CXMLFileName> end() const { return {m_items, m_items.size()}; }
+  ///@}
 
 protected:
   CXMLFolder *NewFolder() override;

@@ -1,5 +1,6 @@
 #include "kestrune/xml/xml_folder.h"
 
+#include "kestrune/xml/reporting.h"
 #include "kestrune/xml/value_access.h"
 
 #include <algorithm>
@@ -11,7 +12,10 @@ CXMLFolder::CXMLFolder() = default;
 
 CXMLFolder::CXMLFolder(const CXMLFolder &rhs) : CXMLPersistent() { CXMLFolder::operator=(rhs); }
 
-CXMLFolder::~CXMLFolder() = default;
+CXMLFolder::~CXMLFolder() {
+  if (m_hasReport)
+    kestrune::Reporting::forget(*this);
+}
 
 CXMLFolder &CXMLFolder::operator=(const CXMLFolder &rhs) {
   if (this == &rhs)

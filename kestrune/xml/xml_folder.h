@@ -5,6 +5,7 @@
 
 namespace kestrune {
 struct MemberView;
+class Reporting;
 std::vector<MemberView> MembersOf(CXMLFolder &folder);
 } // namespace kestrune
 
@@ -56,17 +57,20 @@ public:
   /// Returns S_OK, or KRX_E_SAVE_NOT_NAMED, KRX_E_COM_CREATE, KRX_E_WRITE_PROTECTED or KRX_E_SAVE_FAILED. After a
   /// failure the modified flags are unchanged, what the call created is removed, and an existing file is unchanged,
   /// unless the disk failed during the write: then the old bytes are written back as far as the disk allows. The file
-  /// is written in place; kestrune::SaveReplacing also survives a power cut.
+  /// is written in place; kestrune::SaveReplacing also survives a power cut. kestrune::ReportOf says what failed.
   virtual long SaveToFile(const char *name, const char *base, bool overwrite);
   /// Reads the folder from a file; `name` and `base` are as for SaveToFile. Returns S_OK or a positive remark, or a
   /// failure: KRX_E_LOAD_NOT_NAMED or KRX_E_FILE_NOT_FOUND (nothing has changed except the remembered name), or what
   /// LoadFromXMLFile returns; after that call the folder counts as unmodified, even if it failed. An exception thrown
-  /// by an overridden Load passes through.
+  /// by an overridden Load passes through. kestrune::ReportOf says what failed, in which file and where.
   virtual long LoadFromFile(const char *name, const char *base);
 
   /// Reads the folder from the file at a full path. KRX_E_COM_CREATE, KRX_E_UNEXPECTED_DATA and KRX_E_WRONG_ROOT_TAG
   /// leave the members unchanged; after KRX_E_LOAD_EXCEPTION, or a failure or remark of Load, they have what was read.
   long LoadFromXMLFile(const char *path);
+
+private:
+  bool m_hasReport = false; // in the room behind the flag of the base: the members stay where they were
 
 protected:
   /// Writes the folder to the file at a full path. The results are described at SaveToFile.
@@ -77,6 +81,12 @@ protected:
   /// Sets or clears the flags of the members.
   void putMembersModified(unsigned char modified);
 
+  /// A const object for the operations that change nothing, but are not const themselves.
+  template <class Folder>
+  static Folder &mutableOf(const Folder &folder) {
+    return const_cast<Folder &>(folder);
+  }
+
   /// The members, in file order. They are fields of this object; the list does not own them.
   kestrune::MemberList m_members{*this};
   /// The file name of the last load or save, as it was given.
@@ -86,4 +96,5 @@ private:
   template <class, class, class>
   friend struct RecordMembers;
   friend std::vector<kestrune::MemberView> kestrune::MembersOf(CXMLFolder &folder);
+  friend class kestrune::Reporting; ///< Keeps the reports.
 };

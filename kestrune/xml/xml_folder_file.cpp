@@ -3,6 +3,7 @@
 #include "kestrune/platform/drives.h"
 #include "kestrune/platform/file.h"
 #include "kestrune/platform/made_folders.h"
+#include "kestrune/xml/reporting.h"
 #include "kestrune/xml/text_compare.h"
 #include "kestrune/xml/xml_folder.h"
 #include "kestrune/xml/xml_text.h"
@@ -30,15 +31,17 @@ void reportFailure(const char *format, const char *subject, const _com_error &er
 
 /// Loads `folder` from what `read` makes of an empty document. `read` returns false where it is not well-formed.
 template <class Read>
-long loadTree(CXMLFolder &folder, const CString &tag, Read read) {
+long loadTree(CXMLFolder &folder, const CString &tag, kestrune::Reporting &report, Read read) {
   IXMLDOMDocumentPtr document;
   if (IXMLDOMDocument::CreateInstance(document) < 0)
     return KRX_E_COM_CREATE;
   try {
     document->PutvalidateOnParse(false);
     document->Putasync(false);
-    if (!read(*document))
-      return KRX_E_UNEXPECTED_DATA;
+    if (!read(*document)) {
+      const MSXML::ParseError &error = document->GetparseError();
+      return report.add(KRX_E_UNEXPECTED_DATA, error.reason, error.line, error.column);
+    }
     const IXMLDOMElementPtr root = document->GetdocumentElement();
     if (root == nullptr)
       return KRX_E_UNEXPECTED_DATA;
@@ -47,7 +50,7 @@ long loadTree(CXMLFolder &folder, const CString &tag, Read read) {
       traceMessage("non-S_OK HRESULT =  0x%X while loading.  Expected tag: %s , found tag: %s ",
                    kestrune::platform::ResultBits(KRX_E_WRONG_ROOT_TAG), static_cast<const char *>(tag),
                    static_cast<const char *>(found));
-      return KRX_E_WRONG_ROOT_TAG;
+      return report.addWrongRoot(found, tag);
     }
     const long result = folder.Load(root);
     // Without this, a member whose text could not be read would only look missing.
@@ -56,14 +59,14 @@ long loadTree(CXMLFolder &folder, const CString &tag, Read read) {
   } catch (const _com_error &error) {
     reportFailure("CXMLFolder::Load.  Warning: HRESULT not S_OK found while loading XML: %s\t: HRESULT: 0x%X, ", tag,
                   error, "");
-    return KRX_E_LOAD_EXCEPTION;
+    return report.add(KRX_E_LOAD_EXCEPTION, error.Description());
   }
 }
 
 /// Saves `folder` through the empty `document` with `write`. `target` is where to, for the report of a failure.
 template <class Write>
 long saveTree(CXMLFolder &folder, const CString &tag, const IXMLDOMDocumentPtr &document, const char *target,
-              Write write) {
+              kestrune::Reporting &report, Write write) {
   try {
     document->appendChild(document->createProcessingInstruction("xml", "version='1.0' encoding='UTF-8' "));
     const IXMLDOMElementPtr root = document->createElement(tag.View());
@@ -74,20 +77,21 @@ long saveTree(CXMLFolder &folder, const CString &tag, const IXMLDOMDocumentPtr &
     reportFailure(
         "CXMLFolder::Save.  Error(s) found while saving: %s\tUnexpected COM exception caught: HRESULT: 0x%X, ", target,
         error, "\n");
-    return KRX_E_SAVE_FAILED;
+    return report.addUnsaved(error);
   }
 }
 
 } // namespace
 
 long CXMLFolder::LoadFromFile(const char *name, const char *base) {
+  kestrune::Reporting report(*this);
   if (name != nullptr && *name != '\0')
     m_fileName = name;
   const CFilename resolved = resolve(m_fileName, base);
   if (resolved.IsEmpty())
-    return KRX_E_LOAD_NOT_NAMED;
+    return report.add(KRX_E_LOAD_NOT_NAMED);
   if ((GetFileAttributesA(resolved) & FILE_ATTRIBUTE_DIRECTORY) != 0) // INVALID_FILE_ATTRIBUTES has the bit too
-    return KRX_E_FILE_NOT_FOUND;
+    return report.addUnreadable(KRX_E_FILE_NOT_FOUND, resolved);
   const long result = LoadFromXMLFile(resolved);
   m_modified = 0;
   PutModified(0);
@@ -95,10 +99,11 @@ long CXMLFolder::LoadFromFile(const char *name, const char *base) {
 }
 
 long CXMLFolder::SaveToFile(const char *name, const char *base, bool overwrite) {
+  kestrune::Reporting report(*this);
   if (name != nullptr && *name != '\0')
     m_fileName = name;
   if (m_fileName.IsEmpty())
-    return KRX_E_SAVE_NOT_NAMED;
+    return report.add(KRX_E_SAVE_NOT_NAMED);
   const CFilename resolved = resolve(m_fileName, base);
   CFilename folder(resolved);
   --folder;
@@ -117,31 +122,38 @@ long CXMLFolder::SaveToFile(const char *name, const char *base, bool overwrite) 
 }
 
 long CXMLFolder::LoadFromXMLFile(const char *path) {
-  return loadTree(*this, m_tag, [&](IXMLDOMDocument &document) { return document.load(path); });
+  kestrune::Reporting report(*this, path);
+  const long result = loadTree(*this, m_tag, report, [&](IXMLDOMDocument &document) { return document.load(path); });
+  report.findPlacesInFile();
+  return report.complete(result);
 }
 
 long CXMLFolder::SaveToXMLFile(const char *path, bool overwrite) {
+  kestrune::Reporting report(*this, path);
   IXMLDOMDocumentPtr document;
   if (IXMLDOMDocument::CreateInstance(document) < 0)
-    return KRX_E_COM_CREATE;
+    return report.add(KRX_E_COM_CREATE);
   if (!overwrite && GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES)
-    return KRX_E_WRITE_PROTECTED;
-  return saveTree(*this, m_tag, document, path, [&] { return document->save(path); });
+    return report.add(KRX_E_WRITE_PROTECTED);
+  return saveTree(*this, m_tag, document, path, report, [&] { return document->save(path); });
 }
 
 long kestrune::LoadFromText(CXMLFolder &folder, std::string_view text) {
+  Reporting report(folder);
   const long result =
-      loadTree(folder, folder.GetTag(), [&](IXMLDOMDocument &document) { return document.loadXML(text); });
+      loadTree(folder, folder.GetTag(), report, [&](IXMLDOMDocument &document) { return document.loadXML(text); });
+  report.findPlacesInText(text);
   folder.PutModified(0);
-  return result;
+  return report.complete(result);
 }
 
 long kestrune::SaveToText(CXMLFolder &folder, std::string &text) {
+  Reporting report(folder);
   IXMLDOMDocumentPtr document;
   if (IXMLDOMDocument::CreateInstance(document) < 0)
-    return KRX_E_COM_CREATE;
+    return report.add(KRX_E_COM_CREATE);
   const CString tag = folder.GetTag();
-  return saveTree(folder, tag, document, tag, [&] {
+  return saveTree(folder, tag, document, tag, report, [&] {
     document->saveXML(text);
     return S_OK;
   });

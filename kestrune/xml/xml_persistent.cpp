@@ -83,11 +83,27 @@ CXMLPersistent &CXMLPersistent::operator=(const CXMLPersistent &rhs) {
   return *this;
 }
 
-CXMLPersistent::operator int() {
+CXMLPersistent::operator int() { return toInt(); }
+
+int CXMLPersistent::toInt() const {
   const auto value = WholeInt(*this);
   if (!value)
     throwBadValue();
   return *value;
+}
+
+unsigned int kestrune::Hex(const CXMLPersistent &value) {
+  const auto number = WholeUnsigned(value, 16);
+  if (!number)
+    value.throwBadValue();
+  return *number;
+}
+
+double kestrune::Real(const CXMLPersistent &value) {
+  const auto number = WholeDouble(value);
+  if (!number)
+    value.throwBadValue();
+  return *number;
 }
 
 void CXMLPersistent::throwBadValue() const {

@@ -5,8 +5,13 @@
 #include "kestrune/platform/c_string.h"
 #include "kestrune/xml/xml_dom.h"
 
+#include <concepts>
+#include <string_view>
+
 /// \file
 /// The values of a record: one text each.
+
+class CXMLPersistent;
 
 namespace kestrune {
 /// The default text of a value, and its tag if none was given.
@@ -20,6 +25,19 @@ inline constexpr CString kUndefinedTag = CString::OfLiteral("Undefined");
 ///@}
 
 struct ValueAccess;
+
+// A value as a number, for sums and comparisons. A value by itself is a text: `a - b` of two values does not compile,
+// and `a + 1` is ambiguous.
+
+/// The text as a number: decimal, hexadecimal with 0x, or octal with a leading 0. An empty text is 0, and a number
+/// outside the range of int becomes its limit. Throws CKRXException* (text 101) when anything is left after the number.
+int Number(const CXMLPersistent &value);
+/// The text as a hexadecimal number, with 0x or without. An empty text is 0, a negative number wraps, and one past 32
+/// bits becomes 0xFFFFFFFF. Same exception as Number.
+KESTRUNE_API unsigned int Hex(const CXMLPersistent &value);
+/// The text as a number with a fraction, such as "0.5", whatever the locale. An empty text is 0. Same exception as
+/// Number.
+KESTRUNE_API double Real(const CXMLPersistent &value);
 } // namespace kestrune
 
 /// One named text that reads itself from an XML element and writes itself to one: the base of all persistent classes.
@@ -73,25 +91,51 @@ public:
   virtual CXMLPersistent &operator=(const char *text);
   /// Assigns the number in decimal.
   CXMLPersistent &operator=(int value);
+  /// Assigns a text of the standard library, as the assignment of a `const char *` does.
+  template <kestrune::StandardText Text>
+  CXMLPersistent &operator=(const Text &text) {
+    return *this = static_cast<const char *>(CString(std::string_view(text)));
+  }
   /// Copies the text, and the tag unless that of `rhs` is empty. Sets the flag if the texts differ.
   CXMLPersistent &operator=(const CXMLPersistent &rhs);
 
   /// The text as a number: decimal, hexadecimal with 0x, or octal with a leading 0. An empty text is 0, and a number
   /// outside the range of int becomes its limit. Throws CKRXException* (text 101) when anything is left after the
-  /// number.
+  /// number. The second is only for where an int is wanted: a constant value stays a text everywhere else. @{
   operator int();
+  template <std::same_as<int> Int>
+  operator Int() const {
+    return toInt();
+  }
+  ///@}
+
+#pragma GCC diagnostic push
+#ifdef __clang__
+#pragma GCC diagnostic ignored "-Wdeprecated-volatile"
+#else
+#pragma GCC diagnostic ignored "-Wvolatile"
+#endif
+  /// The text, valid until it changes, where a std::string_view is initialised or passed by value. `volatile` keeps it
+  /// away from the constructors of std::string_view, which takes a `const char *` too. A CString has View() instead:
+  /// many are returned by value, and a view of one would outlive it.
+  operator const volatile std::string_view() const noexcept { return View(); }
+#pragma GCC diagnostic pop
 
 protected:
   /// Sets the tag; null means "Unassigned".
   void setTag(const char *tag);
   /// Throws the CKRXException* (text 101) for a text that does not convert, with tag and text in its message.
   [[noreturn]] void throwBadValue() const;
+  /// What the conversion to int returns.
+  int toInt() const;
 
   CString m_tag;                ///< The name in the file.
   unsigned char m_modified = 0; ///< The modified flag.
 
 private:
   friend struct kestrune::ValueAccess; ///< For records, which know the classes of their fields.
+  friend unsigned int kestrune::Hex(const CXMLPersistent &value);
+  friend double kestrune::Real(const CXMLPersistent &value);
 };
 
 /// A value stored as an attribute of its folder's element.
@@ -104,6 +148,11 @@ public:
   CXMLAttribute &operator=(const char *text) override;
   /// Assigns the number in decimal.
   CXMLAttribute &operator=(int value);
+  /// Assigns a text of the standard library, as the assignment of a `const char *` does.
+  template <kestrune::StandardText Text>
+  CXMLAttribute &operator=(const Text &text) {
+    return *this = static_cast<const char *>(CString(std::string_view(text)));
+  }
 };
 
 /// A truth value, "TRUE" or "FALSE", stored as an attribute. A wrong text is only detected when it is converted.
@@ -150,6 +199,11 @@ public:
   CXMLElement &operator=(const char *text) override;
   /// Assigns the number in decimal.
   CXMLElement &operator=(int value);
+  /// Assigns a text of the standard library, as the assignment of a `const char *` does.
+  template <kestrune::StandardText Text>
+  CXMLElement &operator=(const Text &text) {
+    return *this = static_cast<const char *>(CString(std::string_view(text)));
+  }
 };
 
 /// A hexadecimal number, such as "0x1F", stored as a child element. The default text is "0xFFFF".
@@ -171,7 +225,22 @@ public:
   CXMLHexElement &operator=(const char *text) override;
   /// Assigns the number as "0x" and capital hexadecimal digits.
   CXMLHexElement &operator=(int value);
+  /// Assigns a text of the standard library, as the assignment of a `const char *` does.
+  template <kestrune::StandardText Text>
+  CXMLHexElement &operator=(const Text &text) {
+    return *this = static_cast<const char *>(CString(std::string_view(text)));
+  }
 
 protected:
   void Init() override;
 };
+
+namespace kestrune {
+
+inline int Number(const CXMLPersistent &value) { return value; }
+
+/// The truth value: true for TRUE and false for FALSE, ignoring case. Throws CKRXException* (text 101) for any other
+/// text. Unlike `!` its opposite can be asked for: `!IsTrue(flag)`.
+inline bool IsTrue(const CXMLBoolAttribute &flag) { return flag.operator int() != 0; }
+
+} // namespace kestrune
