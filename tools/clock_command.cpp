@@ -69,7 +69,8 @@ Row rowOf(CXMLFolder &entry) {
 
 class ClockSearch {
 public:
-  ClockSearch(const Options &options, const Loaded &loaded) : m_options(options), m_output(*options.output), m_loaded(loaded) {}
+  ClockSearch(const Options &options, const Loaded &loaded)
+      : m_options(options), m_output(*options.output), m_loaded(loaded) {}
 
   int run() {
     auto *const document = dynamic_cast<CVorlanTyp4 *>(m_loaded.main().folder());
@@ -99,7 +100,8 @@ public:
   }
 
 private:
-  static int isMissing(const std::string &where, const std::string &what, CXMLCollectionFolder &items, const char *tag) {
+  static int isMissing(const std::string &where, const std::string &what, CXMLCollectionFolder &items,
+                       const char *tag) {
     std::string there;
     for (int i = 0; i < items.Count(); ++i)
       there += (i == 0 ? "; there are: " : ", ") + textOf(*items[i], tag);
@@ -220,6 +222,7 @@ void addClockCommand(CLI::App &app, Run &run) {
       ->check(CLI::IsMember(kBy))
       ->type_name("WHAT");
   options->output = addOutput(*command);
-  addExamples(*command, {"kestrune-data clock Vorlan.xml 5 '10 MHz' 1/2", "kestrune-data clock Vorlan.xml 5 10000 --by value"});
+  addExamples(*command,
+              {"kestrune-data clock Vorlan.xml 5 '10 MHz' 1/2", "kestrune-data clock Vorlan.xml 5 10000 --by value"});
   command->callback([&run, options] { run = [options] { return clock(*options); }; });
 }

@@ -62,9 +62,9 @@ private:
   std::unique_ptr<CXMLTopLevelFolder> m_merged; // what programs get
 };
 
-/// Lets a command work on each FILE in turn, and on the data files of each that is a folder. Reports those that cannot be
-/// worked on and goes on. The answer to one is out before the next is read: that may be a pipe on which nothing arrives
-/// yet. `work` is told whether there is only one file, and returns a status; the highest is returned.
+/// Lets a command work on each FILE in turn, and on the data files of each that is a folder. Reports those that cannot
+/// be worked on and goes on. The answer to one is out before the next is read: that may be a pipe on which nothing
+/// arrives yet. `work` is told whether there is only one file, and returns a status; the highest is returned.
 int forEachFile(const FileOptions &options, const std::function<int(const std::string &file, bool isOnly)> &work);
 
 /// The names of the files that took part: "A.xml, A-1.xml".

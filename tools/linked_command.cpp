@@ -33,10 +33,10 @@ struct Model {
 
 /// Which models can be linked, as programs find it out.
 struct Links {
-  std::vector<std::string> files;             // that took part
-  std::vector<Model> models;                  // in the order of the files
-  std::map<int, std::set<int>> lists;         // what each entry of the table lists
-  std::string name;                           // as messages call it
+  std::vector<std::string> files;     // that took part
+  std::vector<Model> models;          // in the order of the files
+  std::map<int, std::set<int>> lists; // what each entry of the table lists
+  std::string name;                   // as messages call it
   bool isAsInstalled = false;
 
   bool hasLink(int from, int to) const {
@@ -61,8 +61,9 @@ std::optional<int> exactNumber(std::string_view text) {
 
 void addModel(CVorlanModel &model, Links &links) {
   const Number number = readNumber(model.ModelNum.View(), 0, false);
-  links.models.push_back({std::string(model.Name.View()), std::string(model.Key().View()),
-                          number.whole && number.end > 0 ? std::optional(static_cast<int>(number.value)) : std::nullopt});
+  links.models.push_back(
+      {std::string(model.Name.View()), std::string(model.Key().View()),
+       number.whole && number.end > 0 ? std::optional(static_cast<int>(number.value)) : std::nullopt});
 }
 
 void addTable(CLinkCompatibleModels &table, Links &links) {
@@ -104,8 +105,8 @@ Links standardLinks() {
   CFilename(kStandardFile).GetAbsolute(path, nullptr);
   std::string host;
   if (!kestrune::platform::ToHostPath(path, host))
-    throw CouldNotWork(std::string(kStandardFile) +
-                       ": there is no file behind this name: '" + std::string(path.View()) + "'");
+    throw CouldNotWork(std::string(kStandardFile) + ": there is no file behind this name: '" +
+                       std::string(path.View()) + "'");
   try {
     openDocument(host);
   } catch (const CouldNotWork &reason) {
@@ -164,9 +165,8 @@ private:
     const std::optional<long long> number = ::numberOf(text);
     const bool isNumber = number && *number == static_cast<int>(*number);
     const auto isKnown = [&](int wanted) {
-      return m_links.lists.contains(wanted) ||
-             std::any_of(m_links.models.begin(), m_links.models.end(),
-                         [&](const Model &model) { return model.number == wanted; });
+      return m_links.lists.contains(wanted) || std::any_of(m_links.models.begin(), m_links.models.end(),
+                                                           [&](const Model &model) { return model.number == wanted; });
     };
     if (isNumber && isKnown(static_cast<int>(*number)))
       return static_cast<int>(*number);
@@ -174,8 +174,8 @@ private:
     std::vector<const Model *> found;
     for (const Model &model : m_links.models) {
       names.push_back(model.name);
-      const bool isNew = std::none_of(found.begin(), found.end(),
-                                      [&](const Model *one) { return one->number == model.number; });
+      const bool isNew =
+          std::none_of(found.begin(), found.end(), [&](const Model *one) { return one->number == model.number; });
       if ((sameText(model.name, text) || sameText(model.key, text)) && isNew)
         found.push_back(&model);
     }
@@ -300,8 +300,9 @@ void addLinkedCommand(CLI::App &app, Run &run) {
       app.add_subcommand("linked", "Print whether two chip models are link compatible, or all partners of one");
   const auto options = std::make_shared<Options>();
   command->add_option("MODEL", options->model, "Number, name or key of a model")->required();
-  command->add_option("OTHER", options->other,
-                      "The other model; without it, all partners: to those that the model lists, from those that list it");
+  command->add_option(
+      "OTHER", options->other,
+      "The other model; without it, all partners: to those that the model lists, from those that list it");
   command->add_option("--file", options->file, "Ask this chip data file instead of $StdVorlanTyp$")->type_name("FILE");
   addMacros(*command);
   options->output = addOutput(*command);

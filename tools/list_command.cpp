@@ -174,7 +174,8 @@ private:
     return roads;
   }
 
-  /// What is to be shown of a collection; nothing where it has none of the columns, or not each member that has to match.
+  /// What is to be shown of a collection; nothing where it has none of the columns, or not each member that has to
+  /// match.
   std::optional<Shown> shownOf(const Member &collection) const {
     const RecordShape &item = *collection.shape->folder;
     Shown shown{collection, columnsOf(item), {}};
@@ -264,10 +265,9 @@ private:
       std::vector<std::string> sections;
       for (const MemberShape &section : main.root().shape->members)
         sections.push_back(section.tag);
-      m_missing = !m_conditions.empty() ? file + ": no item matches"
-                  : m_options.only.empty()
-                      ? file + ": no item has these members"
-                      : notFound(file, m_options.only.front(), sections);
+      m_missing = !m_conditions.empty()    ? file + ": no item matches"
+                  : m_options.only.empty() ? file + ": no item has these members"
+                                           : notFound(file, m_options.only.front(), sections);
     }
   }
 

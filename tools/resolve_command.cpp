@@ -297,9 +297,11 @@ private:
 } // namespace
 
 void addResolveCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("resolve", "Print the full path that a name means, and every step to it");
+  CLI::App *const command =
+      app.add_subcommand("resolve", "Print the full path that a name means, and every step to it");
   const auto options = std::make_shared<Options>();
-  command->add_option("NAME", options->name, "Name of a file as data files and programs write it, such as '$StdTypes$/x.xml'");
+  command->add_option("NAME", options->name,
+                      "Name of a file as data files and programs write it, such as '$StdTypes$/x.xml'");
   command->add_option("--base", options->base, "The folder that a relative name is looked up in")->type_name("DIR");
   command->add_flag("--store", options->store, "Print the form in which the name is to be stored");
   command->add_flag("--macros", options->macros,

@@ -154,9 +154,7 @@ private:
         if (!takes)
           continue;
         const AsNumber number = asNumber(record, member);
-        const std::string behind = !number.isRead          ? ""
-                                   : number.number.empty() ? "  no number"
-                                                           : "  = " + number.number;
+        const std::string behind = !number.isRead ? "" : number.number.empty() ? "  no number" : "  = " + number.number;
         rows.push_back({place, indent + member.shape->tag, shown(member.text()) + behind});
       } else if (member.collection == nullptr) {
         addRows(document, document.folderOf(record, member), indent + "  ", takes, rows);

@@ -1,4 +1,5 @@
 #include "kestrune/names/default_macros.h"
+
 #include "kestrune/names/filename.h"
 #include "kestrune/names/macro_string.h"
 #include "kestrune/platform/drives.h"
