@@ -51,5 +51,10 @@ kestrune-data get Vorlan.xml VorlanModels/kvo-1802-|filenames nospace|VorlanMode
 kestrune-data get Vorlan.xml VorlanModels/KVO-1802-D24/ROM|filenames|VorlanModels/KVO-1802-D24/ROMend;VorlanModels/KVO-1802-D24/ROMendMinimum
 kestrune-data get Vorlan.xml Contents/Format "VorlanModels/Vorlan 2208-X|filenames nospace|VorlanModels/Vorlan 2208-XT/
 kestrune-data get Vorlan.xml VorlanModels/Vorlan\ 2208-XT/RAMe|filenames|VorlanModels/Vorlan 2208-XT/RAMend
+kestrune-data show spidData.xml temperature\ s|filenames|Temperature sensor
+kestrune-data list Vorlan.xml --columns Name,ROM|filenames|Name,ROMend;Name,ROMendMinimum
+kestrune-data clock Vorlan.xml 5 '10|filenames|10 MHz
+kestrune-data clock Vorlan.xml --by value 5 10000 0|filenames|0.25;0.5
+kestrune-data linked --file Vorlan.xml 'Vorlan 1802-|filenames|Vorlan 1802-T
 END
 exit $failed
