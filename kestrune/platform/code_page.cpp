@@ -249,7 +249,7 @@ bool IsDoubleByteCodePage() {
   return page == 932 || page == 936 || page == 949 || page == 950;
 }
 
-bool TextToUtf8(std::string_view text, std::string &utf8) {
+KESTRUNE_API bool TextToUtf8(std::string_view text, std::string &utf8) {
   if (isUtf8Page() || isAscii(text)) {
     utf8.assign(text);
     return true;

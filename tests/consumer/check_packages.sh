@@ -49,9 +49,9 @@ $lib/pkgconfig/KestruneXML-4.pc
 END
 diff - control/kestrune-data/files <<END || fail "wrong files in the program's package"
 usr/bin/kestrune-data
+usr/share/bash-completion/completions/kestrune-data
 $doc/kestrune-data/changelog.gz
 $doc/kestrune-data/copyright
-usr/share/bash-completion/completions/kestrune-data
 usr/share/man/man1/kestrune-data.1.gz
 END
 diff -r "$project/examples" "root/$doc/libkestrunexml-4-dev/examples" || fail "other examples"
