@@ -2,6 +2,8 @@
 #include "tools/commands.h"
 #include "tools/texts.h"
 
+#include <CLI/CLI.hpp>
+
 namespace {
 
 struct Options {
@@ -65,10 +67,9 @@ int addRecord(const Document &document, const Options &options) {
   const Record record = document.items(place.record, place.member).back();
   if (original == nullptr)
     putDefaults(document, record);
-  return std::max(
-      place.member.shape->version,
-      assign(document, resolve(document, record.address, options.assignments, options.change.force),
-             options.change.force));
+  return std::max(place.member.shape->version,
+                  assign(document, resolve(document, record.address, options.assignments, options.change.force),
+                         options.change.force));
 }
 
 int add(const Options &options) {

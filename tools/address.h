@@ -30,7 +30,7 @@ std::vector<Found> find(const Document &document, std::string_view address);
 
 /// What an address leads to in one of several files.
 struct FoundIn {
-  const Document *document;
+  const Document *document = nullptr;
   Found found;
 };
 

@@ -1,13 +1,14 @@
 #include "tools/change.h"
 
-#include "kestrune/xml/replacing_save.h"
 #include "kestrune/platform/drives.h"
+#include "kestrune/xml/replacing_save.h"
 #include "tools/check/hits.h"
 #include "tools/comparison.h"
 #include "tools/meanings.h"
 #include "tools/messages.h"
 #include "tools/texts.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -105,10 +106,10 @@ Assignment understand(const Document &document, const std::string &road, const s
       if (found.size() > 1)
         throw Refused{{several(document, address, found)}};
       if (!found.front().isMember() || found.front().member.folder != nullptr)
-        throw Refused{{document.name() + ": '" + address + "' is " +
-                       (found.front().isMember() && found.front().member.collection != nullptr ? "a collection"
-                                                                                                 : "a record") +
-                       " and not a member"}};
+        throw Refused{
+            {document.name() + ": '" + address + "' is " +
+             (found.front().isMember() && found.front().member.collection != nullptr ? "a collection" : "a record") +
+             " and not a member"}};
       return {found.front(), word.substr(sign + 1)};
     } catch (const NotFound &nothing) {
       if (reason.empty())
@@ -168,8 +169,7 @@ std::string savedBytes(const Document &document) {
 std::vector<Loss> lossesOf(const Source &source) {
   Selection selection;
   selection.least = Level::kNote;
-  selection.only = {"KD106", "KD107", "KD201", "KD202", "KD204", "KD205",
-                    "KD206", "KD207", "KD208", "KD209", "KD212"};
+  selection.only = {"KD106", "KD107", "KD201", "KD202", "KD204", "KD205", "KD206", "KD207", "KD208", "KD209", "KD212"};
   Checked checked = judged(source, selection, false);
   const CheckedFile &file = *checked.file;
   const Outline &outline = file.outline();
@@ -241,10 +241,10 @@ void writeFile(const std::string &file, const std::string &bytes) {
 
 void addChange(CLI::App &command, ChangeOptions &options, const std::string &forceText) {
   options.files = addFiles(command, FileUse::kWrite);
-  command.get_option("FILE")->description(
-      "File to change; - changes what comes from the standard input and prints it");
+  command.get_option("FILE")->description("File to change; - changes what comes from the standard input and prints it");
   command.add_flag("--dry-run,-n", options.dryRun, "Print what would change, as diff does, and write nothing");
-  command.add_flag("--relayout", options.relayout, "Save the file even if comments, unknown elements or the layout get lost");
+  command.add_flag("--relayout", options.relayout,
+                   "Save the file even if comments, unknown elements or the layout get lost");
   command.add_flag("--force", options.force, forceText);
   options.output = addOutput(command, {.json = false, .tsv = false, .quiet = false});
 }

@@ -8,10 +8,12 @@
 #include "tools/output.h"
 #include "tools/table.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <iostream>
+#include <nlohmann/json.hpp>
 
 namespace {
 

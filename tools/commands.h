@@ -1,7 +1,12 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+} // namespace CLI
 
 // The commands of kestrune-data. Each adds itself to the program with its options and, when it is chosen, puts what it
 // does into `run`, which returns the status (see messages.h). What it cannot do it throws as CouldNotWork.

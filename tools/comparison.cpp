@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <unordered_map>
 
 namespace {

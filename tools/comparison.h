@@ -42,7 +42,7 @@ struct Differences {
 /// An item that was changed, added or removed.
 struct ItemChange {
   Sign sign;
-  std::string name;    ///< By which people know it.
+  std::string name; ///< By which people know it.
   std::string key;
   std::string address; ///< In the first document, or in the second for one that was added.
   Differences inside;  ///< Of one that was changed.

@@ -4,6 +4,7 @@
 #include "tools/findings.h"
 #include "tools/messages.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>

@@ -5,6 +5,7 @@
 #include "tools/table.h"
 #include "tools/texts.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <unordered_set>
 

@@ -4,6 +4,7 @@
 #include "tools/files.h"
 #include "tools/messages.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 

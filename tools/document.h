@@ -19,8 +19,8 @@ class Document;
 struct Record {
   CXMLFolder *folder = nullptr;
   const RecordShape *shape = nullptr;
-  Outline::Index element = Outline::kNone; ///< Where it stands; kNone for a folder that the file lacks.
-  std::string address;                     ///< The road to it, "" for the root; see address.h.
+  Outline::Index element = Outline::kNone;    ///< Where it stands; kNone for a folder that the file lacks.
+  std::string address;                        ///< The road to it, "" for the root; see address.h.
   CXMLCollectionFolder *collection = nullptr; ///< The collection that it is an item of, else null.
 };
 
@@ -81,8 +81,8 @@ public:
 
   /// Calls `visit` with the root and each record inside it, in the order of a saved file.
   void forEachRecord(const std::function<void(const Record &)> &visit) const;
-  /// Calls `visit` with each member of the root and of each record inside it, in the order of a saved file: what is in a
-  /// folder or collection follows it.
+  /// Calls `visit` with each member of the root and of each record inside it, in the order of a saved file: what is in
+  /// a folder or collection follows it.
   void forEachMember(const std::function<void(const Record &, const Member &)> &visit) const;
   /// The same, from a record on.
   void forEachMember(const Record &top, const std::function<void(const Record &, const Member &)> &visit) const;

@@ -3,6 +3,7 @@
 #include "tools/messages.h"
 #include "tools/output.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 
 namespace {

@@ -38,7 +38,7 @@ class Loaded {
 public:
   /// An item of a collection, with the file that it comes from.
   struct Item {
-    const Document *document;
+    const Document *document = nullptr;
     Record record;
   };
 

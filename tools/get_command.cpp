@@ -3,7 +3,9 @@
 #include "tools/messages.h"
 #include "tools/output.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 namespace {

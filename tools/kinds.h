@@ -17,7 +17,9 @@ struct Kind {
   /// The number of the newest format version.
   int newest() const { return static_cast<int>(versions.size()); }
   /// A new document of a version, counted from 1.
-  std::unique_ptr<CXMLTopLevelFolder> make(int version) const { return versions[static_cast<std::size_t>(version - 1)](); }
+  std::unique_ptr<CXMLTopLevelFolder> make(int version) const {
+    return versions[static_cast<std::size_t>(version - 1)]();
+  }
 };
 
 /// All kinds of data files.

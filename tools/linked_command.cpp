@@ -7,9 +7,11 @@
 #include "tools/output.h"
 #include "tools/table.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <sys/stat.h>

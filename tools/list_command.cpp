@@ -4,9 +4,11 @@
 #include "tools/output.h"
 #include "tools/table.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <nlohmann/json.hpp>
 
 namespace {
 

@@ -2,6 +2,7 @@
 #include "tools/commands.h"
 #include "tools/messages.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <csignal>

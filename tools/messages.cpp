@@ -67,7 +67,8 @@ std::string notFound(const std::string &where, const std::string &word, const st
   constexpr std::size_t kMost = 8;
   std::vector<std::string> named = nearTo(word, candidates, kMost);
   if (named.empty())
-    named.assign(candidates.begin(), candidates.begin() + static_cast<std::ptrdiff_t>(std::min(candidates.size(), kMost)));
+    named.assign(candidates.begin(),
+                 candidates.begin() + static_cast<std::ptrdiff_t>(std::min(candidates.size(), kMost)));
   std::string text = where + " has no '" + word + "'";
   for (std::size_t i = 0; i < named.size(); ++i)
     text += (i == 0 ? "; there are: " : ", ") + named[i];

@@ -1,7 +1,9 @@
 #include "tools/output.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 std::shared_ptr<Output> addOutput(CLI::App &command, OutputOptions which) {
@@ -36,8 +38,7 @@ std::string inked(const Output &output, Ink ink, const std::string &text) {
     const char *const noColor = std::getenv("NO_COLOR");
     return isatty(STDOUT_FILENO) == 1 && (noColor == nullptr || *noColor == '\0');
   }();
-  const bool wanted =
-      output.color == Output::Color::kAlways || (output.color == Output::Color::kAuto && forTerminal);
+  const bool wanted = output.color == Output::Color::kAlways || (output.color == Output::Color::kAuto && forTerminal);
   if (!wanted || ink == Ink::kPlain || text.empty())
     return text;
   static const std::map<Ink, const char *> kCodes = {

@@ -1,6 +1,8 @@
 #include "tools/change.h"
 #include "tools/commands.h"
 
+#include <CLI/CLI.hpp>
+
 namespace {
 
 struct Options {

@@ -5,6 +5,7 @@
 #include "tools/report/records.h"
 #include "tools/report/report.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>

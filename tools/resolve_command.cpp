@@ -6,9 +6,11 @@
 #include "tools/output.h"
 #include "tools/table.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <sys/stat.h>

@@ -3,6 +3,7 @@
 #include "tools/messages.h"
 #include "tools/shape.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <set>

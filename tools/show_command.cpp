@@ -5,8 +5,10 @@
 #include "tools/output.h"
 #include "tools/table.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <set>
 
 namespace {

@@ -104,8 +104,8 @@ std::vector<std::string> withoutFolders(const std::vector<std::string> &files) {
   std::vector<std::string> result;
   for (const std::string &file : files) {
     struct stat status {};
-    const bool isFolder = !file.empty() && file != "-" && stat(hostPath(file).c_str(), &status) == 0 &&
-                          S_ISDIR(status.st_mode);
+    const bool isFolder =
+        !file.empty() && file != "-" && stat(hostPath(file).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
     if (isFolder)
       addFilesOf(file, result);
     else

@@ -79,8 +79,8 @@ std::string whyNotXml(std::string_view text) {
     const Character character = characterAt(std::string_view(utf8).substr(at));
     if (character.bytes == 0)
       return "its byte " + hex("0x%02X", static_cast<unsigned char>(utf8[at])) + " is not UTF-8";
-    const bool isControl = character.code < 0x20 && character.code != '\t' && character.code != '\n' &&
-                           character.code != '\r';
+    const bool isControl =
+        character.code < 0x20 && character.code != '\t' && character.code != '\n' && character.code != '\r';
     if (isControl || character.code == 0xFFFE || character.code == 0xFFFF)
       return "XML cannot carry its character " + hex("U+%04X", character.code);
     at += character.bytes;

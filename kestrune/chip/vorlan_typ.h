@@ -114,8 +114,8 @@ private:
 namespace kestrune {
 
 /// The files that `LoadFromFile(name)` of a CVorlanTyp4 reads, in this order: the file of that name, or the one that
-/// takes its place, followed by its add-ons. Full paths in drive form; the first may not exist, and is empty if the name
-/// leads to nothing.
+/// takes its place, followed by its add-ons. Full paths in drive form; the first may not exist, and is empty if the
+/// name leads to nothing.
 KESTRUNE_API std::vector<CString> FilesOfChipData(const char *name);
 
 } // namespace kestrune

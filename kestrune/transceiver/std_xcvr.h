@@ -77,9 +77,9 @@ private:
 
 namespace kestrune {
 
-/// The files that `LoadFromFile(name)` of a CStdXcvr3 reads, in this order: the file of that name, or the one that takes
-/// its place, followed by the user's own. Full paths in drive form; the first may not exist, and is empty if the name
-/// leads to nothing.
+/// The files that `LoadFromFile(name)` of a CStdXcvr3 reads, in this order: the file of that name, or the one that
+/// takes its place, followed by the user's own. Full paths in drive form; the first may not exist, and is empty if the
+/// name leads to nothing.
 KESTRUNE_API std::vector<CString> FilesOfTransceivers(const char *name);
 
 } // namespace kestrune
