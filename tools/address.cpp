@@ -15,6 +15,7 @@ char lower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<ch
 /// The names by which an item can be asked for.
 std::vector<std::string> namesOf(const Document &document, const std::vector<Record> &items) {
   std::vector<std::string> names;
+  names.reserve(items.size());
   for (const Record &item : items)
     names.push_back(nameOf(document, item));
   return names;
@@ -114,6 +115,7 @@ std::vector<Found> find(const Document &document, std::string_view address) {
       walk({{&document, {document.root(), {}}}}, document.name(), address,
            [](const Document &place, const Found &at) { return place.items(at.record, at.member); });
   std::vector<Found> found;
+  found.reserve(all.size());
   for (const FoundIn &one : all)
     found.push_back(one.found);
   return found;

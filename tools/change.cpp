@@ -121,7 +121,7 @@ Assignment understand(const Document &document, const std::string &road, const s
 
 /// Why a text may not stand in a member; empty if it may.
 std::string whyNot(const Assignment &assignment, bool force) {
-  const std::string cannot = whyNotXml(assignment.text);
+  std::string cannot = whyNotXml(assignment.text);
   if (!cannot.empty() || force)
     return cannot;
   const Meaning *const meaning = findMeaning(assignment.found.record.shape->tag, assignment.found.member.shape->tag);
@@ -197,6 +197,7 @@ std::vector<Loss> lossesOf(const Source &source) {
     return std::pair(a.first.line, a.first.column) < std::pair(b.first.line, b.first.column);
   });
   std::vector<Loss> sorted;
+  sorted.reserve(losses.size());
   for (auto &[place, loss] : losses)
     sorted.push_back(std::move(loss));
   return sorted;

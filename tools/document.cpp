@@ -141,6 +141,7 @@ std::vector<Record> Document::items(const Record &record, const Member &member, 
   // An address names an item by its key, if no other has it, or else by its name, or else by its number.
   const std::string road = (record.address.empty() ? "" : record.address + "/") + member.shape->tag + "/";
   const bool hasName = shape.member("Name") != nullptr;
+  names.reserve(items.size());
   for (const Record &item : items)
     names.push_back(hasName ? std::string(this->member(item, "Name").text()) : std::string());
   const auto keyCounts = countTexts(keys);

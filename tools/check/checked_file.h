@@ -18,12 +18,12 @@ public:
   static constexpr Index kNone = Outline::kNone;
 
   struct Record {
-    const RecordShape *shape;
-    Index element;
-    Index parent; ///< The record around it; kNone for the root.
-    Index firstSlot;
-    const MemberShape *collection; ///< The member of the parent that it is an item of; null for others.
-    bool isLost = false;           ///< An item that the library passes over or leaves out.
+    const RecordShape *shape = nullptr;
+    Index element = kNone;
+    Index parent = kNone; ///< The record around it; kNone for the root.
+    Index firstSlot = 0;
+    const MemberShape *collection = nullptr; ///< The member of the parent that it is an item of; null for others.
+    bool isLost = false;                     ///< An item that the library passes over or leaves out.
   };
 
   explicit CheckedFile(Source source);

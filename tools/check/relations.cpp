@@ -171,7 +171,7 @@ void judgeSchemes(const CheckedFile &main, Checked &checked) {
       schemes.insert(*id);
   }
   for (const std::string &id : strayTexts(main, "ClockingSchemes", "Id"))
-    schemes.insert(std::atoll(id.c_str()));
+    schemes.insert(std::strtoll(id.c_str(), nullptr, 10));
   if (schemes.empty())
     return; // told as an empty or missing collection
   std::vector<std::pair<Place, long long>> missing;

@@ -233,6 +233,7 @@ std::vector<std::vector<std::string>> groupsOf(Links &links) {
   for (std::size_t i = 0; i < links.numbers.size(); ++i)
     groups[find(i)].push_back(links.numbers[i]);
   std::vector<std::vector<std::string>> result;
+  result.reserve(groups.size());
   for (auto &[first, group] : groups)
     result.push_back(std::move(group));
   return result;

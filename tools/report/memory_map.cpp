@@ -302,6 +302,7 @@ void drawMap(Html &html, const MemoryMap &map, const MapScale &scale, const std:
     drawing.area(area);
   areas.assign(map.areas.rbegin(), map.areas.rend());
   std::vector<double> middles;
+  middles.reserve(areas.size());
   for (const Area &area : areas)
     middles.push_back((drawing.y(area.first) + drawing.y(area.last + 1)) / 2);
   std::vector<std::size_t> order(areas.size());

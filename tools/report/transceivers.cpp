@@ -30,6 +30,7 @@ void writeRows(Html &html, const Report &report, const ReportFile &file, const s
                bool isUsers) {
   const std::vector<std::string> tags = columnsOf(shape);
   std::vector<Column> columns;
+  columns.reserve(tags.size());
   for (const std::string &tag : tags)
     columns.push_back(columnOf(shape, tag));
   RecordTable table(html, report, id, caption, columns, items.size());
@@ -79,6 +80,7 @@ void writeTable(Html &html, const Report &report, const ReportFile &file, const 
     return;
   html.element("h3", {{"id", anchorOf(file, collection.shape->tag, "")}}, collection.shape->tag);
   std::vector<const Item *> rows;
+  rows.reserve(items.size());
   for (const Item &item : items)
     rows.push_back(&item);
   writeRows(html, report, file, anchorOf(file, collection.shape->tag, "t"),
