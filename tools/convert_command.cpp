@@ -5,7 +5,6 @@
 #include "tools/table.h"
 #include "tools/texts.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <unordered_set>
 
@@ -102,16 +101,16 @@ int convert(const Options &options) {
 } // namespace
 
 void addConvertCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand(
-      "convert", "Write a file as one of another format version; first tell which texts get lost, and which members "
-                 "take their default");
+  Command command(app, run, "convert",
+                  "Write a file as one of another format version; first tell which texts get lost, and which members "
+                  "take their default");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kWrite);
-  command->add_option("OUT", options->out, "File to write; - is the standard output")->required();
-  command->add_option("--to-version", options->version, "The format version, from 1")->required()->type_name("N");
-  command->add_flag("--yes", options->yes, "Write the file; without this only tell");
-  command->add_flag("--force", options->force, "Write over another file");
-  addExamples(*command, {"kestrune-data convert Vorlan.xml Vorlan-v2.xml --to-version 2",
-                         "kestrune-data convert Vorlan.xml Vorlan-v2.xml --to-version 2 --yes"});
-  command->callback([&run, options] { run = [options] { return convert(*options); }; });
+  options->files = addFiles(command, FileUse::kWrite);
+  command.option("OUT", options->out, "File to write; - is the standard output").required();
+  command.option("--to-version", options->version, "The format version, from 1").required().called("N");
+  command.flag("--yes", options->yes, "Write the file; without this only tell");
+  command.flag("--force", options->force, "Write over another file");
+  command.examples({"kestrune-data convert Vorlan.xml Vorlan-v2.xml --to-version 2",
+                    "kestrune-data convert Vorlan.xml Vorlan-v2.xml --to-version 2 --yes"});
+  command.runs([options] { return convert(*options); });
 }

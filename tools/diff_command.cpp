@@ -4,7 +4,6 @@
 #include "tools/files.h"
 #include "tools/messages.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 
@@ -66,21 +65,19 @@ int diff(const Options &options) {
 } // namespace
 
 void addDiffCommand(CLI::App &app, Run &run) {
-  CLI::App *const command =
-      app.add_subcommand("diff", "Compare two files by item and member, whatever the order and layout");
+  Command command(app, run, "diff", "Compare two files by item and member, whatever the order and layout");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kRead);
-  command->add_option("OTHER", options->other, "The file to compare it with")->required();
+  options->files = addFiles(command, FileUse::kRead);
+  command.option("OTHER", options->other, "The file to compare it with").required();
   command
-      ->add_option("--ignore", options->comparison.ignored,
-                   "Pass over members of that name, such as CreationDate; * and ? match")
-      ->type_name("MEMBER")
-      ->delimiter(',')
-      ->allow_extra_args(false);
-  command->add_flag("--numbers", options->comparison.numbers, "Take texts as equal that are one number: 0x20 and 32");
-  command->add_flag("--stat", options->onlyCounts, "Print the counts of each section alone");
-  options->output = addOutput(*command);
-  addExamples(*command, {"kestrune-data diff old/Vorlan.xml Vorlan.xml",
-                         "kestrune-data diff --ignore CreationDate --numbers old/StdXcvr.xml StdXcvr.xml"});
-  command->callback([&run, options] { run = [options] { return diff(*options); }; });
+      .option("--ignore", options->comparison.ignored,
+              "Pass over members of that name, such as CreationDate; * and ? match")
+      .called("MEMBER")
+      .separated();
+  command.flag("--numbers", options->comparison.numbers, "Take texts as equal that are one number: 0x20 and 32");
+  command.flag("--stat", options->onlyCounts, "Print the counts of each section alone");
+  options->output = addOutput(command);
+  command.examples({"kestrune-data diff old/Vorlan.xml Vorlan.xml",
+                    "kestrune-data diff --ignore CreationDate --numbers old/StdXcvr.xml StdXcvr.xml"});
+  command.runs([options] { return diff(*options); });
 }

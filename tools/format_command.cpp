@@ -2,7 +2,6 @@
 #include "tools/commands.h"
 #include "tools/messages.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 
@@ -45,13 +44,13 @@ int format(const Options &options) {
 } // namespace
 
 void addFormatCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("format", "Give a file the layout of a save");
+  Command command(app, run, "format", "Give a file the layout of a save");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kWrite);
-  command->add_option("OUT", options->out, "File to write, - is the standard output; without it the file itself");
-  command->add_flag("--check", options->check, "Only tell whether the layout differs: status 1, and where");
-  command->add_flag("--relayout", options->relayout, "In place, even if comments or unknown elements get lost");
-  command->add_flag("--force", options->force, "Write over another file");
-  addExamples(*command, {"kestrune-data format Vorlan.xml", "kestrune-data format --check Vorlan.xml"});
-  command->callback([&run, options] { run = [options] { return format(*options); }; });
+  options->files = addFiles(command, FileUse::kWrite);
+  command.option("OUT", options->out, "File to write, - is the standard output; without it the file itself");
+  command.flag("--check", options->check, "Only tell whether the layout differs: status 1, and where");
+  command.flag("--relayout", options->relayout, "In place, even if comments or unknown elements get lost");
+  command.flag("--force", options->force, "Write over another file");
+  command.examples({"kestrune-data format Vorlan.xml", "kestrune-data format --check Vorlan.xml"});
+  command.runs([options] { return format(*options); });
 }
