@@ -249,7 +249,7 @@ void addChange(Command &command, ChangeOptions &options, const std::string &forc
   command.flag("--relayout", options.relayout,
                "Save the file even if comments, unknown elements or the layout get lost");
   command.flag("--force", options.force, forceText.c_str());
-  options.output = addOutput(command, {.json = false, .tsv = false, .quiet = false});
+  options.output = addOutput(command, {.json = false, .tsv = false});
 }
 
 int carryOut(const ChangeOptions &options, bool mustBeSound, const Change &change) {

@@ -1,6 +1,7 @@
 #include "tools/change.h"
 #include "tools/commands.h"
 #include "tools/messages.h"
+#include "tools/output.h"
 
 #include <algorithm>
 #include <iostream>
@@ -13,6 +14,7 @@ struct Options {
   bool check = false;
   bool relayout = false;
   bool force = false;
+  std::shared_ptr<Output> output;
 };
 
 int format(const Options &options) {
@@ -22,7 +24,7 @@ int format(const Options &options) {
   checkUsable(newest);
   const std::string saved = savedBytes(Document(source, newest.versionNeeded()));
   if (options.check) {
-    if (saved != source.bytes)
+    if (saved != source.bytes && !options.output->quiet)
       std::cout << layoutLoss(source, saved).text << '\n';
     return saved == source.bytes ? kYes : kNo;
   }
@@ -51,6 +53,7 @@ void addFormatCommand(CLI::App &app, Run &run) {
   command.flag("--check", options->check, "Only tell whether the layout differs: status 1, and where");
   command.flag("--relayout", options->relayout, "In place, even if comments or unknown elements get lost");
   command.flag("--force", options->force, "Write over another file");
+  options->output = addOutput(command, {.json = false, .tsv = false});
   command.examples({"kestrune-data format Vorlan.xml", "kestrune-data format --check Vorlan.xml"});
   command.runs([options] { return format(*options); });
 }

@@ -22,8 +22,7 @@ std::shared_ptr<Output> addOutput(Command &command, OutputOptions which) {
     if (json)
       tsv.excludes(*json);
   }
-  if (which.quiet)
-    command.flag("--quiet,-q", output->quiet, "Print nothing; the status is the answer");
+  command.flag("--quiet,-q", output->quiet, "Print nothing; the status is the answer");
   static const std::map<std::string, Output::Color> kColors = {
       {"auto", Output::Color::kAuto}, {"always", Output::Color::kAlways}, {"never", Output::Color::kNever}};
   command

@@ -25,11 +25,10 @@ struct Output {
   bool isText() const { return form == Form::kText; }
 };
 
-/// Gives a command the options --json, --tsv and --quiet, as far as they make sense for it, and --color.
+/// Gives a command the options --json and --tsv, if they make sense for it, --quiet and --color.
 struct OutputOptions {
   bool json = true;
   bool tsv = true;
-  bool quiet = true;
 };
 std::shared_ptr<Output> addOutput(Command &command, OutputOptions which = {});
 
