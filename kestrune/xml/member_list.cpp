@@ -31,6 +31,10 @@ CXMLPersistent &MemberRows::member(CXMLFolder &record, const MemberRow &row) {
   return ValueAccess::member(record, row);
 }
 
+MemberList::MemberList(CXMLFolder &owner) noexcept : m_owner(&owner) {}
+MemberList::MemberList(const MemberList &other) : m_owner(other.m_owner) { *this = other; }
+MemberList::~MemberList() = default;
+
 MemberList &MemberList::operator=(const MemberList &other) {
   return this != &other ? *this = static_cast<std::vector<CXMLPersistent *>>(other) : *this;
 }
@@ -44,6 +48,10 @@ MemberList &MemberList::operator=(std::vector<CXMLPersistent *> members) {
   return *this;
 }
 
+MemberList &MemberList::operator=(std::initializer_list<CXMLPersistent *> members) {
+  return *this = std::vector(members);
+}
+
 MemberList::operator std::vector<CXMLPersistent *>() const {
   std::vector<CXMLPersistent *> members(pointers().begin(), pointers().end());
   members.reserve(size());
@@ -54,6 +62,34 @@ MemberList::operator std::vector<CXMLPersistent *>() const {
 
 CXMLPersistent *MemberList::operator[](size_type index) const {
   return m_byHand ? pointers()[index] : &ValueAccess::member(*m_owner, (*m_table)[index]);
+}
+
+MemberList::size_type MemberList::size() const noexcept { return m_byHand ? pointers().size() : m_table->size(); }
+MemberList::reference MemberList::operator[](size_type index) { return own()[index]; }
+MemberList::reference MemberList::front() { return own().front(); }
+MemberList::reference MemberList::back() { return own().back(); }
+MemberList::iterator MemberList::begin() { return own().begin(); }
+MemberList::iterator MemberList::end() { return own().end(); }
+
+void MemberList::clear() noexcept {
+  if (m_pointers)
+    m_pointers->clear();
+  m_byHand = true;
+}
+
+void MemberList::reserve(size_type count) { own().reserve(count); }
+void MemberList::push_back(CXMLPersistent *member) { own().push_back(member); }
+void MemberList::pop_back() { own().pop_back(); }
+
+MemberList::iterator MemberList::insert(iterator position, CXMLPersistent *member) {
+  return own().insert(position, member);
+}
+
+MemberList::iterator MemberList::erase(iterator position) { return own().erase(position); }
+MemberList::iterator MemberList::erase(iterator first, iterator last) { return own().erase(first, last); }
+
+std::span<CXMLPersistent *const> MemberList::pointers() const noexcept {
+  return m_byHand && m_pointers ? std::span<CXMLPersistent *const>(*m_pointers) : std::span<CXMLPersistent *const>();
 }
 
 void MemberList::append(const MemberTable &table, MemberTable rows) {

@@ -3,6 +3,7 @@
 #include "kestrune/export.h"
 #include "kestrune/platform/c_string.h"
 
+#include <array>
 #include <cstddef>
 #include <initializer_list>
 #include <iterator>
@@ -51,8 +52,26 @@ struct MemberRow {
   CString::Constant defaultText; ///< Empty for a folder.
 };
 
-/// The rows that describe the members of a record, in file order.
-using MemberTable = std::span<const MemberRow>;
+/// The rows that describe the members of a record, in file order; they live as long as the process. A std::span would
+/// do, but costs each file that includes this a twentieth of its compile time.
+class MemberTable {
+public:
+  constexpr MemberTable() = default; ///< No rows.
+  /// The rows of an array.
+  template <std::size_t count>
+  constexpr MemberTable(const std::array<MemberRow, count> &rows) : m_first(rows.data()), m_count(count) {}
+
+  /// As of an array. @{
+  constexpr const MemberRow *begin() const { return m_first; }
+  constexpr const MemberRow *end() const { return m_first + m_count; }
+  constexpr std::size_t size() const { return m_count; }
+  constexpr const MemberRow &operator[](std::size_t index) const { return m_first[index]; }
+  ///@}
+
+private:
+  const MemberRow *m_first = nullptr;
+  std::size_t m_count = 0;
+};
 
 /// What records do with the rows of their own tables that are values; the others are passed over.
 struct KESTRUNE_API MemberRows {
@@ -83,54 +102,48 @@ public:
   class const_iterator;
 
   /// An empty list of the members of `owner`.
-  explicit MemberList(CXMLFolder &owner) noexcept : m_owner(&owner) {}
+  explicit MemberList(CXMLFolder &owner) noexcept;
   /// The same members, as a list of pointers.
-  MemberList(const MemberList &other) : m_owner(other.m_owner) { *this = other; }
+  MemberList(const MemberList &other);
   /// Lists the pointers of `other` or `members`, whatever folder they are of. @{
   MemberList &operator=(const MemberList &other);
   MemberList &operator=(std::vector<CXMLPersistent *> members);
-  MemberList &operator=(std::initializer_list<CXMLPersistent *> members) { return *this = std::vector(members); }
+  MemberList &operator=(std::initializer_list<CXMLPersistent *> members);
   ///@}
-  ~MemberList() = default; ///< Leaves the members alone.
+  ~MemberList(); ///< Leaves the members alone.
   /// The members as a vector.
   operator std::vector<CXMLPersistent *>() const;
 
   /// As of a vector. Giving a reference or a changing iterator makes the list one by hand. @{
-  size_type size() const noexcept { return m_byHand ? pointers().size() : m_table->size(); }
+  size_type size() const noexcept;
   bool empty() const noexcept { return size() == 0; }
   CXMLPersistent *operator[](size_type index) const;
-  reference operator[](size_type index) { return own()[index]; }
+  reference operator[](size_type index);
   CXMLPersistent *front() const { return (*this)[0]; }
-  reference front() { return own().front(); }
+  reference front();
   CXMLPersistent *back() const { return (*this)[size() - 1]; }
-  reference back() { return own().back(); }
+  reference back();
 
   const_iterator begin() const noexcept;
   const_iterator end() const noexcept;
   const_iterator cbegin() const noexcept;
   const_iterator cend() const noexcept;
-  iterator begin() { return own().begin(); }
-  iterator end() { return own().end(); }
+  iterator begin();
+  iterator end();
 
-  void clear() noexcept {
-    if (m_pointers)
-      m_pointers->clear();
-    m_byHand = true;
-  }
-  void reserve(size_type count) { own().reserve(count); }
-  void push_back(CXMLPersistent *member) { own().push_back(member); }
-  void pop_back() { own().pop_back(); }
-  iterator insert(iterator position, CXMLPersistent *member) { return own().insert(position, member); }
-  iterator erase(iterator position) { return own().erase(position); }
-  iterator erase(iterator first, iterator last) { return own().erase(first, last); }
+  void clear() noexcept;
+  void reserve(size_type count);
+  void push_back(CXMLPersistent *member);
+  void pop_back();
+  iterator insert(iterator position, CXMLPersistent *member);
+  iterator erase(iterator position);
+  iterator erase(iterator first, iterator last);
   ///@}
 
   /// The rows of the list, or none if it was changed by hand.
   MemberTable rows() const noexcept { return m_byHand ? MemberTable() : *m_table; }
   /// The members of a list that was changed by hand; otherwise none.
-  std::span<CXMLPersistent *const> pointers() const noexcept {
-    return m_byHand && m_pointers ? std::span<CXMLPersistent *const>(*m_pointers) : std::span<CXMLPersistent *const>();
-  }
+  std::span<CXMLPersistent *const> pointers() const noexcept;
   /// The table that the list was last built from, even if it was changed since; null without one.
   const MemberTable *table() const noexcept { return m_table; }
 

@@ -17,7 +17,7 @@ class CXMLCollectionFolder;
 
 namespace kestrune {
 struct ItemClass;
-ItemClass ItemClassOf(CXMLCollectionFolder &collection);
+KESTRUNE_API ItemClass ItemClassOf(CXMLCollectionFolder &collection);
 
 /// An item that a collection owns: a std::unique_ptr that is also a plain pointer, so that a loop over the list of a
 /// collection has pointers.
