@@ -8,6 +8,23 @@ if ! "$1" report "$2/Types/Vorlan.xml" --picture 'Vorlan 4108' | cmp - "$3"; the
   exit 1
 fi
 xmllint --noout "$3"
+
+# What changed is counted as diff counts it; without the older file there is no page.
+work=$(mktemp -d)
+trap 'rm -r "$work"' EXIT
+sed '0,/<RAMend>0xF1FF/s//<RAMend>0xF8FF/; s/Vorlan 1802-T/Elsewhere/; s/KVO-1802T/KVO-NEW/' "$2/Types/Vorlan.xml" >"$work/Vorlan.xml"
+"$1" report "$work/Vorlan.xml" --against "$2/Types/Vorlan.xml" -o "$work/page.html"
+counts=$("$1" diff "$2/Types/Vorlan.xml" "$work/Vorlan.xml" | tail -1) || true
+grep -qF ": $counts</p>" "$work/page.html" || { echo "the page does not say: $counts"; exit 1; }
+for old in "$work/none.xml" "$2/Types/StdXcvr.xml" "$work/empty"; do
+  mkdir -p "$work/empty"
+  status=0
+  "$1" report "$work/Vorlan.xml" --against "$old" -o "$work/none.html" 2>"$work/message" || status=$?
+  if [ $status != 2 ] || [ ! -s "$work/message" ] || [ -e "$work/none.html" ]; then
+    echo "--against $old: status $status, expected 2 and no page"
+    exit 1
+  fi
+done
 if ! command -v tidy >/dev/null; then
   echo "skipped: tidy is not installed"
   exit 77

@@ -1,5 +1,6 @@
 #include "tools/report/remarks.h"
 
+#include "tools/address.h"
 #include "tools/check/hits.h"
 
 namespace {
@@ -11,6 +12,33 @@ Outline::Index topOf(const CheckedFile &file, CheckedFile::Index record) {
   while (record != 0 && file.record(record).parent != 0)
     record = file.record(record).parent;
   return file.record(record).element;
+}
+
+/// All that differs inside an item, by its road from there.
+std::vector<Remarks::Change> changesIn(const Differences &differences) {
+  using Kind = Remarks::Change::Kind;
+  struct Open {
+    const Differences *differences;
+    std::string road;
+  };
+  std::vector<Remarks::Change> changes;
+  std::vector<Open> open{{&differences, ""}};
+  while (!open.empty()) {
+    const Open at = std::move(open.back());
+    open.pop_back();
+    for (const TextChange &text : at.differences->texts)
+      changes.push_back({at.road + text.member, text.after, text.before, Kind::kChanged});
+    for (const ItemChange &item : at.differences->items) {
+      const std::string road = at.road + addressStep(item.key);
+      if (item.sign == Sign::kChanged)
+        open.push_back({&item.inside, road + "/"});
+      else
+        changes.push_back({road, "", "", item.sign == Sign::kAdded ? Kind::kRemoved : Kind::kAdded});
+    }
+    for (const SectionChange &section : at.differences->sections)
+      open.push_back({&section.inside, at.road + section.tag + "/"});
+  }
+  return changes;
 }
 
 } // namespace
@@ -35,6 +63,36 @@ Remarks::Remarks(const std::vector<const Document *> &documents) {
       target.all.push_back(std::move(remark));
     }
   }
+}
+
+void Remarks::compare(const Document &now, const Document *before) {
+  File &file = m_files[&now];
+  file.since = std::make_unique<Since>();
+  if (before == nullptr)
+    return;
+  // From now to then, since the addresses have to be those of the file that is shown.
+  file.since->name = before->name();
+  file.since->comparison = ::compare(now, *before);
+  for (auto &[tag, counts] : file.since->comparison.sections)
+    std::swap(counts.added, counts.removed);
+  using Kind = ItemChange::Kind;
+  for (const SectionChange &section : file.since->comparison.differences.sections) {
+    if (section.inside.items.empty())
+      file.changes[section.tag] = {Kind::kChanged, changesIn(section.inside)};
+    for (const ::ItemChange &item : section.inside.items) {
+      if (item.sign == Sign::kAdded)
+        file.removed[section.tag].push_back(titleOf(item));
+      else if (item.sign == Sign::kRemoved)
+        file.changes[item.address] = {Kind::kAdded, {}};
+      else
+        file.changes[item.address] = {Kind::kChanged, changesIn(item.inside)};
+    }
+  }
+}
+
+const Remarks::Since *Remarks::since(const Document &document) const {
+  const auto file = m_files.find(&document);
+  return file != m_files.end() ? file->second.since.get() : nullptr;
 }
 
 const std::vector<Remarks::Remark> &Remarks::findings(const Document &document, Outline::Index element) const {

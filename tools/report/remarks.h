@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/comparison.h"
 #include "tools/files.h"
 #include "tools/findings.h"
 
@@ -35,6 +36,9 @@ public:
   /// Judges files, each by itself and all of them against each other.
   explicit Remarks(const std::vector<const Document *> &documents);
 
+  /// Tells what changed in a file since an older one, which may be missing.
+  void compare(const Document &now, const Document *before);
+
   /// The findings in an item of a collection of the root, or in a folder of it; those of the root itself with element
   /// 0.
   const std::vector<Remark> &findings(const Document &document, Outline::Index element) const;
@@ -44,6 +48,13 @@ public:
   const ItemChange &changes(const Document &document, const std::string &address) const;
   /// What is gone: names of items of a collection of the root.
   const std::vector<std::string> &removed(const Document &document, const std::string &collection) const;
+  /// How much changed since the older file.
+  struct Since {
+    std::string name; ///< Of the older file; empty if there is none.
+    Comparison comparison;
+  };
+  /// Null if the file was not compared.
+  const Since *since(const Document &document) const;
 
 private:
   struct File {
@@ -51,6 +62,7 @@ private:
     std::map<Outline::Index, std::vector<Remark>> byElement;
     std::unordered_map<std::string, ItemChange> changes;     // by address
     std::map<std::string, std::vector<std::string>> removed; // by collection
+    std::unique_ptr<Since> since;
   };
   std::map<const Document *, File> m_files;
 };
