@@ -205,6 +205,8 @@ std::string reportPage(const Report &report) {
       writeNavigation(html, report);
     }
     const auto main = html.in("main", {{"id", "main"}});
+    for (const std::string &line : report.remarks->useless())
+      html.element("p", {{"class", "wrong"}}, readable(line));
     writeSince(html, report);
     for (const ReportFile &file : report.files)
       writeFile(html, report, file);

@@ -1,7 +1,7 @@
 #include "tools/report/remarks.h"
 
 #include "tools/address.h"
-#include "tools/check/hits.h"
+#include "tools/check/known.h"
 
 namespace {
 
@@ -46,10 +46,14 @@ std::vector<Remarks::Change> changesIn(const Differences &differences) {
 Remarks::Remarks(const std::vector<const Document *> &documents) {
   const Selection selection;
   std::vector<Checked> files;
+  KnownFindings looked;
   for (const Document *const document : documents) {
     Checked checked;
     checked.file = std::make_unique<CheckedFile>(Source{document->name(), document->path(), document->bytes()});
     checked.hits = std::make_unique<Hits>(*checked.file, selection);
+    if (KnownFile *const known = checked.file->folder().empty() ? nullptr : looked.findFor(*checked.file))
+      checked.hits->setKnown(
+          [known, file = checked.file.get()](const Hit &hit) { return KnownFindings::covers(*known, *file, hit); });
     files.push_back(std::move(checked));
   }
   judgeAll(files);
@@ -63,6 +67,9 @@ Remarks::Remarks(const std::vector<const Document *> &documents) {
       target.all.push_back(std::move(remark));
     }
   }
+  for (const auto &[known, line] : looked.useless(files))
+    m_useless.push_back(known->path + ":" + std::to_string(line->line) +
+                        ": this line suppresses nothing: " + line->text);
 }
 
 void Remarks::compare(const Document &now, const Document *before) {

@@ -33,7 +33,7 @@ public:
     std::vector<Change> changes;
   };
 
-  /// Judges files, each by itself and all of them against each other.
+  /// Judges files, each by itself and all of them against each other, but for what .kestrune-check passes over.
   explicit Remarks(const std::vector<const Document *> &documents);
 
   /// Tells what changed in a file since an older one, which may be missing.
@@ -44,6 +44,8 @@ public:
   const std::vector<Remark> &findings(const Document &document, Outline::Index element) const;
   /// All findings of a file, in its order.
   const std::vector<Remark> &findings(const Document &document) const;
+  /// The lines of .kestrune-check that are of no use, in words.
+  const std::vector<std::string> &useless() const { return m_useless; }
   /// What changed in an item of a collection since the other files, by its address.
   const ItemChange &changes(const Document &document, const std::string &address) const;
   /// What is gone: names of items of a collection of the root.
@@ -65,4 +67,5 @@ private:
     std::unique_ptr<Since> since;
   };
   std::map<const Document *, File> m_files;
+  std::vector<std::string> m_useless;
 };
