@@ -231,7 +231,7 @@ int report(const Options &options) {
     checkNames(report);
   } catch (const NotFound &reason) {
     complain(reason.what());
-    return kNo;
+    return kCouldNotWork;
   }
   lookAround(report);
   std::vector<const Document *> documents;
