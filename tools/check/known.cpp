@@ -57,6 +57,18 @@ std::string relativeName(const KnownFile &known, const CheckedFile &file) {
   return (fs::path(file.folder()) / file.baseName()).lexically_relative(known.folder);
 }
 
+/// A text as a line can hold it: `?` stands for what would end a word, or begin a remark.
+std::string asPattern(std::string text, bool isWord) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const bool isControl = static_cast<unsigned char>(text[at]) < ' ';
+    const bool isRemark = text[at] == '#' && (at == 0 || text[at - 1] == ' ');
+    const bool isOuter = text[at] == ' ' && (isWord || at == 0 || at + 1 == text.size());
+    if (isControl || isRemark || isOuter)
+      text[at] = '?';
+  }
+  return text;
+}
+
 /// All addresses by which a record is known: by its key, its name and its number.
 std::vector<std::string> addressesOf(const CheckedFile &file, CheckedFile::Index number) {
   if (number == CheckedFile::kNone || number == 0)
@@ -166,8 +178,8 @@ std::string writeBaseline(KnownFindings &known, std::vector<Checked> &checked) {
     const KnownFile place = found != nullptr ? *found : KnownFile{fs::path(file.folder()) / kName, file.folder(), {}};
     for (const Hit &hit : other.hits->sorted()) {
       const bool isOfRecord = hit.record != CheckedFile::kNone && hit.record != 0;
-      lines[place.path].insert(findingName(hit.number) + "  " + relativeName(place, file) + "  " +
-                               (isOfRecord ? file.addressOf(hit.record) : kWholeFile));
+      lines[place.path].insert(findingName(hit.number) + "  " + asPattern(relativeName(place, file), true) + "  " +
+                               (isOfRecord ? asPattern(file.addressOf(hit.record), false) : kWholeFile));
     }
   }
   std::string done;
