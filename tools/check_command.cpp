@@ -2,7 +2,9 @@
 #include "kestrune/xml/replacing_save.h"
 #include "tools/check/fix.h"
 #include "tools/check/known.h"
+#include "tools/check/relations.h"
 #include "tools/commands.h"
+#include "tools/comparison.h"
 #include "tools/files.h"
 #include "tools/messages.h"
 #include "tools/output.h"
@@ -57,6 +59,7 @@ public:
     judge();
     if (m_options.fix && fix()) {
       m_files.clear();
+      m_replacements.clear();
       m_known = {};
       m_couldNotWork = false;
       read();
@@ -82,7 +85,9 @@ private:
   /// The files that programs get under a name, and whether one takes the place of the one that was asked for.
   void addInstalled(const std::string &file);
   void judge();
+  void judgeReplacements();
   bool fix();
+  void printChange(const Source &before, const std::string &fixed) const;
   void print();
   void printLine(const Line &line);
   Line lineOf(const Checked &checked, const Hit &hit) const;
@@ -177,6 +182,8 @@ void Check::read() {
 
 void Check::judge() {
   judgeAll(m_files);
+  if (m_replacements.empty())
+    judgeReplacements();
   for (Checked &checked : m_files) {
     for (const auto &[path, replaced] : m_replacements) {
       if (checked.file->source().path == path)
@@ -197,10 +204,40 @@ bool Check::fix() {
     std::string reason;
     if (kestrune::ReplaceFile(source.path.c_str(), fixed, &reason) < 0)
       throw CouldNotWork(source.name + ": " + reason);
-    say(lineDiff(source.name, source.bytes, fixed));
+    if (isTalking())
+      printChange(source, fixed);
     isChanged = true;
   }
   return isChanged;
+}
+
+void Check::printChange(const Source &before, const std::string &fixed) const {
+  std::cout << inked(m_output, Ink::kBold, shown(before.name)) << '\n';
+  if (before.bytes.starts_with("\xEF\xBB\xBF") && !fixed.starts_with("\xEF\xBB\xBF"))
+    std::cout << "the byte order mark is gone\n";
+  printComparison(compare(Document(before), Document({before.name, before.path, fixed})), m_output);
+}
+
+/// 415 among the files that were given: one of them is what programs read in place of another.
+void Check::judgeReplacements() {
+  for (const Checked &wanted : m_files) {
+    const CheckedFile &file = *wanted.file;
+    const bool isMain =
+        file.kind() != nullptr && !file.folder().empty() && file.addOnNumber() == 0 && !isUserFile(file);
+    if (m_files.size() < 2 || !isMain)
+      continue;
+    const std::filesystem::path path = std::filesystem::path(file.folder()) / file.baseName();
+    const std::vector<CString> read = filesOf(*file.kind(), path.c_str());
+    std::string first;
+    std::error_code ignored;
+    if (read.empty() || !kestrune::platform::ToHostPath(read.front(), first) ||
+        std::filesystem::equivalent(first, path, ignored))
+      continue;
+    for (const Checked &other : m_files) {
+      if (!other.file->source().path.empty() && std::filesystem::equivalent(other.file->source().path, first, ignored))
+        m_replacements.emplace_back(other.file->source().path, file.name());
+    }
+  }
 }
 
 Line Check::lineOf(const Checked &checked, const Hit &hit) const {
@@ -268,9 +305,11 @@ void Check::print() {
     }
   }
   for (const auto &[known, line] : m_known.useless(m_files)) {
+    m_fails = m_fails || m_options.failOn >= Level::kWarning;
+    if (m_options.level < Level::kWarning)
+      continue;
     printLine(
         {known->path, {line->line, 1}, Level::kWarning, "", "this line suppresses nothing: " + line->text, "", ""});
-    m_fails = m_fails || m_options.failOn >= Level::kWarning;
     ++m_filesWithFindings;
   }
   Json more = Json::object();
@@ -375,7 +414,7 @@ void addCheckCommand(CLI::App &app, Run &run) {
   command->add_option("--explain", options->explain, "Explain a finding")->type_name("KD");
   command->add_flag("--list", options->list, "List all findings");
   command->add_flag("--page", options->page)->group(""); // makes docs/findings.md
-  command->add_flag("--fix", options->fix, "Mend what has one answer, and show the lines that changed");
+  command->add_flag("--fix", options->fix, "Mend what has one answer, and show the diff");
   command->add_flag("--write-baseline", options->writeBaseline,
                     "Add today's findings to .kestrune-check beside the files, or in a folder above them");
   options->output = addOutput(*command);
