@@ -68,6 +68,9 @@ END {
   row(memory "load", plain, third["kestrune-process"] / 1024, third["pugixml-process"] / 1024, "MiB")
   row(memory "load", "tree of libxml2", third["kestrune-process"] / 1024, third["libxml2-process"] / 1024, "MiB")
   row(memory "load and save", plain, third["kestrune-save-process"] / 1024, third["pugixml-save-process"] / 1024, "MiB")
+  check = "kestrune-data check, 20000 models: "
+  row(check "time", "xmllint --noout", first["check-process"], first["xmllint-process"], "ms")
+  row(check "peak memory", "load", second["check-process"] / 1024, third["kestrune-process"] / 1024, "MiB")
   grow("Load", "load", 1)
   grow("Save", "save", 1)
   grow("Copy", "copy", 1)

@@ -2,8 +2,6 @@
 #include "tools/commands.h"
 #include "tools/texts.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 struct Options {
@@ -79,18 +77,18 @@ int add(const Options &options) {
 } // namespace
 
 void addAddCommand(CLI::App &app, Run &run) {
-  CLI::App *const command =
-      app.add_subcommand("add", "Add a record, from defaults or as a copy of another; a chip model gets KEY as its "
-                                "Key and, unless that is given, as its Name");
+  Command command(app, run, "add",
+                  "Add a record, from defaults or as a copy of another; a chip model gets KEY as its "
+                  "Key and, unless that is given, as its Name");
   const auto options = std::make_shared<Options>();
-  addChange(*command, options->change, "Take texts that check calls an error, and say nothing of other errors");
-  command->add_option("COLLECTION", options->collection, "Road to it, such as VorlanModels or ClockingSchemes/5/Clocks")
-      ->required();
-  command->add_option("KEY", options->key, "Key of the new record")->required();
-  command->add_option("MEMBER=TEXT", options->assignments, "Members of the record, with their texts");
-  command->add_option("--like", options->like, "Copy this record of the collection")->type_name("KEY");
-  addExamples(*command,
-              {"kestrune-data add spidData.xml ManufacturerIDs 'Vorlan works' Number=0x1F",
-               "kestrune-data add Vorlan.xml VorlanModels KVO-2208C-N32 'Name=Vorlan 2208-C' --like KVO-2208-N32"});
-  command->callback([&run, options] { run = [options] { return add(*options); }; });
+  addChange(command, options->change, "Take texts that check calls an error, and say nothing of other errors");
+  command.option("COLLECTION", options->collection, "Road to it, such as VorlanModels or ClockingSchemes/5/Clocks")
+      .required();
+  command.option("KEY", options->key, "Key of the new record").required();
+  command.option("MEMBER=TEXT", options->assignments, "Members of the record, with their texts");
+  command.option("--like", options->like, "Copy this record of the collection").called("KEY");
+  command.examples(
+      {"kestrune-data add spidData.xml ManufacturerIDs 'Vorlan works' Number=0x1F",
+       "kestrune-data add Vorlan.xml VorlanModels KVO-2208C-N32 'Name=Vorlan 2208-C' --like KVO-2208-N32"});
+  command.runs([options] { return add(*options); });
 }

@@ -12,15 +12,6 @@ namespace {
 
 char lower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
 
-/// The names by which an item can be asked for.
-std::vector<std::string> namesOf(const Document &document, const std::vector<Record> &items) {
-  std::vector<std::string> names;
-  names.reserve(items.size());
-  for (const Record &item : items)
-    names.push_back(nameOf(document, item));
-  return names;
-}
-
 /// Those of `items` that a step of an address means: by position, or by key or name, or else by number.
 std::vector<Record> chosen(const Document &document, const std::vector<Record> &items, const std::string &step) {
   std::vector<Record> found;
@@ -58,17 +49,20 @@ std::vector<FoundIn> walk(std::vector<FoundIn> found, const std::string &file, s
   for (const std::string &step : stepsOf(address)) {
     std::vector<FoundIn> next;
     std::vector<std::string> candidates;
+    std::vector<std::string> keys;
     for (const auto &[document, place] : found) {
       if (place.isMember() && place.member.collection != nullptr) {
         const std::vector<Record> items = itemsOf(*document, place);
         for (Record &item : chosen(*document, items, step))
           next.push_back({document, {std::move(item), {}}});
-        const std::vector<std::string> names = namesOf(*document, items);
-        candidates.insert(candidates.end(), names.begin(), names.end());
+        for (const Record &item : items) {
+          candidates.push_back(nameOf(*document, item));
+          keys.emplace_back(item.folder->Key().View());
+        }
       } else if (!place.isMember() || place.member.folder != nullptr) {
         const Record record = place.isMember() ? document->folderOf(place.record, place.member) : place.record;
         for (const std::string &tag : tagsOf(*record.shape)) {
-          const Member member = sameText(tag, step) ? document->member(record, tag) : Member();
+          const Member member = tag == step ? document->member(record, tag) : Member();
           if (member.shape != nullptr)
             next.push_back({document, {record, member}});
           if (document == first || !record.address.empty())
@@ -77,7 +71,7 @@ std::vector<FoundIn> walk(std::vector<FoundIn> found, const std::string &file, s
       }
     }
     if (next.empty())
-      throw NotFound(notFound(road, step, candidates));
+      throw NotFound(notFound(road, step, candidates, keys));
     road += (road == file ? ": " : "/") + addressStep(step);
     found = std::move(next);
   }

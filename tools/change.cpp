@@ -3,12 +3,12 @@
 #include "kestrune/platform/drives.h"
 #include "kestrune/xml/replacing_save.h"
 #include "tools/check/hits.h"
+#include "tools/command_line.h"
 #include "tools/comparison.h"
 #include "tools/meanings.h"
 #include "tools/messages.h"
 #include "tools/texts.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -116,7 +116,9 @@ Assignment understand(const Document &document, const std::string &road, const s
         reason = nothing.what();
     }
   }
-  throw Refused{{reason.empty() ? document.name() + ": '" + word + "' is not ADDRESS=TEXT" : reason}};
+  if (reason.empty())
+    throw WrongUsage("'" + word + "' is not ADDRESS=TEXT");
+  throw Refused{{reason}};
 }
 
 /// Why a text may not stand in a member; empty if it may.
@@ -240,14 +242,14 @@ void writeFile(const std::string &file, const std::string &bytes) {
     throw CouldNotWork(file + ": " + reason);
 }
 
-void addChange(CLI::App &command, ChangeOptions &options, const std::string &forceText) {
+void addChange(Command &command, ChangeOptions &options, const std::string &forceText) {
   options.files = addFiles(command, FileUse::kWrite);
-  command.get_option("FILE")->description("File to change; - changes what comes from the standard input and prints it");
-  command.add_flag("--dry-run,-n", options.dryRun, "Print what would change, as diff does, and write nothing");
-  command.add_flag("--relayout", options.relayout,
-                   "Save the file even if comments, unknown elements or the layout get lost");
-  command.add_flag("--force", options.force, forceText);
-  options.output = addOutput(command, {.json = false, .tsv = false, .quiet = false});
+  command.argument("FILE").described("File to change; - changes what comes from the standard input and prints it");
+  command.flag("--dry-run,-n", options.dryRun, "Print what would change, as diff does, and write nothing");
+  command.flag("--relayout", options.relayout,
+               "Save the file even if comments, unknown elements or the layout get lost");
+  command.flag("--force", options.force, forceText.c_str());
+  options.output = addOutput(command, {.json = false, .tsv = false});
 }
 
 int carryOut(const ChangeOptions &options, bool mustBeSound, const Change &change) {

@@ -54,7 +54,7 @@ struct ChangeOptions {
   bool force = false;
 };
 /// Gives a command the argument FILE and the options of each change.
-void addChange(CLI::App &command, ChangeOptions &options, const std::string &forceText);
+void addChange(Command &command, ChangeOptions &options, const std::string &forceText);
 
 /// A change of a document; returns the lowest format version that has all that it needs. Throws Refused.
 using Change = std::function<int(const Document &)>;

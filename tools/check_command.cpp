@@ -10,11 +10,11 @@
 #include "tools/output.h"
 #include "tools/table.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <iostream>
+#include <map>
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -386,38 +386,26 @@ int check(const Options &options) {
 } // namespace
 
 void addCheckCommand(CLI::App &app, Run &run) {
-  CLI::App *const command =
-      app.add_subcommand("check", "Print every mistake in the files with its place, and nothing for sound ones");
+  Command command(app, run, "check", "Print every mistake in the files with its place, and nothing for sound ones");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kReadMany);
-  command->get_option("FILE")->required(false);
+  options->files = addFiles(command, FileUse::kReadMany);
+  command.argument("FILE").required(false);
   static const std::map<std::string, Level> kLevels = {
       {"error", Level::kError}, {"warning", Level::kWarning}, {"note", Level::kNote}};
-  const auto addLevel = [&](const char *name, Level &level, const char *text) {
-    command
-        ->add_option_function<std::string>(
-            name, [&level](const std::string &word) { level = kLevels.at(word); }, text)
-        ->check(CLI::IsMember(kLevels))
-        ->type_name("LEVEL");
-  };
-  addLevel("--level", options->level, "Print from this level on: error, warning (the default) or note");
-  addLevel("--fail-on", options->failOn, "Answer 1 from this level on; the default is warning");
-  command->add_option("--max", options->most, "Print so many of each number, and count the rest")->type_name("N");
-  command->add_option("--only", options->only, "Look for these alone, such as KD3,KD408")
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->type_name("KD");
-  command->add_option("--ignore", options->ignore, "Do not look for these")
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->type_name("KD");
-  command->add_option("--explain", options->explain, "Explain a finding")->type_name("KD");
-  command->add_flag("--list", options->list, "List all findings");
-  command->add_flag("--page", options->page)->group(""); // makes docs/findings.md
-  command->add_flag("--fix", options->fix, "Mend what has one answer, and show the diff");
-  command->add_flag("--write-baseline", options->writeBaseline,
-                    "Add today's findings to .kestrune-check beside the files, or in a folder above them");
-  options->output = addOutput(*command);
-  addExamples(*command, {"kestrune-data check /opt/kestrune/Types", "kestrune-data check --explain KD204"});
-  command->callback([&run, options] { run = [options] { return check(*options); }; });
+  command.choice("--level", options->level, kLevels, "Print from this level on: error, warning (the default) or note")
+      .called("LEVEL");
+  command.choice("--fail-on", options->failOn, kLevels, "Answer 1 from this level on; the default is warning")
+      .called("LEVEL");
+  command.option("--max", options->most, "Print so many of each number, and count the rest").called("N");
+  command.option("--only", options->only, "Look for these alone, such as KD3,KD408").separated().called("KD");
+  command.option("--ignore", options->ignore, "Do not look for these").separated().called("KD");
+  command.option("--explain", options->explain, "Explain a finding").called("KD");
+  command.flag("--list", options->list, "List all findings");
+  command.flag("--page", options->page, "").hidden(); // makes docs/findings.md
+  command.flag("--fix", options->fix, "Mend what has one answer, and show the diff");
+  command.flag("--write-baseline", options->writeBaseline,
+               "Add today's findings to .kestrune-check beside the files, or in a folder above them");
+  options->output = addOutput(command);
+  command.examples({"kestrune-data check /opt/kestrune/Types", "kestrune-data check --explain KD204"});
+  command.runs([options] { return check(*options); });
 }

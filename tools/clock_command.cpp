@@ -5,9 +5,9 @@
 #include "tools/output.h"
 #include "tools/table.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <iostream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <sstream>
@@ -207,24 +207,20 @@ int clock(const Options &options) {
 } // namespace
 
 void addClockCommand(CLI::App &app, Run &run) {
-  CLI::App *const command =
-      app.add_subcommand("clock", "Find a clock and a multiplier of a clocking scheme, or print what there is");
+  Command command(app, run, "clock", "Find a clock and a multiplier of a clocking scheme, or print what there is");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kRead);
-  command->add_option("SCHEME", options->scheme, "Number of the scheme")->required();
-  command->add_option("CLOCK", options->clock, "Clock as it is displayed, such as '10 MHz'; without it, all of them");
-  command->add_option("MULTIPLIER", options->multiplier,
-                      "Multiplier as it is displayed, such as 1/2; without it, all of the clock");
+  options->files = addFiles(command, FileUse::kRead);
+  command.option("SCHEME", options->scheme, "Number of the scheme").required();
+  command.option("CLOCK", options->clock, "Clock as it is displayed, such as '10 MHz'; without it, all of them");
+  command.option("MULTIPLIER", options->multiplier,
+                 "Multiplier as it is displayed, such as 1/2; without it, all of the clock");
   static const std::map<std::string, By> kBy = {
       {"display", By::kDisplay}, {"encoding", By::kEncoding}, {"value", By::kValue}};
   command
-      ->add_option_function<std::string>(
-          "--by", [options](const std::string &by) { options->by = kBy.at(by); },
-          "What CLOCK and MULTIPLIER are: display, encoding or value (of a clock in kHz)")
-      ->check(CLI::IsMember(kBy))
-      ->type_name("WHAT");
-  options->output = addOutput(*command);
-  addExamples(*command,
-              {"kestrune-data clock Vorlan.xml 5 '10 MHz' 1/2", "kestrune-data clock Vorlan.xml 5 10000 --by value"});
-  command->callback([&run, options] { run = [options] { return clock(*options); }; });
+      .choice("--by", options->by, kBy, "What CLOCK and MULTIPLIER are: display, encoding or value (of a clock in kHz)")
+      .called("WHAT");
+  options->output = addOutput(command);
+  command.examples(
+      {"kestrune-data clock Vorlan.xml 5 '10 MHz' 1/2", "kestrune-data clock Vorlan.xml 5 10000 --by value"});
+  command.runs([options] { return clock(*options); });
 }

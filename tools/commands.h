@@ -1,17 +1,9 @@
 #pragma once
 
-#include <functional>
-#include <string>
-#include <vector>
-
-namespace CLI {
-class App;
-} // namespace CLI
+#include "tools/command_line.h"
 
 // The commands of kestrune-data. Each adds itself to the program with its options and, when it is chosen, puts what it
-// does into `run`, which returns the status (see messages.h). What it cannot do it throws as CouldNotWork.
-
-using Run = std::function<int()>;
+// does into `run`.
 
 void addListCommand(CLI::App &app, Run &run);
 void addShowCommand(CLI::App &app, Run &run);
@@ -28,8 +20,5 @@ void addLinkedCommand(CLI::App &app, Run &run);
 void addResolveCommand(CLI::App &app, Run &run);
 void addSchemaCommand(CLI::App &app, Run &run);
 void addCheckCommand(CLI::App &app, Run &run);
-void addCompleteCommand(CLI::App &app, Run &run);
 void addReportCommand(CLI::App &app, Run &run);
-
-/// The examples at the end of a command's help, a line each.
-void addExamples(CLI::App &command, const std::vector<std::string> &lines);
+void addCompleteCommand(CLI::App &app, Run &run);

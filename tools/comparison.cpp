@@ -261,7 +261,7 @@ Json jsonOf(const Counts &counts) {
   return {{"changed", counts.changed}, {"added", counts.added}, {"removed", counts.removed}, {"equal", counts.equal}};
 }
 
-void printAsJson(const Comparison &comparison, bool onlyCounts) {
+Json jsonOf(const Comparison &comparison, bool onlyCounts) {
   Json document = Json::object();
   if (!onlyCounts) {
     document["differences"] = Json::array();
@@ -280,33 +280,63 @@ void printAsJson(const Comparison &comparison, bool onlyCounts) {
   for (const auto &[tag, counts] : comparison.sections)
     document["sections"][tag] = jsonOf(counts);
   document["total"] = jsonOf(comparison.total());
-  printJson(document);
+  return document;
 }
 
-void printAsTsv(const Comparison &comparison, bool onlyCounts) {
-  if (onlyCounts) {
-    printTsv({"Section", "Changed", "Added", "Removed", "Equal"});
-    for (const auto &[tag, counts] : comparison.sections)
-      printTsv({tag, std::to_string(counts.changed), std::to_string(counts.added), std::to_string(counts.removed),
-                std::to_string(counts.equal)});
+/// With the file in a column behind the others, if there is one.
+void printRow(std::vector<std::string> fields, const std::string &file) {
+  if (!file.empty())
+    fields.push_back(file);
+  printTsv(fields);
+}
+
+void printTsvHead(bool onlyCounts, const std::string &file) {
+  printRow(onlyCounts ? std::vector<std::string>{"Section", "Changed", "Added", "Removed", "Equal"}
+                      : std::vector<std::string>{"Change", "Address", "Record", "Before", "After"},
+           file);
+}
+
+void printTsvRows(const Comparison &comparison, bool onlyCounts, const std::string &file) {
+  if (!onlyCounts) {
+    forEachDifference(comparison, [&](const Difference &difference) {
+      printRow({wordOf(difference.sign), difference.address, difference.record, difference.before, difference.after},
+               file);
+    });
     return;
   }
-  printTsv({"Change", "Address", "Record", "Before", "After"});
-  forEachDifference(comparison, [](const Difference &difference) {
-    printTsv({wordOf(difference.sign), difference.address, difference.record, difference.before, difference.after});
-  });
+  for (const auto &[tag, counts] : comparison.sections)
+    printRow({tag, std::to_string(counts.changed), std::to_string(counts.added), std::to_string(counts.removed),
+              std::to_string(counts.equal)},
+             file);
+}
+
+/// What differs, or the counts of each section, without the total.
+void printAsText(const Comparison &comparison, const Output &output, bool onlyCounts, std::size_t indent) {
+  if (!onlyCounts) {
+    print(comparison.differences, output, indent);
+    return;
+  }
+  std::size_t longest = 0;
+  for (const auto &[tag, counts] : comparison.sections)
+    longest = std::max(longest, tag.size());
+  for (const auto &[tag, counts] : comparison.sections)
+    std::cout << std::string(indent, ' ') << tag << std::string(longest - tag.size() + 2, ' ') << countsText(counts)
+              << '\n';
+}
+
+void add(const Counts &some, Counts &sum) {
+  sum.changed += some.changed;
+  sum.added += some.added;
+  sum.removed += some.removed;
+  sum.equal += some.equal;
 }
 
 } // namespace
 
 Counts Comparison::total() const {
   Counts sum;
-  for (const auto &[tag, counts] : sections) {
-    sum.changed += counts.changed;
-    sum.added += counts.added;
-    sum.removed += counts.removed;
-    sum.equal += counts.equal;
-  }
+  for (const auto &[tag, counts] : sections)
+    add(counts, sum);
   return sum;
 }
 
@@ -322,19 +352,48 @@ void printComparison(const Comparison &comparison, const Output &output, bool on
   if (output.quiet)
     return;
   if (output.isJson()) {
-    printAsJson(comparison, onlyCounts);
+    printJson(jsonOf(comparison, onlyCounts));
   } else if (output.isTsv()) {
-    printAsTsv(comparison, onlyCounts);
+    printTsvHead(onlyCounts, {});
+    printTsvRows(comparison, onlyCounts, {});
   } else {
-    std::size_t longest = 0;
-    for (const auto &[tag, counts] : comparison.sections)
-      longest = std::max(longest, tag.size());
-    for (const auto &[tag, counts] : comparison.sections) {
-      if (onlyCounts)
-        std::cout << tag << std::string(longest - tag.size() + 2, ' ') << countsText(counts) << '\n';
-    }
-    if (!onlyCounts)
-      print(comparison.differences, output, 0);
+    printAsText(comparison, output, onlyCounts, 0);
     std::cout << countsText(comparison.total()) << '\n';
   }
+}
+
+void printFileChanges(const std::vector<FileChange> &files, const Output &output, bool onlyCounts) {
+  if (output.quiet)
+    return;
+  Counts total;
+  Json list = Json::array();
+  if (output.isTsv())
+    printTsvHead(onlyCounts, "File");
+  for (const FileChange &change : files) {
+    const bool isBoth = change.sign == Sign::kChanged;
+    add(change.comparison.total(), total);
+    if (change.isSame())
+      continue;
+    if (output.isJson()) {
+      Json entry = {{"file", jsonText(change.file)}, {"change", wordOf(change.sign)}};
+      if (isBoth)
+        entry.update(jsonOf(change.comparison, onlyCounts));
+      list.push_back(std::move(entry));
+    } else if (output.isTsv()) {
+      if (!isBoth && !onlyCounts)
+        printRow({wordOf(change.sign), "", "", "", ""}, change.file);
+      printTsvRows(change.comparison, onlyCounts, change.file);
+    } else {
+      const std::string name = shown(change.file);
+      std::cout << (isBoth                          ? inked(output, Ink::kBold, name)
+                    : change.sign == Sign::kRemoved ? inked(output, Ink::kRed, "- " + name)
+                                                    : inked(output, Ink::kGreen, "+ " + name))
+                << '\n';
+      printAsText(change.comparison, output, onlyCounts, 2);
+    }
+  }
+  if (output.isJson())
+    printJson({{"files", list}, {"total", jsonOf(total)}});
+  else if (output.isText())
+    std::cout << countsText(total) << '\n';
 }

@@ -90,3 +90,14 @@ void forEachDifference(const Comparison &comparison, const std::function<void(co
 
 /// Prints a comparison in the form that is wanted; with `onlyCounts` as numbers alone.
 void printComparison(const Comparison &comparison, const Output &output, bool onlyCounts = false);
+
+/// Two files of one name in two folders, or one that stands in only one of them.
+struct FileChange {
+  std::string file;
+  Sign sign;
+  Comparison comparison; ///< Of two files.
+
+  bool isSame() const { return sign == Sign::kChanged && comparison.isSame(); }
+};
+/// Prints what differs between two folders. Files in which nothing does are not named.
+void printFileChanges(const std::vector<FileChange> &files, const Output &output, bool onlyCounts = false);

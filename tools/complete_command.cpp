@@ -3,6 +3,7 @@
 #include "tools/files.h"
 #include "tools/findings.h"
 #include "tools/messages.h"
+#include "tools/texts.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -336,7 +337,7 @@ private:
     for (const Found &found : find(main(), road)) {
       if (sign != std::string::npos) {
         if (found.isMember() && found.member.folder == nullptr)
-          roads.push_back(road + "=" + std::string(found.member.text()));
+          roads.push_back(road + "=" + textInFile(found.record, found.member));
       } else if (found.isMember() && found.member.collection != nullptr) {
         for (const Record &item : main().items(found.record, found.member)) {
           roads.push_back(road + item.address.substr(found.address().size() + 1) + "/");
@@ -378,9 +379,9 @@ int complete(const CLI::App &app, const std::string &line) {
 } // namespace
 
 void addCompleteCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("complete", "Print what can stand at the end of a command line");
-  command->group(""); // for the completion of the shell, not for people
+  Command command(app, run, "complete", "Print what can stand at the end of a command line");
+  command.hide(); // for the completion of the shell, not for people
   const auto line = std::make_shared<std::string>();
-  command->add_option("LINE", *line, "The command line up to the cursor")->required();
-  command->callback([&app, &run, line] { run = [&app, line] { return complete(app, *line); }; });
+  command.option("LINE", *line, "The command line up to the cursor").required();
+  command.runs([&app, line] { return complete(app, *line); });
 }

@@ -2,11 +2,12 @@
 #include "tools/commands.h"
 #include "tools/comparison.h"
 #include "tools/messages.h"
+#include "tools/output.h"
 #include "tools/table.h"
 #include "tools/texts.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
+#include <sstream>
 #include <unordered_set>
 
 namespace {
@@ -17,6 +18,7 @@ struct Options {
   int version = 0;
   bool yes = false;
   bool force = false;
+  std::shared_ptr<Output> output;
 };
 
 /// Whether a record around an address is in a set.
@@ -80,7 +82,7 @@ int convert(const Options &options) {
   const Document back(Source{options.out, {}, bytes});
   checkUsable(back);
 
-  std::ostream &list = options.out == "-" ? std::cerr : std::cout;
+  std::ostringstream list;
   const std::size_t lost = printLost(original, back, list);
   std::size_t dropped = 0;
   for (const Loss &loss : lossesOf(source)) {
@@ -91,6 +93,8 @@ int convert(const Options &options) {
   }
   const std::size_t defaults = printDefaults(target, list);
   list << counted(lost, "text") << " lost, " << dropped << " dropped, " << counted(defaults, "default") << " taken\n";
+  if (!options.output->quiet)
+    (options.out == "-" ? std::cerr : std::cout) << list.str();
   if (!options.yes) {
     complain(options.out + ": nothing is written without --yes");
     return kNo;
@@ -102,16 +106,17 @@ int convert(const Options &options) {
 } // namespace
 
 void addConvertCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand(
-      "convert", "Write a file as one of another format version; first tell which texts get lost, and which members "
-                 "take their default");
+  Command command(app, run, "convert",
+                  "Write a file as one of another format version; first tell which texts get lost, and which members "
+                  "take their default");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kWrite);
-  command->add_option("OUT", options->out, "File to write; - is the standard output")->required();
-  command->add_option("--to-version", options->version, "The format version, from 1")->required()->type_name("N");
-  command->add_flag("--yes", options->yes, "Write the file; without this only tell");
-  command->add_flag("--force", options->force, "Write over another file");
-  addExamples(*command, {"kestrune-data convert Vorlan.xml Vorlan-v2.xml --to-version 2",
-                         "kestrune-data convert Vorlan.xml Vorlan-v2.xml --to-version 2 --yes"});
-  command->callback([&run, options] { run = [options] { return convert(*options); }; });
+  options->files = addFiles(command, FileUse::kWrite);
+  command.option("OUT", options->out, "File to write; - is the standard output").required();
+  command.option("--to-version", options->version, "The format version, from 1").required().called("N");
+  command.flag("--yes", options->yes, "Write the file; without this only tell");
+  command.flag("--force", options->force, "Write over another file");
+  options->output = addOutput(command, {.json = false, .tsv = false});
+  command.examples({"kestrune-data convert Vorlan.xml Vorlan-v2.xml --to-version 2",
+                    "kestrune-data convert Vorlan.xml Vorlan-v2.xml --to-version 2 --yes"});
+  command.runs([options] { return convert(*options); });
 }

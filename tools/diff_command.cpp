@@ -4,9 +4,10 @@
 #include "tools/files.h"
 #include "tools/messages.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
+#include <map>
 
 namespace {
 
@@ -27,12 +28,13 @@ void addTags(const RecordShape &shape, std::vector<std::string> &tags) {
 }
 
 /// Each member that is to be passed over has to exist.
-void checkIgnored(const Kind &kind, const std::vector<std::string> &ignored) {
+void checkIgnored(const std::vector<const Kind *> &kinds, const std::vector<std::string> &ignored) {
   std::vector<std::string> tags;
-  addTags(shapeOf(kind), tags);
+  for (const Kind *const kind : kinds)
+    addTags(shapeOf(*kind), tags);
   for (const std::string &pattern : ignored) {
     if (std::none_of(tags.begin(), tags.end(), [&](const std::string &tag) { return matches(tag, pattern); }))
-      throw CouldNotWork(notFound(kind.root, pattern, tags));
+      throw CouldNotWork(notFound(kinds.size() == 1 ? kinds.front()->root : "--ignore: a data file", pattern, tags));
   }
 }
 
@@ -45,20 +47,80 @@ std::unique_ptr<Document> open(const std::string &file, const FileOptions &optio
   return loaded.merged();
 }
 
-int diff(const Options &options) {
-  const std::string &first = options.files->files.front();
-  if (first == "-" && options.other == "-")
-    throw CouldNotWork("the standard input can only be one of the two files");
+bool isFolder(const std::string &name) {
+  std::error_code ignored;
+  return !name.empty() && std::filesystem::is_directory(hostPath(name), ignored);
+}
+
+/// The data files of a folder, by their road from it.
+std::map<std::string, std::string> filesBelow(const std::string &folder) {
+  std::map<std::string, std::string> files;
+  for (const std::string &file : withoutFolders({folder}))
+    files[std::filesystem::path(hostPath(file)).lexically_relative(hostPath(folder)).string()] = file;
+  return files;
+}
+
+Comparison compareFiles(const std::string &first, const std::string &other, const Options &options,
+                        bool checksIgnored) {
   std::string partsLine;
   const auto before = open(first, *options.files, partsLine);
-  const auto after = open(options.other, *options.files, partsLine);
+  const auto after = open(other, *options.files, partsLine);
   if (before->kind() != after->kind())
     throw CouldNotWork(before->name() + " is a file of " + before->kind()->name + ", and " + after->name() + " of " +
                        after->kind()->name);
-  checkIgnored(*before->kind(), options.comparison.ignored);
-  const Comparison comparison = compare(*before, *after, options.comparison);
+  if (checksIgnored)
+    checkIgnored({before->kind()}, options.comparison.ignored);
   if (!partsLine.empty() && options.output->isText() && !options.output->quiet)
-    std::cout << partsLine << '\n';
+    std::cout << "Files: " << partsLine << '\n';
+  return compare(*before, *after, options.comparison);
+}
+
+int diffFolders(const std::string &first, const std::string &other, const Options &options) {
+  std::vector<const Kind *> kinds;
+  for (const Kind &kind : allKinds())
+    kinds.push_back(&kind);
+  checkIgnored(kinds, options.comparison.ignored);
+  const std::map<std::string, std::string> before = filesBelow(first);
+  const std::map<std::string, std::string> after = filesBelow(other);
+  std::map<std::string, std::string> all = before;
+  all.insert(after.begin(), after.end());
+  int status = kYes;
+  std::vector<FileChange> changes;
+  for (const auto &[name, file] : all) {
+    FileChange change{name, Sign::kChanged, {}};
+    try {
+      if (!after.contains(name))
+        change.sign = Sign::kRemoved;
+      else if (!before.contains(name))
+        change.sign = Sign::kAdded;
+      else
+        change.comparison = compareFiles(before.at(name), after.at(name), options, false);
+    } catch (const CouldNotWork &reason) {
+      complain(reason.what());
+      status = kCouldNotWork;
+      continue;
+    }
+    if (!change.isSame() && status == kYes)
+      status = kNo;
+    changes.push_back(std::move(change));
+  }
+  printFileChanges(changes, *options.output, options.onlyCounts);
+  return status;
+}
+
+int diff(const Options &options) {
+  std::string first = options.files->files.front();
+  std::string other = options.other;
+  if (first == "-" && other == "-")
+    throw CouldNotWork("the standard input can only be one of the two files");
+  if (isFolder(first) && isFolder(other) && !options.files->asInstalled)
+    return diffFolders(first, other, options);
+  // Of a folder, the file that is called as the other one.
+  if (isFolder(first) && !isFolder(other))
+    first = (std::filesystem::path(first) / std::filesystem::path(hostPath(other)).filename()).string();
+  else if (isFolder(other) && !isFolder(first))
+    other = (std::filesystem::path(other) / std::filesystem::path(hostPath(first)).filename()).string();
+  const Comparison comparison = compareFiles(first, other, options, true);
   printComparison(comparison, *options.output, options.onlyCounts);
   return comparison.isSame() ? kYes : kNo;
 }
@@ -66,21 +128,20 @@ int diff(const Options &options) {
 } // namespace
 
 void addDiffCommand(CLI::App &app, Run &run) {
-  CLI::App *const command =
-      app.add_subcommand("diff", "Compare two files by item and member, whatever the order and layout");
+  Command command(app, run, "diff",
+                  "Compare two files, or those of two folders, by item and member, whatever the order and layout");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kRead);
-  command->add_option("OTHER", options->other, "The file to compare it with")->required();
+  options->files = addFiles(command, FileUse::kRead);
+  command.option("OTHER", options->other, "The file to compare it with").required();
   command
-      ->add_option("--ignore", options->comparison.ignored,
-                   "Pass over members of that name, such as CreationDate; * and ? match")
-      ->type_name("MEMBER")
-      ->delimiter(',')
-      ->allow_extra_args(false);
-  command->add_flag("--numbers", options->comparison.numbers, "Take texts as equal that are one number: 0x20 and 32");
-  command->add_flag("--stat", options->onlyCounts, "Print the counts of each section alone");
-  options->output = addOutput(*command);
-  addExamples(*command, {"kestrune-data diff old/Vorlan.xml Vorlan.xml",
-                         "kestrune-data diff --ignore CreationDate --numbers old/StdXcvr.xml StdXcvr.xml"});
-  command->callback([&run, options] { run = [options] { return diff(*options); }; });
+      .option("--ignore", options->comparison.ignored,
+              "Pass over members of that name, such as CreationDate; * and ? match")
+      .called("MEMBER")
+      .separated();
+  command.flag("--numbers", options->comparison.numbers, "Take texts as equal that are one number: 0x20 and 32");
+  command.flag("--stat", options->onlyCounts, "Print the counts of each section alone");
+  options->output = addOutput(command);
+  command.examples({"kestrune-data diff old/Vorlan.xml Vorlan.xml",
+                    "kestrune-data diff --ignore CreationDate --numbers old/StdXcvr.xml StdXcvr.xml"});
+  command.runs([options] { return diff(*options); });
 }

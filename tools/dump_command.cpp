@@ -2,8 +2,8 @@
 #include "tools/commands.h"
 #include "tools/messages.h"
 #include "tools/output.h"
+#include "tools/texts.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 namespace {
@@ -29,7 +29,8 @@ std::string onOneLine(std::string_view text) {
 void print(const Document &document, const Record &top, const std::string &before) {
   document.forEachMember(top, [&](const Record &record, const Member &member) {
     if (member.folder == nullptr)
-      std::cout << before << onOneLine(Found{record, member}.address()) << " = " << onOneLine(member.text()) << '\n';
+      std::cout << before << onOneLine(Found{record, member}.address()) << " = "
+                << onOneLine(textInFile(record, member)) << '\n';
   });
 }
 
@@ -64,11 +65,10 @@ int dump(const FileOptions &options, const Output &output) {
 } // namespace
 
 void addDumpCommand(CLI::App &app, Run &run) {
-  CLI::App *const command =
-      app.add_subcommand("dump", "Print every member as a line, ADDRESS = TEXT, in the order of the file");
-  const auto files = addFiles(*command, FileUse::kReadMany);
-  const auto output = addOutput(*command, {.json = false, .tsv = false});
-  addExamples(*command, {"kestrune-data dump Vorlan.xml | grep ROMend",
-                         "git config diff.kestrune.textconv 'kestrune-data dump'"});
-  command->callback([&run, files, output] { run = [files, output] { return dump(*files, *output); }; });
+  Command command(app, run, "dump", "Print every member as a line, ADDRESS = TEXT, in the order of the file");
+  const auto files = addFiles(command, FileUse::kReadMany);
+  const auto output = addOutput(command, {.json = false, .tsv = false});
+  command.examples(
+      {"kestrune-data dump Vorlan.xml | grep ROMend", "git config diff.kestrune.textconv 'kestrune-data dump'"});
+  command.runs([files, output] { return dump(*files, *output); });
 }

@@ -1,10 +1,10 @@
 #include "tools/files.h"
 
 #include "kestrune/platform/drives.h"
+#include "tools/command_line.h"
 #include "tools/messages.h"
 #include "tools/table.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -15,7 +15,7 @@ namespace {
 std::string defineMacro(const std::string &definition) {
   const std::size_t sign = definition.find('=');
   if (sign == 0 || sign == std::string::npos)
-    throw CLI::ValidationError("-D", "'" + definition + "' is not NAME=VALUE");
+    throw WrongUsage("-D: '" + definition + "' is not NAME=VALUE");
   std::string name = definition.substr(0, sign);
   if (name.front() != '$')
     name = "$" + name + "$";
@@ -75,35 +75,28 @@ std::vector<CString> filesOf(const Kind &kind, const CString &name) {
   return {path};
 }
 
-std::shared_ptr<std::vector<std::string>> addMacros(CLI::App &command) {
+std::shared_ptr<std::vector<std::string>> addMacros(Command &command) {
+  const auto definitions = std::make_shared<std::vector<std::string>>();
   auto names = std::make_shared<std::vector<std::string>>();
-  command
-      .add_option_function<std::vector<std::string>>(
-          "-D",
-          [names](const std::vector<std::string> &definitions) {
-            std::transform(definitions.begin(), definitions.end(), std::back_inserter(*names), defineMacro);
-          },
-          "Define a macro that names may use")
-      ->type_name("NAME=VALUE")
-      ->allow_extra_args(false);
+  command.option("-D", *definitions, "Define a macro that names may use")
+      .called("NAME=VALUE")
+      .each([definitions, names](const std::string &definition) { names->push_back(defineMacro(definition)); });
   return names;
 }
 
-std::shared_ptr<FileOptions> addFiles(CLI::App &command, FileUse use) {
+std::shared_ptr<FileOptions> addFiles(Command &command, FileUse use) {
   auto options = std::make_shared<FileOptions>();
   if (use == FileUse::kReadMany) {
-    command.add_option("FILE", options->files, "Files; - is the standard input, a folder stands for its data files")
-        ->required();
+    command.option("FILE", options->files, "Files; - is the standard input, a folder stands for its data files")
+        .required();
   } else {
-    command
-        .add_option_function<std::string>(
-            "FILE", [options](const std::string &file) { options->files = {file}; }, "File; - is the standard input")
-        ->required();
+    options->files.resize(1);
+    command.option("FILE", options->files.front(), "File; - is the standard input").required();
   }
-  command.add_option("--name", options->inputName, "What messages call the standard input")->type_name("NAME");
+  command.option("--name", options->inputName, "What messages call the standard input").called("NAME");
   if (use != FileUse::kWrite)
-    command.add_flag("--as-installed", options->asInstalled,
-                     "Read what programs get: with a replacement, add-ons and the user's file");
+    command.flag("--as-installed", options->asInstalled,
+                 "Read what programs get: with a replacement, add-ons and the user's file");
   addMacros(command);
   return options;
 }

@@ -7,9 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
+class Command;
 
 // The FILE arguments that commands share, and what they stand for.
 
@@ -22,12 +20,12 @@ struct FileOptions {
 };
 
 /// Gives a command the option -D, and tells which macros it defined: their names, with both `$`.
-std::shared_ptr<std::vector<std::string>> addMacros(CLI::App &command);
+std::shared_ptr<std::vector<std::string>> addMacros(Command &command);
 
 /// Gives a command the argument FILE, or FILE..., and the options --name, --as-installed and -D. A command that writes
 /// files takes each for itself, and no option --as-installed.
 enum class FileUse { kRead, kReadMany, kWrite };
-std::shared_ptr<FileOptions> addFiles(CLI::App &command, FileUse use);
+std::shared_ptr<FileOptions> addFiles(Command &command, FileUse use);
 
 /// The files that programs read when they load the file of that name, as full paths in drive form, in the order of
 /// reading. The first may not exist, and is empty if the name leads to nothing.

@@ -1,8 +1,8 @@
 #include "tools/change.h"
 #include "tools/commands.h"
 #include "tools/messages.h"
+#include "tools/output.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 
@@ -14,6 +14,7 @@ struct Options {
   bool check = false;
   bool relayout = false;
   bool force = false;
+  std::shared_ptr<Output> output;
 };
 
 int format(const Options &options) {
@@ -23,7 +24,7 @@ int format(const Options &options) {
   checkUsable(newest);
   const std::string saved = savedBytes(Document(source, newest.versionNeeded()));
   if (options.check) {
-    if (saved != source.bytes)
+    if (saved != source.bytes && !options.output->quiet)
       std::cout << layoutLoss(source, saved).text << '\n';
     return saved == source.bytes ? kYes : kNo;
   }
@@ -45,13 +46,14 @@ int format(const Options &options) {
 } // namespace
 
 void addFormatCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("format", "Give a file the layout of a save");
+  Command command(app, run, "format", "Give a file the layout of a save");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kWrite);
-  command->add_option("OUT", options->out, "File to write, - is the standard output; without it the file itself");
-  command->add_flag("--check", options->check, "Only tell whether the layout differs: status 1, and where");
-  command->add_flag("--relayout", options->relayout, "In place, even if comments or unknown elements get lost");
-  command->add_flag("--force", options->force, "Write over another file");
-  addExamples(*command, {"kestrune-data format Vorlan.xml", "kestrune-data format --check Vorlan.xml"});
-  command->callback([&run, options] { run = [options] { return format(*options); }; });
+  options->files = addFiles(command, FileUse::kWrite);
+  command.option("OUT", options->out, "File to write, - is the standard output; without it the file itself");
+  command.flag("--check", options->check, "Only tell whether the layout differs: status 1, and where");
+  command.flag("--relayout", options->relayout, "In place, even if comments or unknown elements get lost");
+  command.flag("--force", options->force, "Write over another file");
+  options->output = addOutput(command, {.json = false, .tsv = false});
+  command.examples({"kestrune-data format Vorlan.xml", "kestrune-data format --check Vorlan.xml"});
+  command.runs([options] { return format(*options); });
 }

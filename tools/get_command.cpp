@@ -2,8 +2,8 @@
 #include "tools/commands.h"
 #include "tools/messages.h"
 #include "tools/output.h"
+#include "tools/texts.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -38,10 +38,11 @@ int get(const FileOptions &files, const std::vector<std::string> &addresses, con
     try {
       const std::vector<FoundIn> found = find(loaded, file, address);
       if (const FoundIn *const one = onlyMember(found, loaded.main().name(), address)) {
-        answer << one->found.member.text() << '\n';
+        const std::string text = textInFile(one->found.record, one->found.member);
+        answer << text << '\n';
         values.push_back({{"file", jsonText(one->document->name())},
                           {"address", jsonText(one->found.address())},
-                          {"text", jsonText(one->found.member.text())}});
+                          {"text", jsonText(text)}});
         continue;
       }
     } catch (const NotFound &nothing) {
@@ -61,15 +62,12 @@ int get(const FileOptions &files, const std::vector<std::string> &addresses, con
 } // namespace
 
 void addGetCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("get", "Print the bare text of members");
-  const auto files = addFiles(*command, FileUse::kRead);
-  const auto output = addOutput(*command, {.tsv = false});
+  Command command(app, run, "get", "Print the bare text of members");
+  const auto files = addFiles(command, FileUse::kRead);
+  const auto output = addOutput(command, {.tsv = false});
   const auto addresses = std::make_shared<std::vector<std::string>>();
-  command->add_option("ADDRESS", *addresses, "Roads to members, such as VorlanModels/KVO-2208X-S32H/ROMend")
-      ->required();
-  addExamples(*command, {"kestrune-data get Vorlan.xml VorlanModels/KVO-2208X-S32H/ROMend",
-                         "kestrune-data get Vorlan.xml ClockingSchemes/5/Clocks/10000/Multipliers/1.5/Encoding"});
-  command->callback([&run, files, addresses, output] {
-    run = [files, addresses, output] { return get(*files, *addresses, *output); };
-  });
+  command.option("ADDRESS", *addresses, "Roads to members, such as VorlanModels/KVO-2208X-S32H/ROMend").required();
+  command.examples({"kestrune-data get Vorlan.xml VorlanModels/KVO-2208X-S32H/ROMend",
+                    "kestrune-data get Vorlan.xml ClockingSchemes/5/Clocks/10000/Multipliers/1.5/Encoding"});
+  command.runs([files, addresses, output] { return get(*files, *addresses, *output); });
 }

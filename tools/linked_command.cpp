@@ -7,7 +7,6 @@
 #include "tools/output.h"
 #include "tools/table.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <map>
@@ -198,8 +197,9 @@ private:
   }
 
   std::string called(int number) const {
-    const std::string name = m_links.nameOf(number);
-    return std::to_string(number) + (name.empty() ? "" : " (" + shown(name) + ")");
+    const bool isModel = std::any_of(m_links.models.begin(), m_links.models.end(),
+                                     [&](const Model &model) { return model.number == number; });
+    return std::to_string(number) + " (" + (isModel ? shown(m_links.nameOf(number)) : "no model has this number") + ")";
   }
 
   void printFiles() const {
@@ -298,16 +298,14 @@ private:
 } // namespace
 
 void addLinkedCommand(CLI::App &app, Run &run) {
-  CLI::App *const command =
-      app.add_subcommand("linked", "Print whether two chip models are link compatible, or all partners of one");
+  Command command(app, run, "linked", "Print whether two chip models are link compatible, or all partners of one");
   const auto options = std::make_shared<Options>();
-  command->add_option("MODEL", options->model, "Number, name or key of a model")->required();
-  command->add_option(
-      "OTHER", options->other,
-      "The other model; without it, all partners: to those that the model lists, from those that list it");
-  command->add_option("--file", options->file, "Ask this chip data file instead of $StdVorlanTyp$")->type_name("FILE");
-  addMacros(*command);
-  options->output = addOutput(*command);
-  addExamples(*command, {"kestrune-data linked 66 'Vorlan 2208'", "kestrune-data linked 8 --file Vorlan.xml"});
-  command->callback([&run, options] { run = [options] { return Linked(*options).run(); }; });
+  command.option("MODEL", options->model, "Number, name or key of a model").required();
+  command.option("OTHER", options->other,
+                 "The other model; without it, all partners: to those that the model lists, from those that list it");
+  command.option("--file", options->file, "Ask this chip data file instead of $StdVorlanTyp$").called("FILE");
+  addMacros(command);
+  options->output = addOutput(command);
+  command.examples({"kestrune-data linked 66 'Vorlan 2208'", "kestrune-data linked 8 --file Vorlan.xml"});
+  command.runs([options] { return Linked(*options).run(); });
 }

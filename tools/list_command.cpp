@@ -4,7 +4,6 @@
 #include "tools/output.h"
 #include "tools/table.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -397,23 +396,18 @@ private:
 } // namespace
 
 void addListCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("list", "Print what kind of file each is and what it holds");
+  Command command(app, run, "list", "Print what kind of file each is and what it holds");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kReadMany);
-  options->output = addOutput(*command);
-  command->add_option("--only", options->only, "Only these collections or sections")
-      ->type_name("COLLECTION,...")
-      ->delimiter(',')
-      ->allow_extra_args(false);
-  command->add_option("--columns", options->columns, "Show these members of each item; Channel/comm_rate is one inside")
-      ->type_name("MEMBER,...")
-      ->delimiter(',')
-      ->allow_extra_args(false);
-  command->add_option("--where", options->where, "Only items whose member is this text, in any case; * and ? match")
-      ->type_name("MEMBER=TEXT")
-      ->allow_extra_args(false);
-  command->add_flag("--count", options->count, "Print only the number of items of each collection");
-  addExamples(*command, {"kestrune-data list Vorlan.xml --only VorlanModels --where 'Name=*2208*'",
-                         "kestrune-data list '$StdXcvrTyp$' --columns Name,std_id,comm_rate"});
-  command->callback([&run, options] { run = [options] { return List(*options).run(); }; });
+  options->files = addFiles(command, FileUse::kReadMany);
+  options->output = addOutput(command);
+  command.option("--only", options->only, "Only these collections or sections").called("COLLECTION,...").separated();
+  command.option("--columns", options->columns, "Show these members of each item; Channel/comm_rate is one inside")
+      .called("MEMBER,...")
+      .separated();
+  command.option("--where", options->where, "Only items whose member is this text, in any case; * and ? match")
+      .called("MEMBER=TEXT");
+  command.flag("--count", options->count, "Print only the number of items of each collection");
+  command.examples({"kestrune-data list Vorlan.xml --only VorlanModels --where 'Name=*2208*'",
+                    "kestrune-data list '$StdXcvrTyp$' --columns Name,std_id,comm_rate"});
+  command.runs([options] { return List(*options).run(); });
 }

@@ -54,18 +54,16 @@ std::vector<std::string> commandNames(const CLI::App &app) {
 
 /// "help" and "help COMMAND" print what --help prints.
 void addHelpCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("help", "Print the help of a command");
+  Command command(app, run, "help", "Print the help of a command");
   const auto name = std::make_shared<std::string>();
-  command->add_option("COMMAND", *name, "Command to explain");
-  addExamples(*command, {"kestrune-data help", "kestrune-data help check"});
-  command->callback([&app, &run, name] {
-    run = [&app, name] {
-      const std::vector<std::string> names = commandNames(app);
-      if (!name->empty() && std::find(names.begin(), names.end(), *name) == names.end())
-        throw CouldNotWork(notFound("kestrune-data", *name, names));
-      std::cout << (name->empty() ? app.help() : app.get_subcommand(*name)->help("kestrune-data"));
-      return kYes;
-    };
+  command.option("COMMAND", *name, "Command to explain");
+  command.examples({"kestrune-data help", "kestrune-data help check"});
+  command.runs([&app, name] {
+    const std::vector<std::string> names = commandNames(app);
+    if (!name->empty() && std::find(names.begin(), names.end(), *name) == names.end())
+      throw CouldNotWork(notFound("kestrune-data", *name, names));
+    std::cout << (name->empty() ? app.help() : app.get_subcommand(*name)->help("kestrune-data"));
+    return kYes;
   });
 }
 
@@ -104,13 +102,19 @@ int runProgram(int argc, char **argv) {
   addCommands(app, run);
   addHelpCommand(app, run);
   int status = kYes;
+  std::string usage;
   try {
     app.parse(argc, argv);
     status = run();
   } catch (const CLI::Success &help) {
     app.exit(help);
   } catch (const CLI::ParseError &error) {
-    complain(usageError(app, error));
+    usage = usageError(app, error);
+  } catch (const WrongUsage &error) {
+    usage = error.what();
+  }
+  if (!usage.empty()) {
+    complain(usage);
     std::cerr << "Run kestrune-data --help for the commands.\n";
     return kCouldNotWork;
   }
@@ -119,13 +123,6 @@ int runProgram(int argc, char **argv) {
 }
 
 } // namespace
-
-void addExamples(CLI::App &command, const std::vector<std::string> &lines) {
-  std::string text = "Examples:";
-  for (const std::string &line : lines)
-    text += "\n  " + line;
-  command.footer(text);
-}
 
 int main(int argc, char **argv) {
   std::signal(SIGPIPE, SIG_DFL); // a reader that has seen enough ends the program in silence

@@ -63,12 +63,17 @@ std::vector<std::string> nearTo(std::string_view word, const std::vector<std::st
   return names;
 }
 
-std::string notFound(const std::string &where, const std::string &word, const std::vector<std::string> &candidates) {
+std::string notFound(const std::string &where, const std::string &word, const std::vector<std::string> &candidates,
+                     const std::vector<std::string> &others) {
   constexpr std::size_t kMost = 8;
   std::vector<std::string> named = nearTo(word, candidates, kMost);
   if (named.empty())
-    named.assign(candidates.begin(),
-                 candidates.begin() + static_cast<std::ptrdiff_t>(std::min(candidates.size(), kMost)));
+    named = nearTo(word, others, kMost);
+  const bool isNear = !named.empty();
+  for (auto next = candidates.begin(); !isNear && named.size() < kMost && next != candidates.end(); ++next) {
+    if (std::find(named.begin(), named.end(), *next) == named.end())
+      named.push_back(*next);
+  }
   std::string text = where + " has no '" + word + "'";
   for (std::size_t i = 0; i < named.size(); ++i)
     text += (i == 0 ? "; there are: " : ", ") + named[i];

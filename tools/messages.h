@@ -28,5 +28,7 @@ void complain(const std::string &message);
 std::vector<std::string> nearTo(std::string_view word, const std::vector<std::string> &candidates,
                                 std::size_t most = 8);
 
-/// "WHERE has no 'WORD'; there are: A, B", where the candidates are those near to the word, or simply the first ones.
-std::string notFound(const std::string &where, const std::string &word, const std::vector<std::string> &candidates);
+/// "WHERE has no 'WORD'; there are: A, B", where the candidates are those near to the word, or else those of `others`
+/// that are, or simply the first ones.
+std::string notFound(const std::string &where, const std::string &word, const std::vector<std::string> &candidates,
+                     const std::vector<std::string> &others = {});

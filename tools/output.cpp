@@ -1,35 +1,34 @@
 #include "tools/output.h"
 
-#include <CLI/CLI.hpp>
+#include "tools/command_line.h"
+
 #include <cstdlib>
 #include <iostream>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <unistd.h>
 
-std::shared_ptr<Output> addOutput(CLI::App &command, OutputOptions which) {
+std::shared_ptr<Output> addOutput(Command &command, OutputOptions which) {
   auto output = std::make_shared<Output>();
-  CLI::Option *json = nullptr;
-  if (which.json) {
-    json = command.add_flag_callback(
+  std::optional<Argument> json;
+  if (which.json)
+    json = command.flag(
         "--json", [output] { output->form = Output::Form::kJson; }, "Print one JSON document");
-  }
   if (which.tsv) {
-    CLI::Option *const tsv = command.add_flag_callback(
+    Argument tsv = command.flag(
         "--tsv", [output] { output->form = Output::Form::kTsv; },
         "Print a header line and lines of fields with tabs between them");
-    if (json != nullptr)
-      tsv->excludes(json);
+    if (json)
+      tsv.excludes(*json);
   }
-  if (which.quiet)
-    command.add_flag("--quiet,-q", output->quiet, "Print nothing; the status is the answer");
+  command.flag("--quiet,-q", output->quiet, "Print nothing; the status is the answer");
   static const std::map<std::string, Output::Color> kColors = {
       {"auto", Output::Color::kAuto}, {"always", Output::Color::kAlways}, {"never", Output::Color::kNever}};
   command
-      .add_option_function<std::string>(
-          "--color", [output](const std::string &when) { output->color = kColors.at(when); },
-          "When to print in colour: auto (on a terminal, without NO_COLOR), always or never")
-      ->check(CLI::IsMember(kColors))
-      ->type_name("WHEN");
+      .choice("--color", output->color, kColors,
+              "When to print in colour: auto (on a terminal, without NO_COLOR), always or never")
+      .called("WHEN");
   return output;
 }
 

@@ -6,9 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace CLI {
-class App;
-} // namespace CLI
+class Command;
 
 // What commands print, in the three forms that they share.
 
@@ -27,13 +25,12 @@ struct Output {
   bool isText() const { return form == Form::kText; }
 };
 
-/// Gives a command the options --json, --tsv and --quiet, as far as they make sense for it, and --color.
+/// Gives a command the options --json and --tsv, if they make sense for it, --quiet and --color.
 struct OutputOptions {
   bool json = true;
   bool tsv = true;
-  bool quiet = true;
 };
-std::shared_ptr<Output> addOutput(CLI::App &command, OutputOptions which = {});
+std::shared_ptr<Output> addOutput(Command &command, OutputOptions which = {});
 
 /// A text in a colour, where colours are wanted: `auto` means on a terminal, unless NO_COLOR is set.
 enum class Ink { kPlain, kRed, kYellow, kGreen, kCyan, kBold };

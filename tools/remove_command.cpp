@@ -1,8 +1,6 @@
 #include "tools/change.h"
 #include "tools/commands.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 struct Options {
@@ -26,11 +24,11 @@ int remove(const Options &options) {
 } // namespace
 
 void addRemoveCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("remove", "Remove a record of a collection");
+  Command command(app, run, "remove", "Remove a record of a collection");
   const auto options = std::make_shared<Options>();
-  addChange(*command, options->change, "Say nothing of the errors that this makes, such as links to the record");
-  command->add_option("ADDRESS", options->address, "Road to the record")->required();
-  addExamples(*command, {"kestrune-data remove Vorlan.xml VorlanModels/KVO-2208X-S32H",
-                         "kestrune-data remove Vorlan.xml ClockingSchemes/5/Clocks/10000"});
-  command->callback([&run, options] { run = [options] { return remove(*options); }; });
+  addChange(command, options->change, "Say nothing of the errors that this makes, such as links to the record");
+  command.option("ADDRESS", options->address, "Road to the record").required();
+  command.examples({"kestrune-data remove Vorlan.xml VorlanModels/KVO-2208X-S32H",
+                    "kestrune-data remove Vorlan.xml ClockingSchemes/5/Clocks/10000"});
+  command.runs([options] { return remove(*options); });
 }

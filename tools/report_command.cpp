@@ -5,7 +5,6 @@
 #include "tools/report/records.h"
 #include "tools/report/report.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -208,26 +207,23 @@ int report(const Options &options) {
 } // namespace
 
 void addReportCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand(
-      "report",
+  Command command(
+      app, run, "report",
       "Make a page for the browser of what the files say: memory maps, clocks, links, transceivers, findings");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kReadMany);
+  options->files = addFiles(command, FileUse::kReadMany);
   options->files->evenInPart = true;
-  command->add_option("-o,--output", options->out, "Write the page to this file instead of the standard output")
-      ->type_name("OUT.html");
-  command->add_option("--only", options->only, "Show these records alone, by name, key or number; * and ? match")
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->type_name("NAME,...");
-  command->add_option("--compare-models", options->compare, "Show the memory maps of these models side by side")
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->type_name("NAME,...");
-  command
-      ->add_option("--picture", options->picture, "Instead of the page, make the memory map of a model as an SVG file")
-      ->type_name("MODEL");
-  addExamples(*command, {"kestrune-data report --as-installed /opt/kestrune/Types -o report.html",
-                         "kestrune-data report Vorlan.xml --compare-models 66,67,100 -o maps.html"});
-  command->callback([&run, options] { run = [options] { return report(*options); }; });
+  command.option("-o,--output", options->out, "Write the page to this file instead of the standard output")
+      .called("OUT.html");
+  command.option("--only", options->only, "Show these records alone, by name, key or number; * and ? match")
+      .separated()
+      .called("NAME,...");
+  command.option("--compare-models", options->compare, "Show the memory maps of these models side by side")
+      .separated()
+      .called("NAME,...");
+  command.option("--picture", options->picture, "Instead of the page, make the memory map of a model as an SVG file")
+      .called("MODEL");
+  command.examples({"kestrune-data report --as-installed /opt/kestrune/Types -o report.html",
+                    "kestrune-data report Vorlan.xml --compare-models 66,67,100 -o maps.html"});
+  command.runs([options] { return report(*options); });
 }

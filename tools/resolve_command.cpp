@@ -6,7 +6,6 @@
 #include "tools/output.h"
 #include "tools/table.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
@@ -299,21 +298,20 @@ private:
 } // namespace
 
 void addResolveCommand(CLI::App &app, Run &run) {
-  CLI::App *const command =
-      app.add_subcommand("resolve", "Print the full path that a name means, and every step to it");
+  Command command(app, run, "resolve", "Print the full path that a name means, and every step to it");
   const auto options = std::make_shared<Options>();
-  command->add_option("NAME", options->name,
-                      "Name of a file as data files and programs write it, such as '$StdTypes$/x.xml'");
-  command->add_option("--base", options->base, "The folder that a relative name is looked up in")->type_name("DIR");
-  command->add_flag("--store", options->store, "Print the form in which the name is to be stored");
-  command->add_flag("--macros", options->macros,
-                    "Print the table of macros, each with its source: default, registry, environment or -D");
-  options->defined = addMacros(*command);
-  options->output = addOutput(*command, {.tsv = false});
-  addExamples(*command, {"kestrune-data resolve '$StdVorlanTyp$'", "kestrune-data resolve --macros"});
-  command->callback([&run, options] {
+  command.option("NAME", options->name,
+                 "Name of a file as data files and programs write it, such as '$StdTypes$/x.xml'");
+  command.option("--base", options->base, "The folder that a relative name is looked up in").called("DIR");
+  command.flag("--store", options->store, "Print the form in which the name is to be stored");
+  command.flag("--macros", options->macros,
+               "Print the table of macros, each with its source: default, registry, environment or -D");
+  options->defined = addMacros(command);
+  options->output = addOutput(command, {.tsv = false});
+  command.examples({"kestrune-data resolve '$StdVorlanTyp$'", "kestrune-data resolve --macros"});
+  command.runs([options] {
     if (options->name.empty() && !options->macros)
-      throw CLI::RequiredError("NAME");
-    run = [options] { return Resolution(*options).run(); };
+      throw WrongUsage("NAME is required");
+    return Resolution(*options).run();
   });
 }

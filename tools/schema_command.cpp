@@ -3,7 +3,6 @@
 #include "tools/messages.h"
 #include "tools/shape.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <set>
@@ -265,16 +264,13 @@ int printSchema(const std::string &root, int version) {
 } // namespace
 
 void addSchemaCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand(
-      "schema", "Print an XML schema of a kind of file, with which editors complete, explain and check");
+  Command command(app, run, "schema",
+                  "Print an XML schema of a kind of file, with which editors complete, explain and check");
   const auto root = std::make_shared<std::string>();
   const auto version = std::make_shared<int>(0);
-  command->add_option("KIND", *root, "Root of the file: VorlanTyp, StdXcvr, SPIDData or KestruneUI")->required();
-  command->add_option("--to-version", *version, "Leave out the members of later format versions")
-      ->type_name("N")
-      ->check(CLI::PositiveNumber);
-  addExamples(*command,
-              {"kestrune-data schema VorlanTyp >vorlan.xsd",
-               "kestrune-data schema StdXcvr --to-version 2 | xmllint --noout --schema /dev/stdin StdXcvr.xml"});
-  command->callback([&run, root, version] { run = [root, version] { return printSchema(*root, *version); }; });
+  command.option("KIND", *root, "Root of the file: VorlanTyp, StdXcvr, SPIDData or KestruneUI").required();
+  command.option("--to-version", *version, "Leave out the members of later format versions").called("N").positive();
+  command.examples({"kestrune-data schema VorlanTyp >vorlan.xsd",
+                    "kestrune-data schema StdXcvr --to-version 2 | xmllint --noout --schema /dev/stdin StdXcvr.xml"});
+  command.runs([root, version] { return printSchema(*root, *version); });
 }

@@ -1,8 +1,6 @@
 #include "tools/change.h"
 #include "tools/commands.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 struct Options {
@@ -19,11 +17,11 @@ int set(const Options &options) {
 } // namespace
 
 void addSetCommand(CLI::App &app, Run &run) {
-  CLI::App *const command = app.add_subcommand("set", "Give members other texts: all of them, or none");
+  Command command(app, run, "set", "Give members other texts: all of them, or none");
   const auto options = std::make_shared<Options>();
-  addChange(*command, options->change, "Take texts that check calls an error");
-  command->add_option("ADDRESS=TEXT", options->assignments, "Roads to members, with their new texts")->required();
-  addExamples(*command, {"kestrune-data set Vorlan.xml VorlanModels/KVO-2208X-S32H/ROMend=0x7FFF",
-                         "kestrune-data set --dry-run Vorlan.xml ClockingSchemes/5/Clocks/10000/Encoding=6"});
-  command->callback([&run, options] { run = [options] { return set(*options); }; });
+  addChange(command, options->change, "Take texts that check calls an error");
+  command.option("ADDRESS=TEXT", options->assignments, "Roads to members, with their new texts").required();
+  command.examples({"kestrune-data set Vorlan.xml VorlanModels/KVO-2208X-S32H/ROMend=0x7FFF",
+                    "kestrune-data set --dry-run Vorlan.xml ClockingSchemes/5/Clocks/10000/Encoding=6"});
+  command.runs([options] { return set(*options); });
 }

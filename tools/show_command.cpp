@@ -4,8 +4,8 @@
 #include "tools/messages.h"
 #include "tools/output.h"
 #include "tools/table.h"
+#include "tools/texts.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <nlohmann/json.hpp>
@@ -69,9 +69,12 @@ public:
       }
       if (!found) {
         std::vector<std::string> candidates;
-        for (const Loaded::Item &item : items)
+        std::vector<std::string> keys;
+        for (const Loaded::Item &item : items) {
           candidates.push_back(nameOf(*item.document, item.record));
-        complain(notFound(m_loaded.isAsInstalled() ? m_file : main.name(), name, candidates));
+          keys.emplace_back(item.record.folder->Key().View());
+        }
+        complain(notFound(m_loaded.isAsInstalled() ? m_file : main.name(), name, candidates, keys));
         status = kNo;
       }
     }
@@ -157,7 +160,7 @@ private:
           continue;
         const AsNumber number = asNumber(record, member);
         const std::string behind = !number.isRead ? "" : number.number.empty() ? "  no number" : "  = " + number.number;
-        rows.push_back({place, indent + member.shape->tag, shown(member.text()) + behind});
+        rows.push_back({place, indent + member.shape->tag, shown(textInFile(record, member)) + behind});
       } else if (member.collection == nullptr) {
         addRows(document, document.folderOf(record, member), indent + "  ", takes, rows);
       } else {
@@ -187,7 +190,7 @@ private:
           }))
         return;
       const Position place = member.isInFile() ? document.place(member) : Position();
-      printTsv({document.name(), top.address, road, std::string(member.text()), asNumber(record, member).number,
+      printTsv({document.name(), top.address, road, textInFile(record, member), asNumber(record, member).number,
                 member.isInFile() ? "file" : "default", member.isInFile() ? std::to_string(place.line) : "",
                 member.isInFile() ? std::to_string(place.column) : ""});
     });
@@ -211,7 +214,7 @@ private:
         addPlace(entry, document.place(member));
       bool hasContent = takes;
       if (member.folder == nullptr) {
-        entry["text"] = jsonText(member.text());
+        entry["text"] = jsonText(textInFile(record, member));
         const AsNumber number = asNumber(record, member);
         if (number.isRead)
           entry["number"] = number.number.empty() ? Json() : Json(number.number);
@@ -242,20 +245,16 @@ private:
 } // namespace
 
 void addShowCommand(CLI::App &app, Run &run) {
-  CLI::App *const command =
-      app.add_subcommand("show", "Print all members of the records with a name, key or number, each with its place");
+  Command command(app, run, "show", "Print all members of the records with a name, key or number, each with its place");
   const auto options = std::make_shared<Options>();
-  options->files = addFiles(*command, FileUse::kRead);
-  options->output = addOutput(*command);
+  options->files = addFiles(command, FileUse::kRead);
+  options->output = addOutput(command);
   command
-      ->add_option("NAME", options->names,
-                   "Name, key or number in any case and base; * stands for any characters and ? for one")
-      ->required();
-  command->add_option("--members", options->members, "Print only these members")
-      ->type_name("MEMBER,...")
-      ->delimiter(',')
-      ->allow_extra_args(false);
-  addExamples(*command, {"kestrune-data show Vorlan.xml 'Vorlan 2208-XT'",
-                         "kestrune-data show Vorlan.xml 0x20 'Vorlan 18*' --members ModelNum,ROMend"});
-  command->callback([&run, options] { run = [options] { return Show(*options).run(); }; });
+      .option("NAME", options->names,
+              "Name, key or number in any case and base; * stands for any characters and ? for one")
+      .required();
+  command.option("--members", options->members, "Print only these members").called("MEMBER,...").separated();
+  command.examples({"kestrune-data show Vorlan.xml 'Vorlan 2208-XT'",
+                    "kestrune-data show Vorlan.xml 0x20 'Vorlan 18*' --members ModelNum,ROMend"});
+  command.runs([options] { return Show(*options).run(); });
 }

@@ -51,7 +51,8 @@ std::string hex(const char *format, unsigned number) {
 
 std::string textInFile(const Record &record, const Member &member) {
   const std::string text(member.text());
-  return isWithoutPrefix(record, member) ? std::string(kPrefix) + text : text;
+  const bool isDefault = !member.isInFile() && text == "Unassigned"; // what programs get, which has no prefix
+  return isWithoutPrefix(record, member) && !isDefault ? std::string(kPrefix) + text : text;
 }
 
 void putText(const Record &record, const Member &member, std::string_view text) {

@@ -8,7 +8,7 @@
 // The texts of members, as they stand in a file. The library takes a prefix off the text of some members when it loads
 // them, and puts it back when it saves.
 
-/// The text of a member as a save writes it.
+/// The text of a member as it stands in the file, or its default if the file lacks it.
 std::string textInFile(const Record &record, const Member &member);
 
 /// Gives a member the text that it gets from a file in which `text` stands, and changes nothing else of it.

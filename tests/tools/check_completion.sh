@@ -51,6 +51,11 @@ kestrune-data get Vorlan.xml VorlanModels/kvo-1802-|filenames nospace|VorlanMode
 kestrune-data get Vorlan.xml VorlanModels/KVO-1802-D24/ROM|filenames|VorlanModels/KVO-1802-D24/ROMend;VorlanModels/KVO-1802-D24/ROMendMinimum
 kestrune-data get Vorlan.xml Contents/Format "VorlanModels/Vorlan 2208-X|filenames nospace|VorlanModels/Vorlan 2208-XT/
 kestrune-data get Vorlan.xml VorlanModels/Vorlan\ 2208-XT/RAMe|filenames|VorlanModels/Vorlan 2208-XT/RAMend
+kestrune-data set Vorlan.xml VorlanModels/KVO-1802-D24/ROMend|filenames nospace|VorlanModels/KVO-1802-D24/ROMend;VorlanModels/KVO-1802-D24/ROMendMinimum
+kestrune-data set Vorlan.xml VorlanModels/KVO-1802-D24/ROMend=|filenames nospace|0x1FFF
+kestrune-data add Vorlan.xml VorlanModels NEW --like KVO-1802T|filenames|KVO-1802T-D24
+kestrune-data remove Vorlan.xml ClockingSchemes/5/Clocks/1|filenames|ClockingSchemes/5/Clocks/10000/;ClockingSchemes/5/Clocks/16000/
+kestrune-data diff Vorlan.xml Vor|default|
 kestrune-data show spidData.xml temperature\ s|filenames|Temperature sensor
 kestrune-data list Vorlan.xml --columns Name,ROM|filenames|Name,ROMend;Name,ROMendMinimum
 kestrune-data clock Vorlan.xml 5 '10|filenames|10 MHz

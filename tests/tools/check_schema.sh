@@ -19,8 +19,6 @@ for file in "$sample"/*.xml; do
     converted=$kind-$version.xml
     if [ "$version" = "$newest" ]; then
       cp "$file" "$converted"
-    elif ! "$tool" convert --help 2>&1 | grep -q -- --to-version; then
-      continue
     else
       "$tool" convert "$file" "$converted" --to-version "$version" --yes --force >/dev/null || fail "$file: no version $version"
       xmllint --noout --schema "$kind-$version.xsd" "$file" 2>/dev/null && fail "version $version has the later members"
