@@ -83,7 +83,7 @@ private:
   void read();
   void addFile(const std::string &file, const std::string &inputName);
   /// The files that programs get under a name, and whether one takes the place of the one that was asked for.
-  void addInstalled(const std::string &file);
+  void addInstalled(const std::string &file, bool isOneOfMany);
   void judge();
   void judgeReplacements();
   bool fix();
@@ -123,7 +123,7 @@ void Check::addFile(const std::string &file, const std::string &inputName) {
   m_files.push_back(std::move(checked));
 }
 
-void Check::addInstalled(const std::string &file) {
+void Check::addInstalled(const std::string &file, bool isOneOfMany) {
   const Kind *kind = kindOfMacro(file);
   CString name(file.c_str());
   if (kind == nullptr) {
@@ -133,7 +133,11 @@ void Check::addInstalled(const std::string &file) {
       addFile(file, m_options.files->inputName);
       return;
     }
-    name = (std::filesystem::path(asked.folder()) / asked.baseName()).c_str();
+    const std::filesystem::path folder(asked.folder());
+    std::error_code ignored;
+    if (isOneOfMany && asked.addOnNumber() > 0 && std::filesystem::exists(folder / asked.addOnOf(), ignored))
+      return; // read with the file that it belongs to
+    name = (folder / asked.baseName()).c_str();
   }
   std::string wanted;
   CFilename full;
@@ -165,7 +169,7 @@ void Check::read() {
       for (const std::string &file : all) {
         try {
           if (m_options.files->asInstalled || isInstalled)
-            addInstalled(file);
+            addInstalled(file, all.size() > 1);
           else
             addFile(file, file == "-" ? m_options.files->inputName : "");
         } catch (const CouldNotWork &reason) {
@@ -312,6 +316,9 @@ void Check::print() {
         {known->path, {line->line, 1}, Level::kWarning, "", "this line suppresses nothing: " + line->text, "", ""});
     ++m_filesWithFindings;
   }
+  Json files = Json::array();
+  for (const Checked &checked : m_files)
+    files.push_back(jsonText(checked.file->name()));
   Json more = Json::object();
   for (const auto &[number, count] : found) {
     const std::size_t rest = count - shownOf[number];
@@ -322,7 +329,8 @@ void Check::print() {
     }
   }
   if (m_output.isJson() && !m_output.quiet)
-    printJson({{"findings", m_json},
+    printJson({{"files", files},
+               {"findings", m_json},
                {"more", more},
                {"errors", m_printed[0]},
                {"warnings", m_printed[1]},

@@ -35,7 +35,7 @@ void judgeFailure(const CheckedFile &file, Hits &hits) {
   const std::size_t ink = text.find_first_not_of(" \t\r\n");
   const bool isXml = ink != std::string_view::npos && text[ink] == '<';
   const std::string words = failure.reason.starts_with("not well-formed") ? "" : "not well-formed: ";
-  Hit hit{101, text.size(), failure.place, words + failure.reason, CheckedFile::kNone, {}};
+  Hit hit{101, file.outline().offsetOf(failure.place), failure.place, words + failure.reason, CheckedFile::kNone, {}};
   if (failure.kind == Kind::kBadBytes || failure.kind == Kind::kUnknownEncoding) {
     hit.number = 102;
     hit.message = failure.reason;

@@ -151,16 +151,25 @@ KnownFindings::useless(const std::vector<Checked> &checked) const {
   std::vector<std::pair<const KnownFile *, const KnownLine *>> lines;
   for (const std::unique_ptr<KnownFile> &known : m_files) {
     for (const KnownLine &line : known->lines) {
+      if (line.isUsed)
+        continue;
+      const auto isMeant = [&](const Finding &finding) { return matches(findingName(finding.number), line.number); };
+      const bool isNumber = std::any_of(allFindings().begin(), allFindings().end(), isMeant);
       bool wasLookedFor = false;
+      bool hasFile = false;
       for (const Checked &other : checked) {
-        if (line.isUsed || !concerns(*known, line, *other.file))
+        if (!concerns(*known, line, *other.file))
           continue;
+        hasFile = true;
+        wasLookedFor = wasLookedFor || !isNumber;
         const bool isRelation = line.number.starts_with("KD4") || line.number.find_first_of("*?") < 3;
         for (const Finding &finding : allFindings())
-          wasLookedFor =
-              wasLookedFor || (matches(findingName(finding.number), line.number) && other.hits->wants(finding.number) &&
-                               (!isRelation || isFolderGiven(other.file->folder(), checked)));
+          wasLookedFor = wasLookedFor || (isMeant(finding) && other.hits->wants(finding.number) &&
+                                          (!isRelation || isFolderGiven(other.file->folder(), checked)));
       }
+      const auto isBeside = [&](const Checked &other) { return other.file->folder() == known->folder; };
+      if (!hasFile && std::any_of(checked.begin(), checked.end(), isBeside) && isFolderGiven(known->folder, checked))
+        wasLookedFor = true; // the file is gone
       if (wasLookedFor)
         lines.emplace_back(known.get(), &line);
     }
