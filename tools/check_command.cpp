@@ -308,13 +308,15 @@ void Check::print() {
         found[number] += count;
     }
   }
+  const KnownFile *last = nullptr;
   for (const auto &[known, line] : m_known.useless(m_files)) {
     m_fails = m_fails || m_options.failOn >= Level::kWarning;
     if (m_options.level < Level::kWarning)
       continue;
     printLine(
         {known->path, {line->line, 1}, Level::kWarning, "", "this line suppresses nothing: " + line->text, "", ""});
-    ++m_filesWithFindings;
+    m_filesWithFindings += known != last ? 1 : 0;
+    last = known;
   }
   Json files = Json::array();
   for (const Checked &checked : m_files)
