@@ -160,11 +160,15 @@ const MemberShape *Structure::lackedAt(const Record &record, const Place &place,
   const std::vector<MemberShape> &members = record.shape->members;
   const std::size_t begin = place.before != nullptr ? indexOf(*record.shape, place.before) + 1 : 0;
   const std::size_t end = place.behind != nullptr ? indexOf(*record.shape, place.behind) : members.size();
+  const MemberShape *found = nullptr;
   for (std::size_t i = begin; i < end; ++i) {
-    if (members[i].isAttribute() == isAttribute && isLacked(record, members[i], *place.excused))
-      return &members[i];
+    if (members[i].isAttribute() != isAttribute || !isLacked(record, members[i], *place.excused))
+      continue;
+    if (found != nullptr) // in a record without any member it could be each
+      return place.before != nullptr || place.behind != nullptr ? found : nullptr;
+    found = &members[i];
   }
-  return nullptr;
+  return found;
 }
 
 const MemberShape *Structure::nextMember(const Record &record, Index child) {
