@@ -16,6 +16,7 @@
 #include <iostream>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 
 namespace {
 
@@ -61,7 +62,6 @@ public:
       m_files.clear();
       m_replacements.clear();
       m_known = {};
-      m_couldNotWork = false;
       read();
       judge();
     }
@@ -80,6 +80,12 @@ private:
       std::cout << text;
   }
 
+  /// Tells why something could not be done. The rest is done.
+  void giveUp(const CouldNotWork &reason) {
+    if (m_complaints.insert(reason.what()).second)
+      complain(reason.what());
+    m_couldNotWork = true;
+  }
   void read();
   void addFile(const std::string &file, const std::string &inputName);
   /// The files that programs get under a name, and whether one takes the place of the one that was asked for.
@@ -99,6 +105,7 @@ private:
   KnownFindings m_known;
   std::vector<Checked> m_files;
   std::vector<std::pair<std::string, std::string>> m_replacements; // path of the file read, and what it replaces
+  std::set<std::string> m_complaints;
   bool m_couldNotWork = false;
   bool m_fails = false;
   std::array<std::size_t, 3> m_printed{}; // by level
@@ -117,9 +124,13 @@ void Check::addFile(const std::string &file, const std::string &inputName) {
   if (isThere)
     return; // a file that was named twice is one file
   checked.hits = std::make_unique<Hits>(*checked.file, m_selection);
-  if (KnownFile *const known = checked.file->folder().empty() ? nullptr : m_known.findFor(*checked.file))
-    checked.hits->setKnown(
-        [known, file = checked.file.get()](const Hit &hit) { return KnownFindings::covers(*known, *file, hit); });
+  try {
+    if (KnownFile *const known = checked.file->folder().empty() ? nullptr : m_known.findFor(*checked.file))
+      checked.hits->setKnown(
+          [known, file = checked.file.get()](const Hit &hit) { return KnownFindings::covers(*known, *file, hit); });
+  } catch (const CouldNotWork &reason) {
+    giveUp(reason);
+  }
   m_files.push_back(std::move(checked));
 }
 
@@ -173,13 +184,11 @@ void Check::read() {
           else
             addFile(file, file == "-" ? m_options.files->inputName : "");
         } catch (const CouldNotWork &reason) {
-          complain(reason.what());
-          m_couldNotWork = true;
+          giveUp(reason);
         }
       }
     } catch (const CouldNotWork &reason) {
-      complain(reason.what());
-      m_couldNotWork = true;
+      giveUp(reason);
     }
   }
 }
@@ -203,11 +212,11 @@ bool Check::fix() {
     const std::string fixed = fixedBytes(*checked.file, *checked.hits);
     if (fixed == source.bytes)
       continue;
-    if (source.path.empty())
-      throw CouldNotWork(source.name + ": the standard input cannot be mended");
-    std::string reason;
-    if (kestrune::ReplaceFile(source.path.c_str(), fixed, &reason) < 0)
-      throw CouldNotWork(source.name + ": " + reason);
+    std::string reason = "the standard input cannot be mended";
+    if (source.path.empty() || kestrune::ReplaceFile(source.path.c_str(), fixed, &reason) < 0) {
+      giveUp(CouldNotWork(source.name + ": " + reason));
+      continue;
+    }
     if (isTalking())
       printChange(source, fixed);
     isChanged = true;

@@ -118,9 +118,9 @@ KnownFile *KnownFindings::findFor(const CheckedFile &file) {
       return found->get();
     std::error_code ignored;
     if (fs::is_regular_file(folder / kName, ignored)) {
-      Source source = readSource(folder / kName);
-      m_files.push_back(
-          std::make_unique<KnownFile>(KnownFile{source.path, folder, linesOf(source.path, source.bytes)}));
+      m_files.push_back(std::make_unique<KnownFile>(KnownFile{folder / kName, folder, {}}));
+      const Source source = readSource(folder / kName);
+      m_files.back()->lines = linesOf(source.path, source.bytes);
       return m_files.back().get();
     }
     if (folder == folder.parent_path())
