@@ -2,7 +2,9 @@
 #include "kestrune/xml/replacing_save.h"
 #include "tools/check/fix.h"
 #include "tools/check/known.h"
+#include "tools/check/relations.h"
 #include "tools/commands.h"
+#include "tools/comparison.h"
 #include "tools/files.h"
 #include "tools/messages.h"
 #include "tools/output.h"
@@ -14,6 +16,7 @@
 #include <iostream>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 
 namespace {
 
@@ -57,8 +60,8 @@ public:
     judge();
     if (m_options.fix && fix()) {
       m_files.clear();
+      m_replacements.clear();
       m_known = {};
-      m_couldNotWork = false;
       read();
       judge();
     }
@@ -77,12 +80,20 @@ private:
       std::cout << text;
   }
 
+  /// Tells why something could not be done. The rest is done.
+  void giveUp(const CouldNotWork &reason) {
+    if (m_complaints.insert(reason.what()).second)
+      complain(reason.what());
+    m_couldNotWork = true;
+  }
   void read();
   void addFile(const std::string &file, const std::string &inputName);
   /// The files that programs get under a name, and whether one takes the place of the one that was asked for.
-  void addInstalled(const std::string &file);
+  void addInstalled(const std::string &file, bool isOneOfMany);
   void judge();
+  void judgeReplacements();
   bool fix();
+  void printChange(const Source &before, const std::string &fixed) const;
   void print();
   void printLine(const Line &line);
   Line lineOf(const Checked &checked, const Hit &hit) const;
@@ -94,6 +105,7 @@ private:
   KnownFindings m_known;
   std::vector<Checked> m_files;
   std::vector<std::pair<std::string, std::string>> m_replacements; // path of the file read, and what it replaces
+  std::set<std::string> m_complaints;
   bool m_couldNotWork = false;
   bool m_fails = false;
   std::array<std::size_t, 3> m_printed{}; // by level
@@ -112,13 +124,17 @@ void Check::addFile(const std::string &file, const std::string &inputName) {
   if (isThere)
     return; // a file that was named twice is one file
   checked.hits = std::make_unique<Hits>(*checked.file, m_selection);
-  if (KnownFile *const known = checked.file->folder().empty() ? nullptr : m_known.findFor(*checked.file))
-    checked.hits->setKnown(
-        [known, file = checked.file.get()](const Hit &hit) { return KnownFindings::covers(*known, *file, hit); });
+  try {
+    if (KnownFile *const known = checked.file->folder().empty() ? nullptr : m_known.findFor(*checked.file))
+      checked.hits->setKnown(
+          [known, file = checked.file.get()](const Hit &hit) { return KnownFindings::covers(*known, *file, hit); });
+  } catch (const CouldNotWork &reason) {
+    giveUp(reason);
+  }
   m_files.push_back(std::move(checked));
 }
 
-void Check::addInstalled(const std::string &file) {
+void Check::addInstalled(const std::string &file, bool isOneOfMany) {
   const Kind *kind = kindOfMacro(file);
   CString name(file.c_str());
   if (kind == nullptr) {
@@ -128,7 +144,11 @@ void Check::addInstalled(const std::string &file) {
       addFile(file, m_options.files->inputName);
       return;
     }
-    name = (std::filesystem::path(asked.folder()) / asked.baseName()).c_str();
+    const std::filesystem::path folder(asked.folder());
+    std::error_code ignored;
+    if (isOneOfMany && asked.addOnNumber() > 0 && std::filesystem::exists(folder / asked.addOnOf(), ignored))
+      return; // read with the file that it belongs to
+    name = (folder / asked.baseName()).c_str();
   }
   std::string wanted;
   CFilename full;
@@ -160,23 +180,23 @@ void Check::read() {
       for (const std::string &file : all) {
         try {
           if (m_options.files->asInstalled || isInstalled)
-            addInstalled(file);
+            addInstalled(file, all.size() > 1);
           else
             addFile(file, file == "-" ? m_options.files->inputName : "");
         } catch (const CouldNotWork &reason) {
-          complain(reason.what());
-          m_couldNotWork = true;
+          giveUp(reason);
         }
       }
     } catch (const CouldNotWork &reason) {
-      complain(reason.what());
-      m_couldNotWork = true;
+      giveUp(reason);
     }
   }
 }
 
 void Check::judge() {
   judgeAll(m_files);
+  if (m_replacements.empty())
+    judgeReplacements();
   for (Checked &checked : m_files) {
     for (const auto &[path, replaced] : m_replacements) {
       if (checked.file->source().path == path)
@@ -192,15 +212,45 @@ bool Check::fix() {
     const std::string fixed = fixedBytes(*checked.file, *checked.hits);
     if (fixed == source.bytes)
       continue;
-    if (source.path.empty())
-      throw CouldNotWork(source.name + ": the standard input cannot be mended");
-    std::string reason;
-    if (kestrune::ReplaceFile(source.path.c_str(), fixed, &reason) < 0)
-      throw CouldNotWork(source.name + ": " + reason);
-    say(lineDiff(source.name, source.bytes, fixed));
+    std::string reason = "the standard input cannot be mended";
+    if (source.path.empty() || kestrune::ReplaceFile(source.path.c_str(), fixed, &reason) < 0) {
+      giveUp(CouldNotWork(source.name + ": " + reason));
+      continue;
+    }
+    if (isTalking())
+      printChange(source, fixed);
     isChanged = true;
   }
   return isChanged;
+}
+
+void Check::printChange(const Source &before, const std::string &fixed) const {
+  std::cout << inked(m_output, Ink::kBold, shown(before.name)) << '\n';
+  if (before.bytes.starts_with("\xEF\xBB\xBF") && !fixed.starts_with("\xEF\xBB\xBF"))
+    std::cout << "the byte order mark is gone\n";
+  printComparison(compare(Document(before), Document({before.name, before.path, fixed})), m_output);
+}
+
+/// 415 among the files that were given: one of them is what programs read in place of another.
+void Check::judgeReplacements() {
+  for (const Checked &wanted : m_files) {
+    const CheckedFile &file = *wanted.file;
+    const bool isMain =
+        file.kind() != nullptr && !file.folder().empty() && file.addOnNumber() == 0 && !isUserFile(file);
+    if (m_files.size() < 2 || !isMain)
+      continue;
+    const std::filesystem::path path = std::filesystem::path(file.folder()) / file.baseName();
+    const std::vector<CString> read = filesOf(*file.kind(), path.c_str());
+    std::string first;
+    std::error_code ignored;
+    if (read.empty() || !kestrune::platform::ToHostPath(read.front(), first) ||
+        std::filesystem::equivalent(first, path, ignored))
+      continue;
+    for (const Checked &other : m_files) {
+      if (!other.file->source().path.empty() && std::filesystem::equivalent(other.file->source().path, first, ignored))
+        m_replacements.emplace_back(other.file->source().path, file.name());
+    }
+  }
 }
 
 Line Check::lineOf(const Checked &checked, const Hit &hit) const {
@@ -267,12 +317,19 @@ void Check::print() {
         found[number] += count;
     }
   }
+  const KnownFile *last = nullptr;
   for (const auto &[known, line] : m_known.useless(m_files)) {
+    m_fails = m_fails || m_options.failOn >= Level::kWarning;
+    if (m_options.level < Level::kWarning)
+      continue;
     printLine(
         {known->path, {line->line, 1}, Level::kWarning, "", "this line suppresses nothing: " + line->text, "", ""});
-    m_fails = m_fails || m_options.failOn >= Level::kWarning;
-    ++m_filesWithFindings;
+    m_filesWithFindings += known != last ? 1 : 0;
+    last = known;
   }
+  Json files = Json::array();
+  for (const Checked &checked : m_files)
+    files.push_back(jsonText(checked.file->name()));
   Json more = Json::object();
   for (const auto &[number, count] : found) {
     const std::size_t rest = count - shownOf[number];
@@ -283,7 +340,8 @@ void Check::print() {
     }
   }
   if (m_output.isJson() && !m_output.quiet)
-    printJson({{"findings", m_json},
+    printJson({{"files", files},
+               {"findings", m_json},
                {"more", more},
                {"errors", m_printed[0]},
                {"warnings", m_printed[1]},
@@ -363,7 +421,7 @@ void addCheckCommand(CLI::App &app, Run &run) {
   command.option("--explain", options->explain, "Explain a finding").called("KD");
   command.flag("--list", options->list, "List all findings");
   command.flag("--page", options->page, "").hidden(); // makes docs/findings.md
-  command.flag("--fix", options->fix, "Mend what has one answer, and show the lines that changed");
+  command.flag("--fix", options->fix, "Mend what has one answer, and show the diff");
   command.flag("--write-baseline", options->writeBaseline,
                "Add today's findings to .kestrune-check beside the files, or in a folder above them");
   options->output = addOutput(command);

@@ -109,7 +109,8 @@ Judgement judgeHexDigits(std::string_view text) {
   if (word == "0XUNASSIGNED")
     return {309, quoted(text) + " is the trace of a record that was never filled", ""};
   const std::string digits = word.substr(x + 1);
-  if (word.substr(0, x) != "0" || digits.find_first_not_of("0123456789ABCDEF") != std::string::npos)
+  const std::size_t zero = std::min(word.find_first_not_of(kBlanks), x);
+  if (word.substr(zero, x - zero) != "0" || digits.find_first_not_of("0123456789ABCDEF") != std::string::npos)
     return {302, quoted(text) + " is not 0x and hexadecimal digits", ""};
   return {};
 }

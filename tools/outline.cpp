@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <expat.h>
 #include <iconv.h>
+#include <iomanip>
 #include <limits>
 #include <memory>
 #include <new>
@@ -40,7 +41,7 @@ std::string encodingOf(std::string_view bytes) {
     return {};
   std::string encoding(declaration.substr(open + 1, close - open - 1));
   const std::string plain = lowered(encoding);
-  return plain == "utf-8" || plain == "us-ascii" || plain == "utf8" ? "" : encoding;
+  return plain == "utf-8" || plain == "utf8" ? "" : encoding;
 }
 
 /// The name that iconv has for it: four names stand for the code pages that Windows means by them.
@@ -87,7 +88,8 @@ std::size_t firstInvalid(std::string_view text) {
 
 std::string byteName(char byte) {
   std::ostringstream name;
-  name << "0x" << std::hex << std::uppercase << static_cast<unsigned>(static_cast<unsigned char>(byte));
+  name << "0x" << std::hex << std::uppercase << std::setw(2) << std::setfill('0')
+       << static_cast<unsigned>(static_cast<unsigned char>(byte));
   return name.str();
 }
 
@@ -139,7 +141,22 @@ struct Outline::Parser {
                              : code == XML_ERROR_UNDEFINED_ENTITY                        ? Kind::kUndeclaredEntity
                                                                                          : Kind::kNotWellFormed;
     outline.m_failure.place = {XML_GetCurrentLineNumber(owner.get()), XML_GetCurrentColumnNumber(owner.get()) + 1};
-    outline.m_failure.reason = XML_ErrorString(code);
+    outline.m_failure.reason = reasonOf(code);
+  }
+
+  /// What is wrong, with the text that is.
+  std::string reasonOf(XML_Error code) const {
+    const std::size_t at = outline.offsetOf(outline.m_failure.place);
+    const std::string name(outline.m_text.substr(at, outline.m_text.find_first_of(" \t\r\n=/<>'\"", at) - at));
+    const Index around = open.empty() ? kNone : open.back();
+    if (around != kNone && (code == XML_ERROR_TAG_MISMATCH || code == XML_ERROR_NO_ELEMENTS)) {
+      const std::string start =
+          "'<" + std::string(outline.name(around)) + ">' in line " + std::to_string(outline.place(around).line);
+      return code == XML_ERROR_NO_ELEMENTS ? "the file ends before " + start + " is closed"
+                                           : "'</" + name + ">' does not close " + start;
+    }
+    const std::string words = XML_ErrorString(code);
+    return code == XML_ERROR_DUPLICATE_ATTRIBUTE ? words + " '" + name + "'" : words;
   }
 
   std::uint32_t offset() const {
@@ -191,7 +208,8 @@ struct Outline::Parser {
   }
 
   static void onDoctype(void *self, const char *, const char *, const char *, int) {
-    of(self).outline.m_extras.doctype = of(self).offset();
+    const std::size_t begin = of(self).outline.m_text.rfind("<!DOCTYPE", of(self).offset());
+    of(self).outline.m_extras.doctype = static_cast<std::uint32_t>(begin);
   }
 
   Outline &outline;
@@ -264,6 +282,12 @@ void Outline::decode(std::string_view bytes) {
     m_extras.byteOrderMark = true;
     m_text.remove_prefix(kByteOrderMark.size());
   }
+}
+
+void Outline::refuse(Failure failure) {
+  const std::size_t line = std::clamp<std::size_t>(failure.place.line, 1, m_lines.size());
+  failure.place = at(std::min(m_lines[line - 1] + std::max<std::size_t>(failure.place.column, 1) - 1, m_text.size()));
+  m_failure = std::move(failure);
 }
 
 std::uint32_t Outline::intern(std::string_view name) {

@@ -49,6 +49,8 @@ public:
   explicit Outline(std::string_view bytes);
 
   const Failure &failure() const { return m_failure; }
+  /// Takes note that the library refuses what was read here, at a place whose column counts bytes.
+  void refuse(Failure failure);
   const Extras &extras() const { return m_extras; }
 
   /// The number of elements.

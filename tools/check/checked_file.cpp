@@ -109,8 +109,26 @@ CheckedFile::CheckedFile(Source source) : m_source(std::move(source)), m_outline
     m_folder = std::filesystem::absolute(m_source.path).lexically_normal().parent_path();
   if (m_outline.size() > 0)
     m_kind = kindOfRoot(m_outline.name(0));
-  if (m_kind != nullptr)
+  if (m_kind != nullptr) {
+    askLibrary();
     addRecords();
+  }
+}
+
+void CheckedFile::askLibrary() {
+  if (!isWhole() || (!m_outline.extras().doctype && m_outline.extras().encoding.empty()))
+    return; // both readers take the same ordinary files
+  const std::unique_ptr<CXMLTopLevelFolder> document = m_kind->make(m_kind->newest());
+  if (kestrune::LoadFromText(*document, m_source.bytes) != KRX_E_UNEXPECTED_DATA)
+    return;
+  Outline::Failure failure{Outline::Failure::Kind::kUnknownEncoding, {1, 1}, "the library cannot read the file"};
+  for (const kestrune::Finding &finding : kestrune::ReportOf(*document)) {
+    const bool isEntity = finding.reason.find("entity") != std::string::npos;
+    failure = {isEntity ? Outline::Failure::Kind::kUndeclaredEntity : Outline::Failure::Kind::kUnknownEncoding,
+               {static_cast<std::size_t>(finding.line), static_cast<std::size_t>(finding.column)},
+               finding.reason};
+  }
+  m_outline.refuse(std::move(failure));
 }
 
 std::string CheckedFile::baseName() const { return std::filesystem::path(name()).filename(); }

@@ -76,6 +76,7 @@ public:
   std::string addressOf(Index record) const;
 
 private:
+  void askLibrary();
   void addRecords();
   Index addRecord(const RecordShape &shape, Index element, Index parent, const MemberShape *collection);
   void addInner(Index record);

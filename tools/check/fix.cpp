@@ -1,7 +1,5 @@
 #include "tools/check/fix.h"
 
-#include "tools/table.h"
-
 #include <algorithm>
 
 std::string fixedBytes(const CheckedFile &file, Hits &hits) {
@@ -30,27 +28,4 @@ std::string fixedBytes(const CheckedFile &file, Hits &hits) {
   }
   fixed.append(text, done);
   return Outline(fixed).failure().kind == Outline::Failure::Kind::kNone ? fixed : bytes;
-}
-
-std::string lineDiff(const std::string &name, const std::string &before, const std::string &after) {
-  // No edit adds or removes a line.
-  std::string diff;
-  std::size_t number = 0;
-  for (std::size_t old = 0, now = 0; old < before.size() && now < after.size();) {
-    const std::size_t oldEnd = std::min(before.find('\n', old), before.size());
-    const std::size_t nowEnd = std::min(after.find('\n', now), after.size());
-    const std::string_view oldLine = std::string_view(before).substr(old, oldEnd - old);
-    const std::string_view nowLine = std::string_view(after).substr(now, nowEnd - now);
-    ++number;
-    if (oldLine != nowLine) {
-      const auto line = [](const char *sign, std::string_view text) {
-        const std::size_t ink = text.find_first_not_of(" \t");
-        return sign + shown(ink == std::string_view::npos ? text : text.substr(ink)) + "\n";
-      };
-      diff += shown(name) + ":" + std::to_string(number) + "\n" + line("- ", oldLine) + line("+ ", nowLine);
-    }
-    old = oldEnd + 1;
-    now = nowEnd + 1;
-  }
-  return diff;
 }

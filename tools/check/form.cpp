@@ -5,6 +5,28 @@
 
 namespace {
 
+bool isDeclared(std::string_view text, std::string_view entity) {
+  for (std::size_t at = text.find("<!ENTITY"); at != std::string_view::npos; at = text.find("<!ENTITY", at + 1)) {
+    const std::string_view rest = text.substr(std::min(text.find_first_not_of(" \t\r\n", at + 8), text.size()));
+    if (rest.starts_with(entity) && rest.find_first_of(" \t\r\n") == entity.size())
+      return true;
+  }
+  return false;
+}
+
+/// Where the reference stands that is the reason, at a place or in the tag that begins there.
+std::size_t undeclared(std::string_view text, std::size_t place) {
+  const std::size_t end = std::min(text.find('>', place), text.size());
+  for (std::size_t at = text.find('&', place); at < end; at = text.find('&', at + 1)) {
+    const std::string_view entity = text.substr(at + 1, text.find(';', at) - at - 1);
+    const bool isKnown = entity.starts_with('#') || entity == "lt" || entity == "gt" || entity == "amp" ||
+                         entity == "quot" || entity == "apos" || isDeclared(text, entity);
+    if (at == place || !isKnown)
+      return at;
+  }
+  return place;
+}
+
 /// Why the file could not be read to its end.
 void judgeFailure(const CheckedFile &file, Hits &hits) {
   using Kind = Outline::Failure::Kind;
@@ -12,20 +34,25 @@ void judgeFailure(const CheckedFile &file, Hits &hits) {
   const std::string_view text = file.outline().text();
   const std::size_t ink = text.find_first_not_of(" \t\r\n");
   const bool isXml = ink != std::string_view::npos && text[ink] == '<';
-  Hit hit{101, text.size(), failure.place, "not well-formed: " + failure.reason, CheckedFile::kNone, {}};
+  const std::string words = failure.reason.starts_with("not well-formed") ? "" : "not well-formed: ";
+  Hit hit{101, file.outline().offsetOf(failure.place), failure.place, words + failure.reason, CheckedFile::kNone, {}};
   if (failure.kind == Kind::kBadBytes || failure.kind == Kind::kUnknownEncoding) {
     hit.number = 102;
     hit.message = failure.reason;
   } else if (failure.kind == Kind::kUndeclaredEntity) {
     hit.number = 104;
-    hit.message = "an entity that nobody declared";
-    const std::size_t begin = file.outline().offsetOf(failure.place);
-    const std::size_t end = text.find(';', begin);
-    if (end != std::string_view::npos && end - begin < 100)
-      hit.message = "the entity " + inQuotes(text.substr(begin, end + 1 - begin)) + " is declared nowhere";
+    hit.place = {};
+    hit.offset = undeclared(text, file.outline().offsetOf(failure.place));
+    const std::size_t end = text.find(';', hit.offset);
+    hit.message = "the entity " + inQuotes(text.substr(hit.offset, end + 1 - hit.offset)) +
+                  (isDeclared(text, text.substr(hit.offset + 1, end - hit.offset - 1))
+                       ? " is the text of another file, which nobody opens"
+                       : " is declared nowhere");
   } else if (failure.kind == Kind::kEmpty || (file.outline().size() == 0 && !isXml)) {
     hit.number = 103;
-    hit.message = ink == std::string_view::npos ? "the file is empty" : "the file is no XML";
+    hit.message = ink == std::string_view::npos ? "the file is empty"
+                  : isXml                       ? "the file holds no element"
+                                                : "the file is no XML";
   }
   hits.add(std::move(hit));
 }
@@ -50,7 +77,7 @@ void judgeRoot(const CheckedFile &file, Hits &hits) {
 void judgeExtras(const CheckedFile &file, Hits &hits) {
   const Outline::Extras &extras = file.outline().extras();
   const std::string_view text = file.outline().text();
-  if (extras.byteOrderMark) {
+  if (extras.byteOrderMark && !folded(extras.encoding).starts_with("utf-16")) { // which has to have one
     Hit hit{106, 0, {}, "there is a byte order mark; a save drops it", CheckedFile::kNone, {}};
     if (extras.encoding.empty())
       hit.edits.push_back({0, 0, {}}); // the mark stands before the text

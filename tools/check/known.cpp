@@ -57,6 +57,18 @@ std::string relativeName(const KnownFile &known, const CheckedFile &file) {
   return (fs::path(file.folder()) / file.baseName()).lexically_relative(known.folder);
 }
 
+/// A text as a line can hold it: `?` stands for what would end a word, or begin a remark.
+std::string asPattern(std::string text, bool isWord) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const bool isControl = static_cast<unsigned char>(text[at]) < ' ';
+    const bool isRemark = text[at] == '#' && (at == 0 || text[at - 1] == ' ');
+    const bool isOuter = text[at] == ' ' && (isWord || at == 0 || at + 1 == text.size());
+    if (isControl || isRemark || isOuter)
+      text[at] = '?';
+  }
+  return text;
+}
+
 /// All addresses by which a record is known: by its key, its name and its number.
 std::vector<std::string> addressesOf(const CheckedFile &file, CheckedFile::Index number) {
   if (number == CheckedFile::kNone || number == 0)
@@ -106,9 +118,9 @@ KnownFile *KnownFindings::findFor(const CheckedFile &file) {
       return found->get();
     std::error_code ignored;
     if (fs::is_regular_file(folder / kName, ignored)) {
-      Source source = readSource(folder / kName);
-      m_files.push_back(
-          std::make_unique<KnownFile>(KnownFile{source.path, folder, linesOf(source.path, source.bytes)}));
+      m_files.push_back(std::make_unique<KnownFile>(KnownFile{folder / kName, folder, {}}));
+      const Source source = readSource(folder / kName);
+      m_files.back()->lines = linesOf(source.path, source.bytes);
       return m_files.back().get();
     }
     if (folder == folder.parent_path())
@@ -139,16 +151,25 @@ KnownFindings::useless(const std::vector<Checked> &checked) const {
   std::vector<std::pair<const KnownFile *, const KnownLine *>> lines;
   for (const std::unique_ptr<KnownFile> &known : m_files) {
     for (const KnownLine &line : known->lines) {
+      if (line.isUsed)
+        continue;
+      const auto isMeant = [&](const Finding &finding) { return matches(findingName(finding.number), line.number); };
+      const bool isNumber = std::any_of(allFindings().begin(), allFindings().end(), isMeant);
       bool wasLookedFor = false;
+      bool hasFile = false;
       for (const Checked &other : checked) {
-        if (line.isUsed || !concerns(*known, line, *other.file))
+        if (!concerns(*known, line, *other.file))
           continue;
+        hasFile = true;
+        wasLookedFor = wasLookedFor || !isNumber;
         const bool isRelation = line.number.starts_with("KD4") || line.number.find_first_of("*?") < 3;
         for (const Finding &finding : allFindings())
-          wasLookedFor =
-              wasLookedFor || (matches(findingName(finding.number), line.number) && other.hits->wants(finding.number) &&
-                               (!isRelation || isFolderGiven(other.file->folder(), checked)));
+          wasLookedFor = wasLookedFor || (isMeant(finding) && other.hits->wants(finding.number) &&
+                                          (!isRelation || isFolderGiven(other.file->folder(), checked)));
       }
+      const auto isBeside = [&](const Checked &other) { return other.file->folder() == known->folder; };
+      if (!hasFile && std::any_of(checked.begin(), checked.end(), isBeside) && isFolderGiven(known->folder, checked))
+        wasLookedFor = true; // the file is gone
       if (wasLookedFor)
         lines.emplace_back(known.get(), &line);
     }
@@ -166,8 +187,8 @@ std::string writeBaseline(KnownFindings &known, std::vector<Checked> &checked) {
     const KnownFile place = found != nullptr ? *found : KnownFile{fs::path(file.folder()) / kName, file.folder(), {}};
     for (const Hit &hit : other.hits->sorted()) {
       const bool isOfRecord = hit.record != CheckedFile::kNone && hit.record != 0;
-      lines[place.path].insert(findingName(hit.number) + "  " + relativeName(place, file) + "  " +
-                               (isOfRecord ? file.addressOf(hit.record) : kWholeFile));
+      lines[place.path].insert(findingName(hit.number) + "  " + asPattern(relativeName(place, file), true) + "  " +
+                               (isOfRecord ? asPattern(file.addressOf(hit.record), false) : kWholeFile));
     }
   }
   std::string done;

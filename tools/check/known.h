@@ -28,7 +28,7 @@ struct KnownFile {
 class KnownFindings {
 public:
   /// The file .kestrune-check beside `file`, or in the nearest folder above it; null if there is none. Throws
-  /// CouldNotWork for a line that is none.
+  /// CouldNotWork once for a file that cannot be read, or has a line that is none; then it has no lines.
   KnownFile *findFor(const CheckedFile &file);
   /// Whether a line of `known` is meant for a finding; remembers that the line was of use.
   static bool covers(KnownFile &known, const CheckedFile &file, const Hit &hit);

@@ -1,6 +1,7 @@
 #include "tools/check/relations.h"
 #include "tools/meanings.h"
 
+#include <limits>
 #include <map>
 #include <set>
 
@@ -10,12 +11,16 @@ namespace {
 
 using Index = CheckedFile::Index;
 
+constexpr std::string_view kName = "Name";
+constexpr std::string_view kList = "LinkCompatibleList";
+
 /// A model number that stands somewhere in the table.
 struct Mention {
   Index row;
-  const char *tag;
+  std::string_view tag;
   Entry entry;
   long long number;
+  bool matches; // or it has been told that it never does
 };
 
 /// Reads the table, and tells the entries that never match.
@@ -23,47 +28,60 @@ class LinkTable {
 public:
   explicit LinkTable(Checked &checked) : m_file(*checked.file), m_hits(*checked.hits) {
     for (const Index row : m_file.recordsOf("LinkCompatibleModel")) {
-      if (m_file.record(row).isLost) {
-        ++m_lost;
-        continue;
+      const CheckedFile::Record &record = m_file.record(row);
+      std::optional<long long> name;
+      if (!record.isLost) {
+        name = add(row, kName, {m_file.text(record, kName).value_or(""), m_file.textOffset(record, kName)});
+        if (name)
+          m_rows.emplace(*name, row);
       }
-      const std::optional<long long> name =
-          add(row, "Name",
-              {m_file.text(m_file.record(row), "Name").value_or(""), m_file.textOffset(m_file.record(row), "Name")});
-      for (const Entry &entry : entriesOf(m_file, m_file.record(row), "LinkCompatibleList", ";,\n")) {
-        const std::optional<long long> other = add(row, "LinkCompatibleList", entry);
+      if (!m_file.text(record, kList))
+        m_unreadable[row] = kWholeList;
+      for (const Entry &entry : entriesOf(m_file, record, kList, ";,\n")) {
+        if (entry.text.find_first_not_of(" \t\r") == std::string::npos)
+          continue;
+        const std::optional<long long> other = add(row, kList, entry);
         if (name && other)
           m_links.emplace(std::pair(*name, *other), m_mentions.size() - 1);
+        m_unreadable[row] += other ? 0 : 1;
       }
-      if (name)
-        m_rows.insert(*name);
     }
   }
 
-  /// Numbers that no model has. `unreadable` models may be the ones that are meant.
-  std::set<long long> judgeNumbers(const std::set<long long> &models, std::size_t unreadable) {
-    std::set<long long> unknown;
+  /// Numbers that no model has.
+  void judgeNumbers(const NumberTable &models) {
     for (const Mention &mention : m_mentions) {
-      if (models.count(mention.number) > 0 || !unknown.insert(mention.number).second)
+      if (!models.lacks(mention.number))
         continue;
-      if (m_rows.count(mention.number) > 0 && unreadable > 0) {
-        --unreadable;
+      m_unknown.insert(mention.number);
+      const bool isEntry = mention.tag == kList;
+      m_unreadable[mention.row] += isEntry ? 1 : 0;
+      // The row of a model that is gone is told once, and not each list that names it.
+      if (isEntry && m_rows.count(mention.number) > 0)
         continue;
-      }
       m_hits.add(402, mention.entry.offset,
                  std::string(mention.tag) + " has " + inQuotes(mention.entry.text) + ", and no model has that number",
                  mention.row);
     }
-    return unknown;
   }
 
-  void judgeDirections(const std::set<long long> &unknown) {
+  void judgeDirections() {
+    NumberTable rows;
+    rows.add(m_file, "LinkCompatibleModels", "LinkCompatibleModel", kName,
+             [this](long long number) { return m_unknown.count(number) == 0; });
     for (const auto &[link, number] : m_links) {
       const auto &[from, to] = link;
       const Mention &mention = m_mentions[number];
-      const bool mayBeLost = m_lost > 0 && m_rows.count(to) == 0;
-      if (mayBeLost || from == to || unknown.count(from) > 0 || unknown.count(to) > 0 || m_links.count({to, from}) > 0)
+      if (!mention.matches || from == to || m_unknown.count(from) > 0 || m_unknown.count(to) > 0 ||
+          m_links.count({to, from}) > 0)
         continue;
+      // What has been told of the other row may be meant for this one.
+      const auto row = m_rows.find(to);
+      if (row == m_rows.end() ? !rows.lacks(to) : m_unreadable[row->second] > 0) {
+        if (row != m_rows.end() && m_unreadable[row->second] != kWholeList)
+          --m_unreadable[row->second];
+        continue;
+      }
       m_hits.add(404, mention.entry.offset,
                  std::to_string(from) + " is linked with " + std::to_string(to) + ", but " + std::to_string(to) +
                      " is not linked with " + std::to_string(from),
@@ -72,8 +90,10 @@ public:
   }
 
 private:
+  static constexpr std::size_t kWholeList = std::numeric_limits<std::size_t>::max();
+
   /// The number that is meant, also where the text never matches.
-  std::optional<long long> add(Index row, const char *tag, const Entry &entry) {
+  std::optional<long long> add(Index row, std::string_view tag, const Entry &entry) {
     const Judgement judgement = judge(Reading::kModelNumber, entry.text);
     if (judgement.finding != 0)
       m_hits.add(403, entry.offset, std::string(tag) + " " + judgement.words, row);
@@ -82,7 +102,7 @@ private:
     const Number number = readNumber(entry.text.substr(0, end), isHex ? 16 : 10, false);
     if (!number.whole || number.end == 0)
       return std::nullopt;
-    m_mentions.push_back({row, tag, entry, number.value});
+    m_mentions.push_back({row, tag, entry, number.value, judgement.finding == 0});
     return number.value;
   }
 
@@ -90,8 +110,9 @@ private:
   Hits &m_hits;
   std::vector<Mention> m_mentions;
   std::map<std::pair<long long, long long>, std::size_t> m_links; // with the number of the mention
-  std::set<long long> m_rows;
-  std::size_t m_lost = 0; // rows that have been told as such
+  std::map<long long, Index> m_rows;
+  std::map<Index, std::size_t> m_unreadable; // how much has been told of the list of a row
+  std::set<long long> m_unknown;
 };
 
 } // namespace
@@ -99,27 +120,19 @@ private:
 void judgeLinks(FileSet &files) {
   for (Checked &checked : files.all()) {
     const CheckedFile &file = *checked.file;
-    if (!file.isKind("VorlanTyp") || file.addOnNumber() > 0)
+    if (!file.isKind("VorlanTyp") || files.isAddOn(file))
       continue; // programs do not take the table of an add-on
-    LinkTable table(checked);
-    std::set<long long> models;
-    std::size_t unreadable = 0;
-    for (const Checked *const part : files.chipData(file)) {
-      for (const Index number : part->file->recordsOf("VorlanModel")) {
-        const auto model = numberOf(*part->file, part->file->record(number), "ModelNum");
-        unreadable += model ? 0 : 1;
-        if (model)
-          models.insert(*model);
-      }
-      for (const std::string &text : strayTexts(*part->file, "VorlanModels", "ModelNum"))
-        models.insert(readNumber(text, 0, false).value);
-    }
+    NumberTable models;
+    for (const Checked *const part : files.chipData(file))
+      models.add(*part->file, "VorlanModels", "VorlanModel", "ModelNum");
     // An add-on that was not given may have the model.
     const std::string base = file.baseName();
     const std::size_t point = std::min(base.rfind('.'), base.size());
     const bool isAlone = files.chipData(file).size() == 1;
     const bool hasAddOns = isAlone && files.isBeside(file, base.substr(0, point) + "-1" + base.substr(point));
-    const bool isJudged = file.isWhole() && hasSection(file, "VorlanModels") && !models.empty() && !hasAddOns;
-    table.judgeDirections(isJudged ? table.judgeNumbers(models, unreadable) : std::set<long long>());
+    LinkTable table(checked);
+    if (file.isWhole() && !file.recordsOf("VorlanModel").empty() && !models.isEmpty() && !hasAddOns)
+      table.judgeNumbers(models);
+    table.judgeDirections();
   }
 }

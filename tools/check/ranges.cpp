@@ -1,4 +1,5 @@
 #include "tools/check/facts.h"
+#include "tools/meanings.h"
 
 #include <array>
 #include <charconv>
@@ -27,27 +28,43 @@ struct Subject {
 
 struct Range {
   const char *name;
-  const char *start;
+  const char *start; // null where it starts at 0
   const char *end;
 };
 
-constexpr std::array<Range, 3> kMemories = {{{"EEPROM", "EEstart", "EEend"},
+constexpr std::array<Range, 4> kMemories = {{{"ROM", nullptr, "ROMend"},
+                                             {"EEPROM", "EEstart", "EEend"},
                                              {"extended EEPROM", "ExtendedEEstart", "ExtendedEEend"},
                                              {"RAM", "RAMstart", "RAMend"}}};
+constexpr const Range &kEeprom = kMemories[1];
 constexpr Range kUninitialised = {"uninitialised EEPROM", "UninitEEStart", "UninitEEEnd"};
 
 /// A range of addresses, if there is one.
 std::optional<std::pair<long long, long long>> bounds(const Subject &subject, const Range &range) {
   constexpr long long kDefault = 0xFFFF; // of a member that was never set
-  const auto start = subject.value(range.start);
+  const auto start = range.start != nullptr ? subject.value(range.start) : 0;
   const auto end = subject.value(range.end);
-  if (!start || !end || *start > *end || (*start == *end && (*start == 0 || *start == kDefault)))
+  if (!start || !end || *start > *end || (range.start == nullptr && *end == kDefault) ||
+      (*start == *end && (*start == 0 || *start == kDefault)))
     return std::nullopt;
   return std::pair(*start, *end);
 }
 
+/// Whether it stands there that there is none: from 0x0 to 0x0.
+bool isNone(const Subject &subject, const Range &range) {
+  return subject.value(range.start) == 0 && subject.value(range.end) == 0;
+}
+
+/// Whether both are there and have an address in common.
+bool doOverlap(const Subject &subject, const Range &a, const Range &b) {
+  const auto first = bounds(subject, a);
+  const auto second = bounds(subject, b);
+  return first && second && first->first <= second->second && second->first <= first->second;
+}
+
 std::string shownRange(const Subject &subject, const Range &range) {
-  return subject.text(range.start) + " to " + subject.text(range.end);
+  return std::string("the ") + range.name + " (" +
+         (range.start != nullptr ? subject.text(range.start) + " to " : "up to ") + subject.text(range.end) + ")";
 }
 
 /// One number of a record is above another that bounds it.
@@ -58,30 +75,51 @@ void judgePair(const Subject &subject, int finding, const char *low, const char 
     subject.add(finding, low, subject.text(low) + relation + subject.text(high));
 }
 
-void judgeMemories(const Subject &subject) {
-  for (const Range &range : kMemories)
-    judgePair(subject, 501, range.start, range.end, " is above ");
-  judgePair(subject, 501, kUninitialised.start, kUninitialised.end, " is above ");
+/// 502: told once for a memory that reaches into several others.
+void judgeOverlaps(const Subject &subject) {
+  std::array<std::vector<const Range *>, kMemories.size()> others;
   for (std::size_t i = 0; i < kMemories.size(); ++i) {
-    const auto later = bounds(subject, kMemories[i]);
-    for (std::size_t j = 0; later && j < i; ++j) {
-      const auto earlier = bounds(subject, kMemories[j]);
-      if (earlier && earlier->first <= later->second && later->first <= earlier->second)
-        subject.add(502, kMemories[i].start,
-                    std::string("the ") + kMemories[i].name + " (" + shownRange(subject, kMemories[i]) +
-                        ") overlaps the " + kMemories[j].name + " (" + shownRange(subject, kMemories[j]) + ")");
+    for (std::size_t j = 0; j < i; ++j) {
+      if (!doOverlap(subject, kMemories[i], kMemories[j]))
+        continue;
+      others[i].push_back(&kMemories[j]);
+      others[j].push_back(&kMemories[i]);
     }
   }
+  while (true) {
+    std::size_t most = 0;
+    for (std::size_t i = 0; i < kMemories.size(); ++i)
+      most = others[i].size() >= others[most].size() ? i : most;
+    if (others[most].empty())
+      return;
+    const Range &memory = kMemories[most];
+    std::string message = shownRange(subject, memory) + " overlaps ";
+    for (const Range *const other : others[most])
+      message += (other == others[most].front() ? "" : " and ") + shownRange(subject, *other);
+    subject.add(502, memory.start != nullptr ? memory.start : memory.end, std::move(message));
+    others[most].clear();
+    for (std::vector<const Range *> &rest : others)
+      std::erase(rest, &memory);
+  }
+}
+
+void judgeMemories(const Subject &subject) {
+  for (const Range &range : kMemories) {
+    if (range.start != nullptr)
+      judgePair(subject, 501, range.start, range.end, " is above ");
+  }
+  judgePair(subject, 501, kUninitialised.start, kUninitialised.end, " is above ");
+  judgeOverlaps(subject);
   const auto rom = subject.value("ROMend");
   const auto least = subject.value("ROMendMinimum");
   if (rom && least && *rom < *least)
     subject.add(503, "ROMend", subject.text("ROMend") + " is below " + subject.text("ROMendMinimum"));
   const auto uninitialised = bounds(subject, kUninitialised);
-  const auto eeprom = bounds(subject, kMemories[0]);
-  if (uninitialised && eeprom && (uninitialised->first < eeprom->first || uninitialised->second > eeprom->second))
+  const auto eeprom = bounds(subject, kEeprom);
+  const bool isJudged = uninitialised && (eeprom || isNone(subject, kEeprom));
+  if (isJudged && (!eeprom || uninitialised->first < eeprom->first || uninitialised->second > eeprom->second))
     subject.add(504, kUninitialised.start,
-                "the uninitialised EEPROM (" + shownRange(subject, kUninitialised) + ") is not inside the EEPROM (" +
-                    shownRange(subject, kMemories[0]) + ")");
+                shownRange(subject, kUninitialised) + " is not inside " + shownRange(subject, kEeprom));
 }
 
 void judgeVersions(const Subject &subject) {
@@ -90,14 +128,13 @@ void judgeVersions(const Subject &subject) {
   const auto highest = subject.value("maxFWrelease");
   if (!lowest || !highest || *lowest > *highest)
     return;
-  for (const Entry &entry : entriesOf(subject.file, subject.record, "FirmwareVersionList", ";,")) {
-    int version = 0;
-    const auto [end, error] = std::from_chars(entry.text.data(), entry.text.data() + entry.text.size(), version);
-    const bool isNumber = error == std::errc() && end == entry.text.data() + entry.text.size();
-    if (isNumber && (version < *lowest || version > *highest))
-      subject.hits.add(506, entry.offset,
-                       "FirmwareVersionList has " + inQuotes(entry.text) + ", outside of " +
-                           subject.text("minFWrelease") + " to " + subject.text("maxFWrelease"),
+  for (const Entry &entry : entriesOf(subject.file, subject.record, "FirmwareVersionList", ";,\n")) {
+    const std::string text = trimmed(entry.text);
+    const Number version = readNumber(text, 0, false);
+    if (version.whole && version.end > 0 && (version.value < *lowest || version.value > *highest))
+      subject.hits.add(506, entry.offset + entry.text.find(text),
+                       "FirmwareVersionList has " + inQuotes(text) + ", outside of " + subject.text("minFWrelease") +
+                           " to " + subject.text("maxFWrelease"),
                        subject.number);
   }
 }
@@ -135,17 +172,17 @@ void judgeClock(const Subject &subject) {
   const Outline &outline = subject.file.outline();
   if (element != CheckedFile::kNone && outline.isLeaf(element) && !subject.file.isCut(element))
     subject.hits.add(508, outline.offset(element), "the clock has no multipliers", subject.number);
-  const std::optional<std::string> value = subject.file.text(subject.record, "Value");
+  const std::string value = trimmed(subject.file.text(subject.record, "Value").value_or(""));
   const std::optional<std::string> display = subject.file.text(subject.record, "Display");
-  const auto rate = display ? shownRate(*display) : std::nullopt;
-  if (!value || !rate)
+  const auto rate = display ? shownRate(trimmed(*display)) : std::nullopt;
+  if (!rate)
     return;
   double kilohertz = 0;
-  const auto [end, error] = std::from_chars(value->data(), value->data() + value->size(), kilohertz);
-  const bool isNumber = error == std::errc() && end == value->data() + value->size();
+  const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), kilohertz);
+  const bool isNumber = error == std::errc() && end == value.data() + value.size();
   if (isNumber && std::abs(rate->first - kilohertz) > rate->second * 1.000001)
     subject.add(509, "Display",
-                "Display " + inQuotes(*display) + " is not the rate of Value " + inQuotes(*value) + ", in kHz");
+                "Display " + inQuotes(*display) + " is not the rate of Value " + inQuotes(value) + ", in kHz");
 }
 
 } // namespace

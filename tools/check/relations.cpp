@@ -1,7 +1,10 @@
 #include "tools/check/relations.h"
 
+#include "tools/meanings.h"
+
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <system_error>
 #include <unordered_map>
@@ -62,7 +65,7 @@ bool FileSet::isBeside(const CheckedFile &file, const std::string &name) const {
 
 bool isUserFile(const CheckedFile &file) {
   const std::string name = file.baseName();
-  return file.isKind("StdXcvr") && name.substr(0, name.find('.')) == "UserXcvr";
+  return file.isKind("StdXcvr") && folded(name.substr(0, name.find('.'))) == "userxcvr";
 }
 
 std::string placeIn(const CheckedFile &from, const CheckedFile &file, std::size_t offset) {
@@ -160,35 +163,17 @@ void judgeModel(const Place &model, bool isAddOn, Models &models, Hits &hits) {
 
 /// 401: a model's scheme is one of the main file.
 void judgeSchemes(const CheckedFile &main, Checked &checked) {
-  if (!main.isWhole())
-    return;
-  std::set<long long> schemes;
-  std::size_t unreadable = 0;
-  for (const Index number : main.recordsOf("ClockingScheme")) { // those too that are lost for another reason
-    const auto id = numberOf(main, main.record(number), "Id");
-    unreadable += id ? 0 : 1;
-    if (id)
-      schemes.insert(*id);
-  }
-  for (const std::string &id : strayTexts(main, "ClockingSchemes", "Id"))
-    schemes.insert(std::strtoll(id.c_str(), nullptr, 10));
-  if (schemes.empty())
+  NumberTable schemes;
+  schemes.add(main, "ClockingSchemes", "ClockingScheme", "Id");
+  if (!main.isWhole() || schemes.isEmpty())
     return; // told as an empty or missing collection
-  std::vector<std::pair<Place, long long>> missing;
-  std::set<long long> ids;
   for (const Place &model : placesOf(*checked.file, "VorlanModel")) {
     const auto scheme = numberOf(*checked.file, model.record(), "ClockingScheme");
-    if (scheme && schemes.count(*scheme) == 0) {
-      missing.emplace_back(model, *scheme);
-      ids.insert(*scheme);
-    }
+    if (scheme && schemes.lacks(*scheme))
+      checked.hits->add(401, checked.file->textOffset(model.record(), "ClockingScheme"),
+                        "ClockingScheme " + withNumber(model.text("ClockingScheme"), *scheme) + " names no scheme",
+                        model.number);
   }
-  if (ids.size() <= unreadable)
-    return; // these may be the ids that cannot be read
-  for (const auto &[model, scheme] : missing)
-    checked.hits->add(401, checked.file->textOffset(model.record(), "ClockingScheme"),
-                      "ClockingScheme " + withNumber(model.text("ClockingScheme"), scheme) + " names no scheme",
-                      model.number);
 }
 
 /// 411: whether the search for add-ons ends before this one.
@@ -206,41 +191,9 @@ void judgeGap(const FileSet &files, Checked &addOn) {
   }
 }
 
-using TextSet = std::set<std::string>;
-
-/// All texts that a member has in the records of some files, also in those that programs do not get.
-TextSet textsOf(const std::vector<Checked *> &files, std::string_view section, std::string_view recordTag,
-                std::string_view tag) {
-  TextSet texts;
-  for (const Checked *const other : files) {
-    for (const Index number : other->file->recordsOf(recordTag))
-      texts.insert(folded(other->file->text(other->file->record(number), tag).value_or("")));
-    for (const std::string &text : strayTexts(*other->file, section, tag))
-      texts.insert(folded(text));
-  }
-  return texts;
-}
-
-/// The numbers among them.
-std::set<long long> numbersIn(const TextSet &texts) {
-  std::set<long long> numbers;
-  for (const std::string &text : texts) {
-    char *end = nullptr;
-    const long long number = std::strtoll(text.c_str(), &end, 0);
-    if (end != text.c_str())
-      numbers.insert(number);
-  }
-  return numbers;
-}
-
 bool areWhole(const std::vector<Checked *> &files) {
   return !files.empty() &&
          std::all_of(files.begin(), files.end(), [](const Checked *other) { return other->file->isWhole(); });
-}
-
-std::string trimmed(const std::string &text) {
-  const std::size_t begin = text.find_first_not_of(" \t\r\n");
-  return begin == std::string::npos ? "" : text.substr(begin, text.find_last_not_of(" \t\r\n") + 1 - begin);
 }
 
 /// 413, 414: a number that refers to a table of the identity data.
@@ -252,10 +205,12 @@ void judgeReference(FileSet &files, Checked &checked, int finding, const char *r
                                           [&](const Checked *other) { return hasSection(*other->file, section); });
   if (!hasTable || !checked.hits->wants(finding))
     return;
-  const std::set<long long> known = numbersIn(textsOf(identities, section, rowTag, "Number"));
+  NumberTable known;
+  for (const Checked *const identity : identities)
+    known.add(*identity->file, section, rowTag, "Number");
   for (const Place &place : placesOf(*checked.file, recordTag)) {
     const auto number = numberOf(*checked.file, place.record(), tag);
-    if (!number || known.count(*number) > 0 || (finding == 413 && *number == -1))
+    if (!number || !known.lacks(*number) || (finding == 413 && *number == -1))
       continue;
     checked.hits->add(finding, checked.file->textOffset(place.record(), tag),
                       std::string(tag) + " " + withNumber(place.text(tag), *number) + " is not among the " + section +
@@ -264,22 +219,67 @@ void judgeReference(FileSet &files, Checked &checked, int finding, const char *r
   }
 }
 
-/// 412: the names in a list of transceivers.
-void judgeTransceiverLists(FileSet &files, Checked &checked) {
-  const std::vector<Checked *> lists = files.related(*checked.file, "StdXcvr");
-  const bool hasStandard =
-      std::any_of(lists.begin(), lists.end(), [](const Checked *list) { return !isUserFile(*list->file); });
-  if (!hasStandard || !areWhole(lists) || !checked.hits->wants(412))
-    return;
-  const TextSet known = textsOf(lists, "Transceivers", "Transceiver", "Name");
-  for (const Place &model : placesOf(*checked.file, "VorlanModel")) {
-    for (const Entry &entry : entriesOf(*checked.file, model.record(), "TransceiverList", ";")) {
-      const std::string name = trimmed(entry.text);
-      if (!name.empty() && known.count(folded(name)) == 0)
-        checked.hits->add(412, entry.offset,
-                          "TransceiverList names " + inQuotes(name) + ", which is in no file of transceivers",
-                          model.number);
+/// The names of the transceivers in some files.
+struct XcvrNames {
+  std::set<std::string> known; // also of those that programs do not get
+  std::size_t lost = 0;        // those that have been told as being without a name, or with one that is there already
+};
+
+XcvrNames namesIn(const std::vector<Checked *> &lists) {
+  XcvrNames names;
+  for (const Checked *const list : lists) {
+    for (const Index number : list->file->recordsOf("Transceiver")) {
+      const CheckedFile::Record &record = list->file->record(number);
+      names.lost += record.isLost ? 1 : 0;
+      names.known.insert(folded(list->file->text(record, "Name").value_or("")));
     }
+    for (const Stray &stray : straysOf(*list->file, "Transceivers", "Name")) {
+      names.lost += stray.text ? 0 : 1;
+      names.known.insert(folded(stray.text.value_or("")));
+    }
+  }
+  return names;
+}
+
+/// 412: the names in the lists of transceivers.
+void judgeTransceiverLists(FileSet &files) {
+  struct Unknown {
+    Checked *file;
+    Index model;
+    std::size_t offset;
+    std::string name;
+  };
+  std::map<std::string, std::vector<Unknown>> unknown; // by name
+  std::size_t lost = 0;
+  for (Checked &checked : files.all()) {
+    const std::vector<Checked *> lists = files.related(*checked.file, "StdXcvr");
+    const bool hasStandard =
+        std::any_of(lists.begin(), lists.end(), [](const Checked *list) { return !isUserFile(*list->file); });
+    if (!checked.file->isKind("VorlanTyp") || !hasStandard || !areWhole(lists) || !checked.hits->wants(412))
+      continue;
+    const XcvrNames names = namesIn(lists);
+    lost = names.lost;
+    for (const Place &model : placesOf(*checked.file, "VorlanModel")) {
+      for (const Entry &entry : entriesOf(*checked.file, model.record(), "TransceiverList", ";\n")) {
+        const std::string name = trimmed(entry.text);
+        if (!name.empty() && names.known.count(folded(name)) == 0)
+          unknown[folded(name)].push_back({&checked, model.number, entry.offset + entry.text.find(name), name});
+      }
+    }
+  }
+  // A transceiver that has been told as lost is not told again by each model that names it.
+  while (lost-- > 0) {
+    const auto most = std::max_element(unknown.begin(), unknown.end(),
+                                       [](const auto &a, const auto &b) { return a.second.size() < b.second.size(); });
+    if (most == unknown.end() || most->second.size() < 2)
+      break;
+    unknown.erase(most);
+  }
+  for (const auto &[key, places] : unknown) {
+    for (const Unknown &place : places)
+      place.file->hits->add(412, place.offset,
+                            "TransceiverList names " + inQuotes(place.name) + ", which is in no file of transceivers",
+                            place.model);
   }
 }
 
@@ -287,16 +287,14 @@ void judgeTransceiverLists(FileSet &files, Checked &checked) {
 void judgeNumbersOf(Checked &checked, std::string_view recordTag, const char *tag) {
   Seen<std::string> seen;
   for (const Place &place : placesOf(*checked.file, recordTag)) {
-    const std::string text = place.text(tag);
-    std::string number = text;
-    if (recordTag != "DeviceClass") {
-      const auto value = numberOf(*checked.file, place.record(), tag);
-      if (!value)
-        continue;
-      number = std::to_string(*value);
-    } else if (text.empty() || text == "Unassigned") {
+    const std::optional<std::string> standing = checked.file->text(place.record(), tag);
+    if (!standing)
       continue;
-    }
+    const std::string &text = *standing;
+    const Judgement judgement = judge(*findMeaning(recordTag, tag), text);
+    const std::string &number = judgement.number;
+    if (number.empty() || (judgement.finding != 0 && findFinding(judgement.finding)->level != Level::kNote))
+      continue;
     if (const Place *const first = firstOf(seen, number, place))
       checked.hits->add(408, checked.file->textOffset(place.record(), tag),
                         std::string(tag) + " " + (text == number ? text : text + " (" + number + ")") +
@@ -317,7 +315,7 @@ void judgeModels(FileSet &files) {
       const bool isAddOn = part != &main;
       for (const Place &model : placesOf(*part->file, "VorlanModel"))
         judgeModel(model, isAddOn, models, *part->hits);
-      if (isAddOn || main.file->addOnNumber() == 0)
+      if (isAddOn || !files.isAddOn(*main.file))
         judgeSchemes(*main.file, *part);
     }
   }
@@ -369,9 +367,9 @@ void judgeUserFile(FileSet &files) {
 }
 
 void judgeReferences(FileSet &files) {
+  judgeTransceiverLists(files);
   for (Checked &checked : files.all()) {
     if (checked.file->isKind("VorlanTyp")) {
-      judgeTransceiverLists(files, checked);
       judgeReference(files, checked, 413, "VorlanModel", "ManufacturerID", "ManufacturerIDs", "ManufacturerID");
     } else if (checked.file->isKind("StdXcvr")) {
       judgeReference(files, checked, 414, "Transceiver", "ChannelTypeNumber", "ChannelTypes", "ChannelType");

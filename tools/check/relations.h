@@ -21,6 +21,10 @@ public:
   std::vector<Checked *> chipData(const CheckedFile &main) const;
   /// The main file of an add-on, if it was given.
   Checked *mainOf(const CheckedFile &addOn) const;
+  /// Whether a file is an add-on of a file that was given or lies beside it.
+  bool isAddOn(const CheckedFile &file) const {
+    return file.addOnNumber() > 0 && (mainOf(file) != nullptr || isBeside(file, file.addOnOf()));
+  }
   /// Whether a file of that name lies beside `file`, given or not.
   bool isBeside(const CheckedFile &file, const std::string &name) const;
 

@@ -52,16 +52,33 @@ private:
   bool judgeBorrowed(Index number, const MemberShape &member, bool isMissing);
   void judgeOrder(Index number, const std::vector<const MemberShape *> &standing, bool areAttributes);
 
-  void unknownElement(Index number, Index element, const RecordShape &shape, std::vector<bool> *excused);
-  void unknownAttribute(Index number, Index element, const Outline::Attribute &attribute, std::vector<bool> *excused);
+  /// Where something stands in a record: between which of its members. Null members are its ends.
+  struct Place {
+    const MemberShape *before = nullptr;
+    const MemberShape *behind = nullptr;
+    std::vector<bool> *excused; // the members of the record that are not told as missing
+  };
+  void unknownElement(Index number, Index element, const RecordShape &shape, const Place *place);
+  void unknownAttribute(Index number, Index element, const Outline::Attribute &attribute, const Place *place);
   /// The member that is meant by a name, and that it is this: "; did you mean 'ROMend'?"
-  const MemberShape *meant(const RecordShape &shape, std::string_view name, bool isAttribute, std::string &hint);
+  const MemberShape *meant(const Record &record, const RecordShape &shape, std::string_view name, bool isAttribute,
+                           const Place *place, std::string &hint);
+  /// A member that the record lacks and that a save would put at a place; null if there is none.
+  const MemberShape *lackedAt(const Record &record, const Place &place, bool isAttribute) const;
+  bool isLacked(const Record &record, const MemberShape &member, const std::vector<bool> &excused) const;
+  /// The first child of a record behind `child` that is one of its members.
+  const MemberShape *nextMember(const Record &record, Index child);
   std::vector<Edit> renamed(Index element, std::string_view name, const std::string &to) const;
 
   CheckedFile &m_file;
   const Outline &m_outline;
   Hits &m_hits;
   std::size_t m_guesses = 0;
+  struct {
+    Index around = CheckedFile::kNone;
+    Index child = 0;
+    const MemberShape *member = nullptr;
+  } m_next;                           // the member that nextMember found last, and where
   std::unordered_set<Index> m_nested; // items inside items, whose members are mixed up with those of the outer one
 };
 
@@ -120,8 +137,56 @@ void Structure::judgeRecord(Index number) {
   judgeMissing(number, excused);
 }
 
-const MemberShape *Structure::meant(const RecordShape &shape, std::string_view name, bool isAttribute,
-                                    std::string &hint) {
+std::size_t indexOf(const RecordShape &shape, const MemberShape *member) {
+  return static_cast<std::size_t>(member - shape.members.data());
+}
+
+/// The member that is named like this, or almost.
+const MemberShape *nearMember(const RecordShape &shape, std::string_view name, const std::vector<std::string> &tags) {
+  const std::vector<std::string> near = nearTo(name, tags, 1);
+  // One that only holds the word somewhere is another one.
+  const std::size_t most = std::max<std::size_t>(2, name.size() / 2);
+  if (near.empty() || name.size() < 3 || near.front().size() > name.size() + most)
+    return nullptr;
+  return shape.member(near.front());
+}
+
+bool Structure::isLacked(const Record &record, const MemberShape &member, const std::vector<bool> &excused) const {
+  return m_file.slot(record, member) == CheckedFile::kNone && member.version <= m_file.version() &&
+         !excused[indexOf(*record.shape, &member)];
+}
+
+const MemberShape *Structure::lackedAt(const Record &record, const Place &place, bool isAttribute) const {
+  const std::vector<MemberShape> &members = record.shape->members;
+  const std::size_t begin = place.before != nullptr ? indexOf(*record.shape, place.before) + 1 : 0;
+  const std::size_t end = place.behind != nullptr ? indexOf(*record.shape, place.behind) : members.size();
+  const MemberShape *found = nullptr;
+  for (std::size_t i = begin; i < end; ++i) {
+    if (members[i].isAttribute() != isAttribute || !isLacked(record, members[i], *place.excused))
+      continue;
+    if (found != nullptr) // in a record without any member it could be each
+      return place.before != nullptr || place.behind != nullptr ? found : nullptr;
+    found = &members[i];
+  }
+  return found;
+}
+
+const MemberShape *Structure::nextMember(const Record &record, Index child) {
+  if (m_next.around != record.element || m_next.child <= child) {
+    m_next = {record.element, m_outline.end(child), nullptr};
+    for (; m_next.child < m_outline.end(record.element); m_next.child = m_outline.end(m_next.child)) {
+      const MemberShape *const member = record.shape->member(m_outline.name(m_next.child));
+      if (member == nullptr || member->isAttribute() || m_file.slot(record, *member) != m_next.child)
+        continue;
+      m_next.member = member;
+      break;
+    }
+  }
+  return m_next.member;
+}
+
+const MemberShape *Structure::meant(const Record &record, const RecordShape &shape, std::string_view name,
+                                    bool isAttribute, const Place *place, std::string &hint) {
   constexpr std::size_t kMostGuesses = 20000; // a file of nothing but unknown names
   if (const MemberShape *const member = shape.member(name)) {
     hint = "; " + inQuotes(name) + (isAttribute ? " is an element" : " is an attribute");
@@ -130,19 +195,28 @@ const MemberShape *Structure::meant(const RecordShape &shape, std::string_view n
   if (++m_guesses > kMostGuesses)
     return nullptr;
   std::vector<std::string> tags;
-  for (const MemberShape &member : shape.members)
-    tags.push_back(member.tag);
-  const std::vector<std::string> near = nearTo(name, tags, 1);
-  // One that only holds the word somewhere is another one.
-  const std::size_t most = std::max<std::size_t>(2, name.size() / 2);
-  if (near.empty() || name.size() < 3 || near.front().size() > name.size() + most)
-    return nullptr;
-  const MemberShape *const member = shape.member(near.front());
-  hint = "; did you mean " +
-         std::string(member->isAttribute() == isAttribute ? ""
-                     : isAttribute                        ? "the element "
-                                                          : "the attribute ") +
-         "'" + near.front() + "'?";
+  std::vector<std::string> lacked;
+  const MemberShape *member = nullptr;
+  for (const MemberShape &candidate : shape.members) {
+    tags.push_back(candidate.tag);
+    if (place != nullptr && isLacked(record, candidate, *place->excused))
+      lacked.push_back(candidate.tag);
+    if (folded(candidate.tag) == folded(name))
+      member = &candidate;
+  }
+  // What is missing is meant rather than what is there, and at its place whatever the name is.
+  if (member == nullptr)
+    member = nearMember(shape, name, lacked);
+  if (member == nullptr && place != nullptr)
+    member = lackedAt(record, *place, isAttribute);
+  if (member == nullptr)
+    member = nearMember(shape, name, tags);
+  if (member != nullptr)
+    hint = "; did you mean " +
+           std::string(member->isAttribute() == isAttribute ? ""
+                       : isAttribute                        ? "the element "
+                                                            : "the attribute ") +
+           "'" + member->tag + "'?";
   return member;
 }
 
@@ -163,31 +237,32 @@ std::vector<Edit> Structure::renamed(Index element, std::string_view name, const
   return edits;
 }
 
-void Structure::unknownElement(Index number, Index element, const RecordShape &shape, std::vector<bool> *excused) {
+void Structure::unknownElement(Index number, Index element, const RecordShape &shape, const Place *place) {
+  const Record &record = m_file.record(number);
   const std::string_view name = m_outline.name(element);
   std::string hint;
-  const MemberShape *const member = meant(shape, name, false, hint);
+  const MemberShape *const member = meant(record, shape, name, false, place, hint);
   Hit hit{201, m_outline.offset(element), {}, "unknown element " + inQuotes(name) + " (a save drops it)" + hint, number,
           {}};
-  if (member != nullptr && excused != nullptr) {
-    (*excused)[static_cast<std::size_t>(member - shape.members.data())] = true;
-    const bool isFree = m_file.slot(m_file.record(number), *member) == CheckedFile::kNone && !member->isAttribute();
+  if (member != nullptr && place != nullptr) {
+    (*place->excused)[indexOf(shape, member)] = true;
+    const bool isFree = m_file.slot(record, *member) == CheckedFile::kNone && !member->isAttribute();
     if (isFree && member->tag != name && folded(member->tag) == folded(name))
       hit.edits = renamed(element, name, member->tag);
   }
   m_hits.add(std::move(hit));
 }
 
-void Structure::unknownAttribute(Index number, Index element, const Outline::Attribute &attribute,
-                                 std::vector<bool> *excused) {
-  const RecordShape &shape = *m_file.record(number).shape;
+void Structure::unknownAttribute(Index number, Index element, const Outline::Attribute &attribute, const Place *place) {
+  const Record &record = m_file.record(number);
   std::string hint;
-  const MemberShape *const member = excused != nullptr ? meant(shape, attribute.name, true, hint) : nullptr;
+  const MemberShape *const member =
+      place != nullptr ? meant(record, *record.shape, attribute.name, true, place, hint) : nullptr;
   Hit hit{202,    m_outline.attributeOffset(element, attribute.name),
           {},     "unknown attribute " + inQuotes(attribute.name) + " (a save drops it)" + hint,
           number, {}};
   if (member != nullptr) {
-    (*excused)[static_cast<std::size_t>(member - shape.members.data())] = true;
+    (*place->excused)[indexOf(*record.shape, member)] = true;
     const bool isFree = member->isAttribute() && !m_outline.attribute(element, member->tag);
     if (isFree && folded(member->tag) == folded(attribute.name))
       hit.edits.push_back({hit.offset, attribute.name.size(), member->tag});
@@ -198,12 +273,19 @@ void Structure::unknownAttribute(Index number, Index element, const Outline::Att
 void Structure::judgeAttributes(Index number, std::vector<bool> &excused) {
   const Record &record = m_file.record(number);
   std::vector<const MemberShape *> standing;
-  for (const Outline::Attribute &attribute : m_outline.attributes(record.element)) {
-    const MemberShape *const member = record.shape->member(attribute.name);
-    if (member != nullptr && member->isAttribute())
-      standing.push_back(member);
-    else
-      unknownAttribute(number, record.element, attribute, &excused);
+  const std::vector<Outline::Attribute> attributes = m_outline.attributes(record.element);
+  std::vector<const MemberShape *> behind(attributes.size() + 1); // the next member from each attribute on
+  for (std::size_t i = attributes.size(); i-- > 0;) {
+    const MemberShape *const member = record.shape->member(attributes[i].name);
+    behind[i] = member != nullptr && member->isAttribute() ? member : behind[i + 1];
+  }
+  for (std::size_t i = 0; i < attributes.size(); ++i) {
+    if (behind[i] != nullptr && behind[i]->tag == attributes[i].name) {
+      standing.push_back(behind[i]);
+      continue;
+    }
+    const Place place{standing.empty() ? nullptr : standing.back(), behind[i], &excused};
+    unknownAttribute(number, record.element, attributes[i], &place);
   }
   judgeOrder(number, standing, true);
 }
@@ -214,21 +296,31 @@ void Structure::judgeChildren(Index number, std::vector<bool> &excused) {
   bool hasInner = false; // whether a record stands before the member
   bool hasItem = false;
   for (Index child = record.element + 1; child < m_outline.end(record.element); child = m_outline.end(child)) {
+    const auto place = [&] {
+      return Place{standing.empty() ? nullptr : standing.back(), nextMember(record, child), &excused};
+    };
     const MemberShape *const member = record.shape->member(m_outline.name(child));
     if (member == nullptr || member->isAttribute()) {
-      if (m_file.isRecord(child)) // an item inside an item is told as that
+      if (m_file.isRecord(child)) { // an item inside an item is told as that
         hasItem = true;
-      else
-        unknownElement(number, child, *record.shape, &excused);
+      } else {
+        const Place here = place();
+        unknownElement(number, child, *record.shape, &here);
+      }
       continue;
     }
     const Index first = m_file.slot(record, *member);
     if (first != child) {
-      if (!hasItem)
-        m_hits.add(209, m_outline.offset(child),
-                   inQuotes(member->tag) + " stands twice; the first, in " + lineOf(m_outline.offset(first)) +
-                       ", counts",
-                   number);
+      if (hasItem)
+        continue;
+      const MemberShape *const lacked = lackedAt(record, place(), false); // a line that was copied for another member
+      if (lacked != nullptr)
+        excused[indexOf(*record.shape, lacked)] = true;
+      excused[indexOf(*record.shape, member)] = true;
+      m_hits.add(209, m_outline.offset(child),
+                 inQuotes(member->tag) + " stands twice; the first, in " + lineOf(m_outline.offset(first)) +
+                     ", counts" + (lacked != nullptr ? "; did you mean '" + lacked->tag + "'?" : ""),
+                 number);
       continue;
     }
     standing.push_back(member);
@@ -236,7 +328,7 @@ void Structure::judgeChildren(Index number, std::vector<bool> &excused) {
       judgeBorrowed(number, *member, false);
     hasInner = hasInner || !m_outline.isLeaf(child);
     if (judgeInside(number, *member, child))
-      excused[static_cast<std::size_t>(member - record.shape->members.data())] = true;
+      excused[indexOf(*record.shape, member)] = true;
   }
   judgeOrder(number, standing, false);
 }
@@ -330,9 +422,10 @@ void Structure::judgeMissing(Index number, const std::vector<bool> &excused) {
             {210, offset, {}, "the collection " + inQuotes(member.tag) + " is missing; it stays empty", number, {}});
       continue;
     }
-    const std::string holds = !member.isValue() ? "; the defaults of its members hold"
-                              : member.tag == "CreationDate"
-                                  ? "; the time of each load holds"
+    const std::string holds = !member.isValue()              ? "; the defaults of its members hold"
+                              : member.tag == "CreationDate" ? "; the time of each load holds"
+                              : member.tag == "xcvr_gp_data"
+                                  ? "; loading empties it"
                                   : "; its default " + inQuotes(member.defaultText) + " holds";
     m_hits.add(203, offset, inQuotes(member.tag) + " is missing" + holds, number);
   }
