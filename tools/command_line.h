@@ -64,6 +64,7 @@ public:
   template <class Value>
   Argument choice(const std::string &names, Value &value, const std::map<std::string, Value> &words, const char *text) {
     std::vector<std::string> allowed;
+    allowed.reserve(words.size());
     for (const auto &[word, meaning] : words)
       allowed.push_back(word);
     return choice(

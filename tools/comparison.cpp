@@ -201,16 +201,6 @@ private:
   Counts m_counts; // of the section of the file
 };
 
-/// "Vorlan 2208-XT (KVO-2208X-S32H)".
-std::string titleOf(const ItemChange &item) {
-  return item.name == item.key ? item.key : item.name + " (" + item.key + ")";
-}
-
-std::string countsText(const Counts &counts) {
-  return std::to_string(counts.changed) + " changed, " + std::to_string(counts.added) + " added, " +
-         std::to_string(counts.removed) + " removed, " + std::to_string(counts.equal) + " equal";
-}
-
 /// A text of which nobody can miss where it begins and ends.
 std::string visible(const std::string &text) {
   const bool needsQuotes = text.empty() || text.front() == ' ' || text.back() == ' ';
@@ -332,6 +322,15 @@ void add(const Counts &some, Counts &sum) {
 }
 
 } // namespace
+
+std::string titleOf(const ItemChange &item) {
+  return item.name == item.key ? item.key : item.name + " (" + item.key + ")";
+}
+
+std::string countsText(const Counts &counts) {
+  return std::to_string(counts.changed) + " changed, " + std::to_string(counts.added) + " added, " +
+         std::to_string(counts.removed) + " removed, " + std::to_string(counts.equal) + " equal";
+}
 
 Counts Comparison::total() const {
   Counts sum;

@@ -75,6 +75,11 @@ struct Comparison {
 /// by their name.
 Comparison compare(const Document &before, const Document &after, const ComparisonOptions &options = {});
 
+/// "Vorlan 2208-XT (KVO-2208X-S32H)"
+std::string titleOf(const ItemChange &item);
+/// "2 changed, 1 added, 0 removed, 60 equal"
+std::string countsText(const Counts &counts);
+
 /// A difference on its own.
 struct Difference {
   Sign sign;

@@ -19,6 +19,7 @@ struct Options {
   std::vector<std::string> only;
   std::vector<std::string> compare;
   std::string picture;
+  std::string against;
 };
 
 /// A file that stands where the report shall go has to be an older report or picture: a wrong word on the command line
@@ -173,6 +174,47 @@ void checkNames(const Report &report) {
     modelNamed(report, name);
 }
 
+/// Tells what changed since a file, or since the files of a folder that are called as those of the report.
+void compareWith(const std::string &against, const FileOptions &files, Report &report) {
+  const std::filesystem::path path = hostPath(against);
+  std::error_code ignored;
+  bool isCompared = false;
+  if (std::filesystem::is_directory(path, ignored)) {
+    for (const ReportFile &file : report.files) {
+      if (file.loaded == nullptr)
+        continue;
+      for (const std::unique_ptr<Document> &part : file.loaded->parts()) {
+        const std::filesystem::path before = path / fileNameOf(*part);
+        std::unique_ptr<Document> document;
+        if (std::filesystem::exists(before, ignored))
+          document = openDocument(before.string());
+        if (document != nullptr && document->kind() != part->kind())
+          throw CouldNotWork(document->name() + " is a file of " + document->kind()->name + ", and " + part->name() +
+                             " of " + part->kind()->name);
+        report.remarks->compare(*part, document.get());
+        isCompared = isCompared || document != nullptr;
+      }
+    }
+    if (!isCompared)
+      throw CouldNotWork(against + ": it has no file of the report");
+    return;
+  }
+  if (against == "-" && std::count(files.files.begin(), files.files.end(), "-") > 0)
+    throw CouldNotWork("the standard input can only be one of the two files");
+  const std::unique_ptr<Document> document = openDocument(against, files.inputName);
+  // One of several of the kind is the one of that name.
+  const Document *now = nullptr;
+  for (const ReportFile &file : report.files) {
+    if (file.loaded == nullptr || file.loaded->main().kind() != document->kind())
+      continue;
+    if (now == nullptr || fileNameOf(file.loaded->main()) == fileNameOf(*document))
+      now = &file.loaded->main();
+  }
+  if (now == nullptr)
+    throw CouldNotWork(against + ": this is a file of " + document->kind()->name + ", and no other one is");
+  report.remarks->compare(*now, document.get());
+}
+
 int report(const Options &options) {
   Report report;
   report.only = options.only;
@@ -189,7 +231,7 @@ int report(const Options &options) {
     checkNames(report);
   } catch (const NotFound &reason) {
     complain(reason.what());
-    return kNo;
+    return kCouldNotWork;
   }
   lookAround(report);
   std::vector<const Document *> documents;
@@ -200,6 +242,8 @@ int report(const Options &options) {
     }
   }
   report.remarks = std::make_unique<Remarks>(documents);
+  if (!options.against.empty())
+    compareWith(options.against, *options.files, report);
   write(options.out, reportPage(report));
   return areAllRead ? kYes : kCouldNotWork;
 }
@@ -221,9 +265,11 @@ void addReportCommand(CLI::App &app, Run &run) {
   command.option("--compare-models", options->compare, "Show the memory maps of these models side by side")
       .separated()
       .called("NAME,...");
+  command.option("--against", options->against, "Mark what changed since this file, or since the files of this folder")
+      .called("OLD");
   command.option("--picture", options->picture, "Instead of the page, make the memory map of a model as an SVG file")
       .called("MODEL");
   command.examples({"kestrune-data report --as-installed /opt/kestrune/Types -o report.html",
-                    "kestrune-data report Vorlan.xml --compare-models 66,67,100 -o maps.html"});
+                    "kestrune-data report Vorlan.xml --against old/Vorlan.xml -o changes.html"});
   command.runs([options] { return report(*options); });
 }

@@ -170,6 +170,7 @@ private:
   int complainOfUnknown() const {
     std::vector<std::string> names;
     const MacroTable table;
+    names.reserve(static_cast<std::size_t>(table.GetMacroCount()));
     for (int i = 0; i < table.GetMacroCount(); ++i)
       names.push_back(stringOf(table.GetMacroName(i)));
     for (const std::string &name : m_unknown)

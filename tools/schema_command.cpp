@@ -202,7 +202,7 @@ private:
     const Meaning *const meaning = findMeaning(shape.tag, member.tag);
     const TextType wanted = meaning != nullptr ? typeOf(meaning->reading) : TextType();
     const std::string base = wanted.name.empty() ? "xs:string" : wanted.name;
-    if (!wanted.name.empty())
+    if (meaning != nullptr && !wanted.name.empty())
       m_readings.insert(meaning->reading);
     document(meaning != nullptr ? meaning->sentence : "");
     open("<xs:simpleType>");

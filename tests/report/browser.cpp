@@ -268,6 +268,21 @@ void lookAtMany(Browser &browser, const std::string &page) {
   expectQuiet(browser, "many");
 }
 
+void lookAtChanges(Browser &browser, const std::string &page) {
+  browser.open(page, 400, false);
+  browser.run(kHelpers);
+  const auto texts = [&](const char *selector) {
+    return browser.run("[...document.querySelectorAll('" + std::string(selector) + "')].map((at) => at.textContent)");
+  };
+  expect("marked", texts("tr[id] .badge.change"), Json::array({"changed", "new"}));
+  expect("gone", texts(".collection > .names del"), Json::array({"Vorlan 1802-T (KVO-1802T-D24)"}));
+  browser.run("opened('Vorlan 1802')");
+  expect("old and new text", texts("tr.detail table.changes tr"), Json::array({"RAMend0xF1FF \xE2\x86\x92 0xF8FF"}));
+  expect("at the member", texts("tr.detail dl .changed ins"), Json::array({"0xF8FF"}));
+  expect("fits the width", browser.run("document.documentElement.scrollWidth <= innerWidth"), true);
+  expectQuiet(browser, "changes");
+}
+
 void make(const std::string &command) {
   if (std::system(command.c_str()) != 0)
     throw std::runtime_error(command + " failed");
@@ -294,9 +309,14 @@ int main(int argc, char **argv) {
          "s/<LinkCompatibleList>9</<LinkCompatibleList></; 0,/<RAMend>0xF1FF/s//<RAMend>0xF8FF/' " +
          std::string(argv[3]) + "/Types/Vorlan.xml > " + folder + "/bad.xml");
     make(tool + " report " + folder + "/bad.xml -o " + folder + "/bad.html");
+    // One text differs, and one model has another name and key.
+    make("sed '0,/<RAMend>0xF1FF/s//<RAMend>0xF8FF/; s/Vorlan 1802-T/Elsewhere/; s/KVO-1802T/KVO-NEW/' " +
+         std::string(argv[3]) + "/Types/Vorlan.xml > " + folder + "/Vorlan.xml");
+    make(tool + " report " + folder + "/Vorlan.xml --against " + argv[3] + "/Types -o " + folder + "/changes.html");
     Browser browser(argv[1], folder + "/profile");
     lookAtSample(browser, folder + "/sample.html");
     lookAtBadNames(browser, folder + "/bad.html");
+    lookAtChanges(browser, folder + "/changes.html");
     if (std::string(argv[4]) != "-") {
       make(tool + " report " + argv[4] + " -o " + folder + "/many.html");
       lookAtMany(browser, folder + "/many.html");

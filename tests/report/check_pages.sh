@@ -8,6 +8,37 @@ if ! "$1" report "$2/Types/Vorlan.xml" --picture 'Vorlan 4108' | cmp - "$3"; the
   exit 1
 fi
 xmllint --noout "$3"
+
+# What changed is counted as diff counts it.
+work=$(mktemp -d)
+trap 'rm -r "$work"' EXIT
+sed '0,/<RAMend>0xF1FF/s//<RAMend>0xF8FF/; s/Vorlan 1802-T/Elsewhere/; s/KVO-1802T/KVO-NEW/' "$2/Types/Vorlan.xml" >"$work/Vorlan.xml"
+"$1" report "$work/Vorlan.xml" --against "$2/Types/Vorlan.xml" -o "$work/page.html"
+counts=$("$1" diff "$2/Types/Vorlan.xml" "$work/Vorlan.xml" | tail -1) || true
+grep -qF ": $counts</p>" "$work/page.html" || { echo "the page does not say: $counts"; exit 1; }
+
+# The page has the findings of check and no other, with what .kestrune-check passes over.
+mkdir "$work/known"
+cp "$2"/Types/*.xml "$work/known"
+printf 'KD409  UserXcvr.xml  *\nKD404  Vorlan.xml  *\n' >"$work/known/.kestrune-check"
+for folder in "$2/Types" "$2/../faulty" "$work/known"; do
+  found=$({ "$1" check --tsv "$folder" || true; } | awk -F'\t' 'NR > 1 && $5 { print $5, $2 ":" $3 }' | sort -u)
+  "$1" report "$folder" -o "$work/page.html"
+  page=$({ grep -oE '>KD[0-9]+</a> [^<]*<span class="note">[^<]*</span>' "$work/page.html" || true; } |
+    sed -E 's/>(KD[0-9]+)<.*:([0-9]+:[0-9]+)( \[.*)?<\/span>/\1 \2/' | sort -u)
+  [ "$found" = "$page" ] || { diff <(echo "$found") <(echo "$page"); exit 1; }
+done
+grep -q 'this line suppresses nothing: KD404' "$work/page.html"
+# Without an older file, or with a name that nothing has, there is no page.
+mkdir "$work/empty"
+for bad in "--against=$work/none.xml" "--against=$2/Types/StdXcvr.xml" "--against=$work/empty" --only=none --compare-models=none; do
+  status=0
+  "$1" report "$work/Vorlan.xml" "$bad" -o "$work/none.html" 2>"$work/message" || status=$?
+  if [ $status != 2 ] || [ ! -s "$work/message" ] || [ -e "$work/none.html" ]; then
+    echo "$bad: status $status, expected 2 and no page"
+    exit 1
+  fi
+done
 if ! command -v tidy >/dev/null; then
   echo "skipped: tidy is not installed"
   exit 77

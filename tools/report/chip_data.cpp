@@ -428,7 +428,14 @@ void writeLinks(Html &html, const Report &report, const ReportFile &file, const 
       "p", {{"class", "note"}},
       "A row lists the models in its columns: \xE2\x97\x8F both list each other, \xE2\x86\x92 only the row lists "
       "the column. Groups of models without a link between them stand apart.");
-  const auto findings = report.remarks->findings(document);
+  for (const Record &record : document.items(document.root(), collection)) {
+    const auto &change = report.remarks->changes(document, record.address);
+    if (change.kind == Remarks::ItemChange::Kind::kSame)
+      continue;
+    const bool isNew = change.kind == Remarks::ItemChange::Kind::kAdded;
+    html.element("h4", readable(nameOf(document, record), 60) + (isNew ? " is new" : " changed"));
+    writeRemarks(html, report, {&document, record, {}, {}});
+  }
   const auto matrices = html.in("div", {{"class", "matrices"}});
   for (const std::vector<std::string> &group : groupsOf(links)) {
     if (!report.only.empty() &&

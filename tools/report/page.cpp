@@ -48,9 +48,11 @@ void writeCollection(Html &html, const Report &report, const ReportFile &file, c
   const auto block = html.in("div", {{"class", "collection"}});
   (writer != kWriters.end() ? writer->second : writeTable)(html, report, file, collection);
   writeDropped(html, report, file, collection);
-  const std::vector<std::string> &removed = report.remarks->removed(file.loaded->main(), collection.shape->tag);
-  if (!removed.empty()) {
-    html.element("h4", "Removed");
+  for (const std::unique_ptr<Document> &document : file.loaded->parts()) {
+    const std::vector<std::string> &removed = report.remarks->removed(*document, collection.shape->tag);
+    if (removed.empty())
+      continue;
+    html.element("h4", "Removed since " + readable(report.remarks->since(*document)->name, 300));
     const auto list = html.in("ul", {{"class", "names"}});
     for (const std::string &name : removed) {
       const auto entry = html.in("li");
@@ -96,7 +98,12 @@ void writeFile(Html &html, const Report &report, const ReportFile &file) {
       const Record record = document.folderOf(document.root(), member);
       const Item item{&document, record, document.members(record), {}};
       const auto details = html.in("details", {{"class", "header"}});
-      html.element("summary", member.shape->tag);
+      {
+        const auto summary = html.in("summary");
+        html.text(member.shape->tag);
+        if (!report.remarks->changes(document, record.address).changes.empty())
+          html.text(" ").element("span", {{"class", "badge change"}}, "changed");
+      }
       writeRemarks(html, report, item);
       writeRecord(html, report, item);
     }
@@ -118,6 +125,32 @@ void writeNavigation(Html &html, const Report &report) {
         continue;
       const auto part = html.in("li");
       html.element("a", {{"href", "#" + anchorOf(file, member.shape->tag, "")}}, member.shape->tag);
+    }
+  }
+}
+
+/// How much changed since the other files, as diff counts it.
+void writeSince(Html &html, const Report &report) {
+  bool isFirst = true;
+  for (const ReportFile &file : report.files) {
+    if (file.loaded == nullptr)
+      continue;
+    for (const std::unique_ptr<Document> &part : file.loaded->parts()) {
+      const Remarks::Since *const since = report.remarks->since(*part);
+      if (since == nullptr)
+        continue;
+      if (isFirst)
+        html.element("h2", {{"id", "changes"}}, "What changed");
+      isFirst = false;
+      const std::string name = readable(part->name(), 300);
+      if (since->name.empty()) {
+        html.element("p", name + " is new: there is no older file of that name");
+        continue;
+      }
+      html.element("p", name + " since " + readable(since->name, 300) + ": " + countsText(since->comparison.total()));
+      const auto list = html.in("ul", {{"class", "since"}});
+      for (const auto &[tag, counts] : since->comparison.sections)
+        html.element("li", tag + ": " + countsText(counts));
     }
   }
 }
@@ -172,6 +205,9 @@ std::string reportPage(const Report &report) {
       writeNavigation(html, report);
     }
     const auto main = html.in("main", {{"id", "main"}});
+    for (const std::string &line : report.remarks->useless())
+      html.element("p", {{"class", "wrong"}}, readable(line));
+    writeSince(html, report);
     for (const ReportFile &file : report.files)
       writeFile(html, report, file);
     writeExplanations(html, report);

@@ -295,7 +295,7 @@ void writeRemarks(Html &html, const Report &report, const Item &item) {
   const auto &change = report.remarks->changes(*item.document, item.record.address);
   if (change.changes.empty())
     return;
-  html.element("h5", "Changed");
+  html.element("h5", "Changed: old text \xE2\x86\x92 new text");
   const auto scroll = html.in("div", {{"class", "scroll"}});
   const auto table = html.in("table", {{"class", "changes"}});
   const auto body = html.in("tbody");

@@ -1,6 +1,7 @@
 #include "tools/report/remarks.h"
 
-#include "tools/check/hits.h"
+#include "tools/address.h"
+#include "tools/check/known.h"
 
 namespace {
 
@@ -13,15 +14,46 @@ Outline::Index topOf(const CheckedFile &file, CheckedFile::Index record) {
   return file.record(record).element;
 }
 
+/// All that differs inside an item, by its road from there.
+std::vector<Remarks::Change> changesIn(const Differences &differences) {
+  using Kind = Remarks::Change::Kind;
+  struct Open {
+    const Differences *differences;
+    std::string road;
+  };
+  std::vector<Remarks::Change> changes;
+  std::vector<Open> open{{&differences, ""}};
+  while (!open.empty()) {
+    const Open at = std::move(open.back());
+    open.pop_back();
+    for (const TextChange &text : at.differences->texts)
+      changes.push_back({at.road + text.member, text.after, text.before, Kind::kChanged});
+    for (const ItemChange &item : at.differences->items) {
+      const std::string road = at.road + addressStep(item.key);
+      if (item.sign == Sign::kChanged)
+        open.push_back({&item.inside, road + "/"});
+      else
+        changes.push_back({road, "", "", item.sign == Sign::kAdded ? Kind::kRemoved : Kind::kAdded});
+    }
+    for (const SectionChange &section : at.differences->sections)
+      open.push_back({&section.inside, at.road + section.tag + "/"});
+  }
+  return changes;
+}
+
 } // namespace
 
 Remarks::Remarks(const std::vector<const Document *> &documents) {
   const Selection selection;
   std::vector<Checked> files;
+  KnownFindings looked;
   for (const Document *const document : documents) {
     Checked checked;
     checked.file = std::make_unique<CheckedFile>(Source{document->name(), document->path(), document->bytes()});
     checked.hits = std::make_unique<Hits>(*checked.file, selection);
+    if (KnownFile *const known = checked.file->folder().empty() ? nullptr : looked.findFor(*checked.file))
+      checked.hits->setKnown(
+          [known, file = checked.file.get()](const Hit &hit) { return KnownFindings::covers(*known, *file, hit); });
     files.push_back(std::move(checked));
   }
   judgeAll(files);
@@ -35,6 +67,39 @@ Remarks::Remarks(const std::vector<const Document *> &documents) {
       target.all.push_back(std::move(remark));
     }
   }
+  for (const auto &[known, line] : looked.useless(files))
+    m_useless.push_back(known->path + ":" + std::to_string(line->line) +
+                        ": this line suppresses nothing: " + line->text);
+}
+
+void Remarks::compare(const Document &now, const Document *before) {
+  File &file = m_files[&now];
+  file.since = std::make_unique<Since>();
+  if (before == nullptr)
+    return;
+  // From now to then, since the addresses have to be those of the file that is shown.
+  file.since->name = before->name();
+  file.since->comparison = ::compare(now, *before);
+  for (auto &[tag, counts] : file.since->comparison.sections)
+    std::swap(counts.added, counts.removed);
+  using Kind = ItemChange::Kind;
+  for (const SectionChange &section : file.since->comparison.differences.sections) {
+    if (section.inside.items.empty())
+      file.changes[section.tag] = {Kind::kChanged, changesIn(section.inside)};
+    for (const ::ItemChange &item : section.inside.items) {
+      if (item.sign == Sign::kAdded)
+        file.removed[section.tag].push_back(titleOf(item));
+      else if (item.sign == Sign::kRemoved)
+        file.changes[item.address] = {Kind::kAdded, {}};
+      else
+        file.changes[item.address] = {Kind::kChanged, changesIn(item.inside)};
+    }
+  }
+}
+
+const Remarks::Since *Remarks::since(const Document &document) const {
+  const auto file = m_files.find(&document);
+  return file != m_files.end() ? file->second.since.get() : nullptr;
 }
 
 const std::vector<Remarks::Remark> &Remarks::findings(const Document &document, Outline::Index element) const {
