@@ -39,6 +39,20 @@ for bad in "--against=$work/none.xml" "--against=$2/Types/StdXcvr.xml" "--agains
     exit 1
   fi
 done
+# Beside a file that cannot be read the others are shown; a data file is never written over.
+cp "$2/Types/StdXcvr.xml" "$work/kept.xml"
+for arguments in "$work/none.xml -o $work/page.html" "-o /dev/full" "-o $work/none/page.html" "-o $work/kept.xml"; do
+  status=0
+  # shellcheck disable=SC2086 # they are several words
+  "$1" report "$2/Types/Vorlan.xml" $arguments 2>"$work/message" || status=$?
+  if [ $status != 2 ] || [ ! -s "$work/message" ]; then
+    echo "$arguments: status $status, expected 2"
+    exit 1
+  fi
+done
+grep -q 'could not be read: .*No such file' "$work/page.html"
+grep -q 'Vorlan 4108' "$work/page.html"
+cmp "$2/Types/StdXcvr.xml" "$work/kept.xml"
 if ! command -v tidy >/dev/null; then
   echo "skipped: tidy is not installed"
   exit 77
