@@ -29,7 +29,7 @@ std::vector<Entry> entriesOf(const CheckedFile &file, const CheckedFile::Record 
 
 /// What a member says in an element of a section that is no item, such as a misspelt one. Programs do not see it.
 struct Stray {
-  std::size_t offset;
+  std::size_t offset = 0;
   std::optional<std::string> text;
 };
 std::vector<Stray> straysOf(const CheckedFile &file, std::string_view section, std::string_view tag);
@@ -53,7 +53,7 @@ public:
 
 private:
   struct Row {
-    std::size_t offset;
+    std::size_t offset = 0;
     std::optional<long long> number;
   };
   void findGaps();

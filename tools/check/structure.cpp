@@ -56,7 +56,7 @@ private:
   struct Place {
     const MemberShape *before = nullptr;
     const MemberShape *behind = nullptr;
-    std::vector<bool> *excused; // the members of the record that are not told as missing
+    std::vector<bool> *excused = nullptr; // the members of the record that are not told as missing
   };
   void unknownElement(Index number, Index element, const RecordShape &shape, const Place *place);
   void unknownAttribute(Index number, Index element, const Outline::Attribute &attribute, const Place *place);
