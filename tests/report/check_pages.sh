@@ -39,9 +39,40 @@ for bad in "--against=$work/none.xml" "--against=$2/Types/StdXcvr.xml" "--agains
     exit 1
   fi
 done
+# Beside a file that cannot be read the others are shown; a data file is never written over.
+cp "$2/Types/StdXcvr.xml" "$work/kept.xml"
+for arguments in "$work/none.xml -o $work/page.html" "-o /dev/full" "-o $work/none/page.html" "-o $work/kept.xml"; do
+  status=0
+  # shellcheck disable=SC2086 # they are several words
+  "$1" report "$2/Types/Vorlan.xml" $arguments 2>"$work/message" || status=$?
+  if [ $status != 2 ] || [ ! -s "$work/message" ]; then
+    echo "$arguments: status $status, expected 2"
+    exit 1
+  fi
+done
+grep -q 'could not be read: .*No such file' "$work/page.html"
+grep -q 'Vorlan 4108' "$work/page.html"
+cmp "$2/Types/StdXcvr.xml" "$work/kept.xml"
 if ! command -v tidy >/dev/null; then
   echo "skipped: tidy is not installed"
   exit 77
 fi
 # A warning is 1: its idea of a list of terms is older than the language.
-"$1" report --as-installed "$2/Types" --compare-models 66,100 | tidy -quiet -errors --show-warnings no || [ $? -lt 2 ]
+is_sound() { tidy -quiet -errors --show-warnings no "$@" || [ $? -lt 2 ]; }
+"$1" report --as-installed "$2/Types" --compare-models 66,100 | is_sound
+
+# A text of 10 MB, and those that would be a tag, end a style or turn the line round, change nothing in the page.
+long=$(head -c 10000000 /dev/zero | tr '\0' 'L')
+sed -f - "$2/Types/Vorlan.xml" >"$work/hostile.xml" <<EOF
+s|Name="Vorlan 2202"|Name="\&quot;>\&lt;img src=x onerror=alert(1)>"|
+s|Name="Vorlan 2204"|Name="\&lt;/style>]]\&gt;\&lt;/script>\&lt;!--"|
+s|Name="Vorlan 2208"|Name="\&#x2028;\&#x202E;\&amp;amp;\&#x5D0;"|
+s|Name="Vorlan 2401"|Name="$long"|
+0,/<Description>/s||&$long|
+EOF
+"$1" report "$work/hostile.xml" --only 'Vorlan 22*,16,18,21,32' --compare-models 16,18,21,32 -o "$work/page.html"
+is_sound "$work/page.html"
+if grep -q '<img\|onerror=.*alert(1)>' "$work/page.html" || [ "$(stat -c %s "$work/page.html")" -gt 1000000 ]; then
+  echo "the page has a tag out of a file, or whole texts many times"
+  exit 1
+fi

@@ -103,7 +103,7 @@ void writeModel(Html &html, const Report &report, const Schemes &schemes, const 
         html.element("p", {{"class", "wrong"}}, readable(complaint));
     }
     const auto facts = html.in("div");
-    html.element("h5", "Clock");
+    html.element("h4", "Clock");
     {
       const auto line = html.in("p");
       html.text("Ids " + readable(item.text("MinClockID"), 80) + " to " + readable(item.text("MaxClockID"), 80));
@@ -116,7 +116,7 @@ void writeModel(Html &html, const Report &report, const Schemes &schemes, const 
       else
         html.text(text + ", which is not in this file");
     }
-    html.element("h5", "Transceivers");
+    html.element("h4", "Transceivers");
     const std::vector<std::string> transceivers = partsOf(item.text("TransceiverList"), ";");
     if (transceivers.empty())
       html.element("p", {{"class", "note"}}, "None");

@@ -110,9 +110,22 @@ void writeFile(Html &html, const Report &report, const ReportFile &file) {
   }
 }
 
+/// Whether the page tells what changed.
+bool isCompared(const Report &report) {
+  return std::any_of(report.files.begin(), report.files.end(), [&](const ReportFile &file) {
+    return file.loaded != nullptr &&
+           std::any_of(file.loaded->parts().begin(), file.loaded->parts().end(),
+                       [&](const auto &part) { return report.remarks->since(*part) != nullptr; });
+  });
+}
+
 void writeNavigation(Html &html, const Report &report) {
   const auto navigation = html.in("nav", {{"aria-label", "Contents"}});
   const auto list = html.in("ul");
+  if (isCompared(report)) {
+    const auto entry = html.in("li");
+    html.element("a", {{"href", "#changes"}}, "What changed");
+  }
   for (const ReportFile &file : report.files) {
     const auto entry = html.in("li");
     html.element("a", {{"href", "#" + file.id}},
@@ -131,7 +144,9 @@ void writeNavigation(Html &html, const Report &report) {
 
 /// How much changed since the other files, as diff counts it.
 void writeSince(Html &html, const Report &report) {
-  bool isFirst = true;
+  if (!isCompared(report))
+    return;
+  html.element("h2", {{"id", "changes"}}, "What changed");
   for (const ReportFile &file : report.files) {
     if (file.loaded == nullptr)
       continue;
@@ -139,9 +154,6 @@ void writeSince(Html &html, const Report &report) {
       const Remarks::Since *const since = report.remarks->since(*part);
       if (since == nullptr)
         continue;
-      if (isFirst)
-        html.element("h2", {{"id", "changes"}}, "What changed");
-      isFirst = false;
       const std::string name = readable(part->name(), 300);
       if (since->name.empty()) {
         html.element("p", name + " is new: there is no older file of that name");

@@ -70,7 +70,7 @@ void writeMember(Html &html, const RecordShape &record, const Member &member, co
 /// The items of a collection inside a record, as a plain table.
 void writeInner(Html &html, const Document &document, const Record &record, const Member &collection) {
   const std::vector<Record> items = document.items(record, collection);
-  html.element("h5", collection.shape->tag);
+  html.element("h4", collection.shape->tag);
   if (items.empty()) {
     html.element("p", {{"class", "note"}}, "None");
     return;
@@ -264,7 +264,7 @@ void writeRecord(Html &html, const Report &report, const Item &item, const std::
     open.pop_back();
     const std::vector<Member> members = item.document->members(at.record);
     if (!at.road.empty())
-      html.element("h5", at.record.shape->tag);
+      html.element("h4", at.record.shape->tag);
     {
       const auto list = html.in("dl", {{"class", "members"}});
       for (const Member &member : members) {
@@ -295,7 +295,7 @@ void writeRemarks(Html &html, const Report &report, const Item &item) {
   const auto &change = report.remarks->changes(*item.document, item.record.address);
   if (change.changes.empty())
     return;
-  html.element("h5", "Changed: old text \xE2\x86\x92 new text");
+  html.element("h4", "Changed: old text \xE2\x86\x92 new text");
   const auto scroll = html.in("div", {{"class", "scroll"}});
   const auto table = html.in("table", {{"class", "changes"}});
   const auto body = html.in("tbody");
@@ -321,7 +321,7 @@ void writeMeanings(Html &html, const RecordShape &shape) {
     const RecordShape *const at = open.back();
     open.pop_back();
     if (at != &shape)
-      html.element("h5", at->tag);
+      html.element("h4", at->tag);
     {
       const auto list = html.in("dl", {{"class", "sentences"}});
       for (const MemberShape &member : at->members) {
