@@ -291,12 +291,14 @@ void Check::printLine(const Line &line) {
 void Check::print() {
   if (m_output.isTsv() && !m_output.quiet)
     printTsv({"File", "Line", "Column", "Level", "Number", "Message", "Record", "Address"});
-  if (m_options.files->asInstalled || m_options.files->files.empty()) {
+  const auto isMacro = [](const std::string &file) { return kindOfMacro(file) != nullptr; };
+  const std::vector<std::string> &given = m_options.files->files;
+  if (m_options.files->asInstalled || given.empty() || std::any_of(given.begin(), given.end(), isMacro)) {
     std::string names;
     for (const Checked &checked : m_files)
       names += (names.empty() ? "" : ", ") + checked.file->name();
     if (!names.empty())
-      say(shown(names, 100000) + "\n");
+      say("Files: " + shown(names, 100000) + "\n");
   }
   std::map<int, std::size_t> shownOf;
   std::map<int, std::size_t> found;

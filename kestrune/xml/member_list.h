@@ -53,7 +53,7 @@ struct MemberRow {
 };
 
 /// The rows that describe the members of a record, in file order; they live as long as the process. A std::span would
-/// do, but costs each file that includes this a twentieth of its compile time.
+/// do, but copies of it are slow to compile for every file that includes this.
 class MemberTable {
 public:
   constexpr MemberTable() = default; ///< No rows.
