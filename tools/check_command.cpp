@@ -294,11 +294,12 @@ void Check::print() {
   const auto isMacro = [](const std::string &file) { return kindOfMacro(file) != nullptr; };
   const std::vector<std::string> &given = m_options.files->files;
   if (m_options.files->asInstalled || given.empty() || std::any_of(given.begin(), given.end(), isMacro)) {
-    std::string names;
+    std::vector<std::string> names;
+    names.reserve(m_files.size());
     for (const Checked &checked : m_files)
-      names += (names.empty() ? "" : ", ") + checked.file->name();
+      names.push_back(checked.file->name());
     if (!names.empty())
-      say("Files: " + shown(names, 100000) + "\n");
+      say(filesLine(names));
   }
   std::map<int, std::size_t> shownOf;
   std::map<int, std::size_t> found;

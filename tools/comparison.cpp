@@ -2,6 +2,7 @@
 
 #include "tools/address.h"
 #include "tools/meanings.h"
+#include "tools/messages.h"
 #include "tools/table.h"
 #include "tools/texts.h"
 
@@ -337,6 +338,11 @@ Counts Comparison::total() const {
   for (const auto &[tag, counts] : sections)
     add(counts, sum);
   return sum;
+}
+
+void checkSameKind(const Document &a, const Document &b) {
+  if (a.kind() != b.kind())
+    throw CouldNotWork(a.name() + " is a file of " + a.kind()->name + ", and " + b.name() + " of " + b.kind()->name);
 }
 
 Comparison compare(const Document &before, const Document &after, const ComparisonOptions &options) {

@@ -71,6 +71,9 @@ struct Comparison {
   Counts total() const;
 };
 
+/// Throws CouldNotWork for two documents that are not of one kind.
+void checkSameKind(const Document &a, const Document &b);
+
 /// Compares two documents of one kind that were read as the same version. Items belong together by their key, or else
 /// by their name.
 Comparison compare(const Document &before, const Document &after, const ComparisonOptions &options = {});

@@ -65,9 +65,7 @@ Comparison compareFiles(const std::string &first, const std::string &other, cons
   std::string partsLine;
   const auto before = open(first, *options.files, partsLine);
   const auto after = open(other, *options.files, partsLine);
-  if (before->kind() != after->kind())
-    throw CouldNotWork(before->name() + " is a file of " + before->kind()->name + ", and " + after->name() + " of " +
-                       after->kind()->name);
+  checkSameKind(*before, *after);
   if (checksIgnored)
     checkIgnored({before->kind()}, options.comparison.ignored);
   if (!partsLine.empty() && options.output->isText() && !options.output->quiet)

@@ -208,6 +208,19 @@ std::string partNames(const Loaded &loaded) {
   return names;
 }
 
+std::string filesLine(const std::vector<std::string> &files) {
+  std::string names;
+  for (const std::string &file : files)
+    names += (names.empty() ? "" : ", ") + shown(file);
+  return "Files: " + names + "\n";
+}
+
 std::string filesLine(const Loaded &loaded) {
-  return loaded.isAsInstalled() ? "Files: " + shown(partNames(loaded)) + "\n" : "";
+  if (!loaded.isAsInstalled())
+    return {};
+  std::vector<std::string> files;
+  files.reserve(loaded.parts().size());
+  for (const std::unique_ptr<Document> &part : loaded.parts())
+    files.push_back(part->name());
+  return filesLine(files);
 }

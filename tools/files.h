@@ -74,5 +74,7 @@ int forEachFile(const FileOptions &options, const std::function<int(const std::s
 /// The names of the files that took part: "A.xml, A-1.xml".
 std::string partNames(const Loaded &loaded);
 
-/// The first line of an answer about what programs get, "Files: A.xml, A-1.xml" with its end; else nothing.
+/// The first line of an answer about what programs get, with its end: "Files: A.xml, A-1.xml".
+std::string filesLine(const std::vector<std::string> &files);
+/// That line of what was loaded as programs get it; else nothing.
 std::string filesLine(const Loaded &loaded);

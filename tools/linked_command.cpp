@@ -203,12 +203,8 @@ private:
   }
 
   void printFiles() const {
-    if (!m_links.isAsInstalled)
-      return;
-    std::string names;
-    for (const std::string &file : m_links.files)
-      names += (names.empty() ? "" : ", ") + shown(file);
-    std::cout << "Files: " << names << '\n';
+    if (m_links.isAsInstalled)
+      std::cout << filesLine(m_links.files);
   }
 
   static const char *direction(bool to, bool from) { return to && from ? "both" : to ? "to" : from ? "from" : "none"; }

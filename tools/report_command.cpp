@@ -188,9 +188,8 @@ void compareWith(const std::string &against, const FileOptions &files, Report &r
         std::unique_ptr<Document> document;
         if (std::filesystem::exists(before, ignored))
           document = openDocument(before.string());
-        if (document != nullptr && document->kind() != part->kind())
-          throw CouldNotWork(document->name() + " is a file of " + document->kind()->name + ", and " + part->name() +
-                             " of " + part->kind()->name);
+        if (document != nullptr)
+          checkSameKind(*document, *part);
         report.remarks->compare(*part, document.get());
         isCompared = isCompared || document != nullptr;
       }
