@@ -86,10 +86,22 @@ public:
   const CClockingScheme *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CClockingScheme> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CClockingScheme> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CClockingScheme> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CClockingScheme> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CClockingScheme>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CClockingScheme>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CClockingScheme>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CClockingScheme>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// The first scheme with that number, or null. Throws CKRXException* (text 101) when it reaches one whose "Id" is not
   /// a number. @{

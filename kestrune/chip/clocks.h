@@ -70,10 +70,22 @@ public:
   const CMultiplier *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CMultiplier> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CMultiplier> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CMultiplier> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CMultiplier> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CMultiplier>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CMultiplier>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CMultiplier>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CMultiplier>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// The first item with that "Value", or null; values that differ by no more than DBL_EPSILON count as equal. Throws
   /// CKRXException* (text 101) when it reaches an item whose "Value" is not a number. @{
@@ -142,10 +154,22 @@ public:
   const COscillator *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<COscillator> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<COscillator> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const COscillator> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const COscillator> end() const { return {m_items, m_items.size()}; }
+  template <class Item = COscillator>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = COscillator>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const COscillator>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const COscillator>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// The first item with that "Value", or null; the default oscillator if the collection is empty. Throws
   /// CKRXException* (text 101) when it reaches an item whose "Value" is not a number. @{
@@ -239,10 +263,22 @@ public:
   const CClock *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CClock> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CClock> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CClock> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CClock> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CClock>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CClock>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CClock>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CClock>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// The first item with that "Value", in kHz, or null; values that differ by no more than DBL_EPSILON count as equal.
   /// Throws CKRXException* (text 101) when it reaches an item whose "Value" is not a number. @{

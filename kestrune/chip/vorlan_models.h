@@ -23,10 +23,22 @@ public:
   const CVorlanModel *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CVorlanModel> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CVorlanModel> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CVorlanModel> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CVorlanModel> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CVorlanModel>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CVorlanModel>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CVorlanModel>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CVorlanModel>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// The first item with that key, case-insensitive, or null. @{
   CVorlanModel *Find(const char *key);
@@ -61,10 +73,22 @@ public:
   const CVorlanModel2 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CVorlanModel2> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CVorlanModel2> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CVorlanModel2> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CVorlanModel2> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CVorlanModel2>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CVorlanModel2>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CVorlanModel2>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CVorlanModel2>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// \copydoc CVorlanModels::Find
   /// @{
@@ -101,10 +125,22 @@ public:
   const CVorlanModel3 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CVorlanModel3> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CVorlanModel3> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CVorlanModel3> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CVorlanModel3> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CVorlanModel3>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CVorlanModel3>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CVorlanModel3>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CVorlanModel3>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// \copydoc CVorlanModels::Find
   /// @{
@@ -141,10 +177,22 @@ public:
   const CVorlanModel4 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CVorlanModel4> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CVorlanModel4> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CVorlanModel4> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CVorlanModel4> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CVorlanModel4>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CVorlanModel4>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CVorlanModel4>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CVorlanModel4>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// \copydoc CVorlanModels::Find
   /// @{

@@ -88,10 +88,22 @@ public:
   const CTKDeviceClass *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CTKDeviceClass> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CTKDeviceClass> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CTKDeviceClass> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CTKDeviceClass> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CTKDeviceClass>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CTKDeviceClass>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CTKDeviceClass>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CTKDeviceClass>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// The first item with that name, case-insensitive, or null. @{
   CTKDeviceClass *Find(const char *name);
@@ -122,10 +134,22 @@ public:
   const CTKDeviceClass2 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CTKDeviceClass2> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CTKDeviceClass2> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CTKDeviceClass2> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CTKDeviceClass2> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CTKDeviceClass2>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CTKDeviceClass2>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CTKDeviceClass2>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CTKDeviceClass2>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// \copydoc CTKDeviceClasses::Find
   /// @{

@@ -87,10 +87,22 @@ public:
   const CXMLPair *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CXMLPair> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CXMLPair> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CXMLPair> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CXMLPair> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CXMLPair>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CXMLPair>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CXMLPair>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CXMLPair>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// The first row with that name, case-insensitive, or null. @{
   CXMLPair *Find(const char *name);
@@ -123,10 +135,22 @@ public:
   const CXMLNameHexPair *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CXMLNameHexPair> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CXMLNameHexPair> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CXMLNameHexPair> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CXMLNameHexPair> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CXMLNameHexPair>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CXMLNameHexPair>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CXMLNameHexPair>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CXMLNameHexPair>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// The first row with that name, case-insensitive, or null. @{
   CXMLNameHexPair *Find(const char *name);

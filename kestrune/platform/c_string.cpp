@@ -81,6 +81,11 @@ CString &CString::operator=(const char *text) {
 
 CString &CString::operator=(const wchar_t *text) { return *this = CString(text); }
 
+CString &CString::operator+=(char character) {
+  append({&character, 1});
+  return *this;
+}
+
 CString &CString::operator+=(const char *text) {
   append(orEmpty(text));
   return *this;

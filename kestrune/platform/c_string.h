@@ -94,7 +94,7 @@ public:
   /// Appends the text or character; null counts as empty. @{
   CString &operator+=(const CString &text) { return append(text.View()), *this; }
   CString &operator+=(const char *text);
-  CString &operator+=(char character) { return append({&character, 1}), *this; }
+  CString &operator+=(char character);
   template <kestrune::StandardText Text>
   CString &operator+=(const Text &text) {
     append(text);
@@ -105,7 +105,15 @@ public:
   /// The text; valid until the object changes. @{
   operator const char *() const noexcept { return data(); }
   const char *c_str() const noexcept { return data(); }
-  std::string_view View() const noexcept { return {data(), size()}; }
+#ifdef __clang__
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wbraced-scalar-init"
+#endif
+  // Without the braces around the length, each file that includes this would also check the concepts of an iterator.
+  std::string_view View() const noexcept { return {data(), {size()}}; }
+#ifdef __clang__
+#pragma GCC diagnostic pop
+#endif
   ///@}
 
 #ifndef __clang__
@@ -207,7 +215,9 @@ public:
            (!(a.isInPlace() && b.isInPlace()) && a.View() == b.View());
   }
   friend bool operator==(const CString &a, const char *b) { return a.Compare(b) == 0; }
-  friend std::strong_ordering operator<=>(const CString &a, const CString &b) noexcept { return a.View() <=> b.View(); }
+  friend std::strong_ordering operator<=>(const CString &a, const CString &b) noexcept {
+    return a.View().compare(b.View()) <=> 0;
+  }
   friend std::strong_ordering operator<=>(const CString &a, const char *b) { return a.Compare(b) <=> 0; }
   template <kestrune::StandardText Text>
   friend bool operator==(const CString &a, const Text &b) noexcept {

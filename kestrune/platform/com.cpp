@@ -22,9 +22,10 @@ _com_error::~_com_error() = default;
 void _com_issue_error(HRESULT error) { throw _com_error(error); }
 
 std::wstring &_bstr_t::wide() const {
-  if (!m_wide)
+  if (!m_isWide)
     m_wide = kestrune::platform::TextToWide(m_text.View());
-  return *m_wide;
+  m_isWide = true;
+  return m_wide;
 }
 
 _bstr_t::operator const wchar_t *() const { return wide().c_str(); }

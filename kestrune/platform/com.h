@@ -4,7 +4,6 @@
 #include "kestrune/platform/c_string.h"
 #include "kestrune/platform/types.h"
 
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -120,7 +119,8 @@ private:
   std::wstring &wide() const;
 
   CString m_text;
-  mutable std::optional<std::wstring> m_wide;
+  mutable std::wstring m_wide;
+  mutable bool m_isWide = false; // whether m_wide was made
 };
 
 using VARTYPE = unsigned short; ///< What a variant contains: VT_NULL or VT_BSTR.

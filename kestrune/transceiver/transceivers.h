@@ -111,10 +111,22 @@ public:
   const CTransceiver *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CTransceiver> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CTransceiver> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CTransceiver> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CTransceiver> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CTransceiver>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CTransceiver>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CTransceiver>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CTransceiver>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// The first item with that name, case-insensitive, or null. @{
   CTransceiver *Find(const char *name);
@@ -146,10 +158,22 @@ public:
   const CTransceiver2 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CTransceiver2> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CTransceiver2> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CTransceiver2> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CTransceiver2> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CTransceiver2>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CTransceiver2>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CTransceiver2>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CTransceiver2>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// \copydoc CTransceivers::Find
   /// @{
@@ -182,10 +206,22 @@ public:
   const CTransceiver3 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  kestrune::ItemIterator<CTransceiver3> begin() { return {m_items, 0}; }
-  kestrune::ItemIterator<CTransceiver3> end() { return {m_items, m_items.size()}; }
-  kestrune::ItemIterator<const CTransceiver3> begin() const { return {m_items, 0}; }
-  kestrune::ItemIterator<const CTransceiver3> end() const { return {m_items, m_items.size()}; }
+  template <class Item = CTransceiver3>
+  kestrune::ItemIterator<Item> begin() {
+    return {m_items, 0};
+  }
+  template <class Item = CTransceiver3>
+  kestrune::ItemIterator<Item> end() {
+    return {m_items, m_items.size()};
+  }
+  template <class Item = const CTransceiver3>
+  kestrune::ItemIterator<Item> begin() const {
+    return {m_items, 0};
+  }
+  template <class Item = const CTransceiver3>
+  kestrune::ItemIterator<Item> end() const {
+    return {m_items, m_items.size()};
+  }
   ///@}
   /// \copydoc CTransceivers::Find
   /// @{

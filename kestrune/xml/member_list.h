@@ -196,8 +196,8 @@ public:
   const_iterator &operator-=(difference_type offset) { return m_index -= offset, *this; }
   const_iterator &operator++() { return *this += 1; }
   const_iterator &operator--() { return *this -= 1; }
-  const_iterator operator++(int) { return std::exchange(*this, *this + 1); }
-  const_iterator operator--(int) { return std::exchange(*this, *this - 1); }
+  const_iterator operator++(int) { return ++*this - 1; }
+  const_iterator operator--(int) { return --*this + 1; }
 
   friend const_iterator operator+(const_iterator at, difference_type offset) { return at += offset; }
   friend const_iterator operator+(difference_type offset, const_iterator at) { return at += offset; }

@@ -176,6 +176,8 @@ void CXMLCollectionFolder::removeAt(std::size_t index) {
     m_batch->forget();
 }
 
+void CXMLCollectionFolder::reserve(std::size_t count) { m_items.reserve(count); }
+
 void CXMLCollectionFolder::Clear() {
   m_modified = 1;
   m_items.clear();

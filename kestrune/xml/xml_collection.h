@@ -23,9 +23,11 @@ KESTRUNE_API ItemClass ItemClassOf(CXMLCollectionFolder &collection);
 /// collection has pointers.
 class ItemPointer : public std::unique_ptr<CXMLFolder> {
 public:
-  using std::unique_ptr<CXMLFolder>::unique_ptr;
-  /// Takes the item over.
+  ItemPointer() = default; ///< Null.
+  /// Takes the item over. @{
+  explicit ItemPointer(CXMLFolder *item) noexcept : std::unique_ptr<CXMLFolder>(item) {}
   ItemPointer(std::unique_ptr<CXMLFolder> item) noexcept : std::unique_ptr<CXMLFolder>(std::move(item)) {}
+  ///@}
   /// The item, which stays the collection's.
   operator CXMLFolder *() const noexcept { return get(); }
 };
@@ -192,7 +194,7 @@ protected:
     if (this == &rhs)
       return;
     CXMLCollectionFolder::operator=(rhs);
-    m_items.reserve(rhs.CXMLCollectionFolder::m_items.size());
+    reserve(rhs.CXMLCollectionFolder::m_items.size());
     const Batch batch(*this, true);
     for (const auto &source : rhs.CXMLCollectionFolder::m_items) {
       if (CXMLFolder *const item = AddCollectionItem("Dummy"))
@@ -276,6 +278,9 @@ private:
   };
 
   friend kestrune::ItemClass kestrune::ItemClassOf(CXMLCollectionFolder &collection);
+
+  /// Makes room for `count` items.
+  void reserve(std::size_t count);
 
   Batch *m_batch = nullptr; // the innermost that exists
 };
