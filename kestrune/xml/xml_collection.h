@@ -23,11 +23,9 @@ KESTRUNE_API ItemClass ItemClassOf(CXMLCollectionFolder &collection);
 /// collection has pointers.
 class ItemPointer : public std::unique_ptr<CXMLFolder> {
 public:
-  ItemPointer() = default; ///< Null.
-  /// Takes the item over. @{
-  explicit ItemPointer(CXMLFolder *item) noexcept : std::unique_ptr<CXMLFolder>(item) {}
+  using std::unique_ptr<CXMLFolder>::unique_ptr;
+  /// Takes the item over.
   ItemPointer(std::unique_ptr<CXMLFolder> item) noexcept : std::unique_ptr<CXMLFolder>(std::move(item)) {}
-  ///@}
   /// The item, which stays the collection's.
   operator CXMLFolder *() const noexcept { return get(); }
 };
