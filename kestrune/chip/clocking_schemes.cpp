@@ -77,6 +77,10 @@ void CClockingSchemes::Init() {
 long CClockingSchemes::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
 void CClockingSchemes::pushMembers() {}
 CXMLFolder *CClockingSchemes::NewFolder() { return new CClockingScheme; }
+kestrune::ItemIterator<CClockingScheme> CClockingSchemes::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CClockingScheme> CClockingSchemes::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CClockingScheme> CClockingSchemes::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CClockingScheme> CClockingSchemes::end() const { return {m_items, m_items.size()}; }
 
 CClockingScheme *CClockingSchemes::Add(const char *key) {
   return static_cast<CClockingScheme *>(AddCollectionItem(key));

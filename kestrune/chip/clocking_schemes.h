@@ -86,22 +86,10 @@ public:
   const CClockingScheme *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CClockingScheme>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CClockingScheme>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CClockingScheme>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CClockingScheme>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CClockingScheme> begin();
+  kestrune::ItemIterator<CClockingScheme> end();
+  kestrune::ItemIterator<const CClockingScheme> begin() const;
+  kestrune::ItemIterator<const CClockingScheme> end() const;
   ///@}
   /// The first scheme with that number, or null. Throws CKRXException* (text 101) when it reaches one whose "Id" is not
   /// a number. @{

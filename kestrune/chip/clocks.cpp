@@ -52,6 +52,10 @@ void CMultipliers::Init() {
 
 long CMultipliers::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
 CXMLFolder *CMultipliers::NewFolder() { return new CMultiplier; }
+kestrune::ItemIterator<CMultiplier> CMultipliers::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CMultiplier> CMultipliers::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CMultiplier> CMultipliers::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CMultiplier> CMultipliers::end() const { return {m_items, m_items.size()}; }
 
 CMultiplier *CMultipliers::operator[](int index) {
   return static_cast<CMultiplier *>(CXMLCollectionFolder::operator[](index));
@@ -109,6 +113,10 @@ void COscillators::Init() {
 
 long COscillators::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
 CXMLFolder *COscillators::NewFolder() { return new COscillator; }
+kestrune::ItemIterator<COscillator> COscillators::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<COscillator> COscillators::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const COscillator> COscillators::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const COscillator> COscillators::end() const { return {m_items, m_items.size()}; }
 
 COscillator *COscillators::operator[](int index) {
   return static_cast<COscillator *>(CXMLCollectionFolder::operator[](index));
@@ -122,7 +130,7 @@ COscillator *COscillators::findOrDefault(Matches matches) {
     m_default->Init();
   else
     m_default = std::make_unique<COscillator>();
-  return m_default.get();
+  return static_cast<COscillator *>(m_default.get());
 }
 
 COscillator *COscillators::Find(int value) {
@@ -197,6 +205,10 @@ void CClocks::Init() {
 
 long CClocks::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
 CXMLFolder *CClocks::NewFolder() { return new CClock; }
+kestrune::ItemIterator<CClock> CClocks::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CClock> CClocks::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CClock> CClocks::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CClock> CClocks::end() const { return {m_items, m_items.size()}; }
 CClock *CClocks::operator[](int index) { return static_cast<CClock *>(CXMLCollectionFolder::operator[](index)); }
 
 CClock *CClocks::Find(double value) {

@@ -2,8 +2,6 @@
 
 #include "kestrune/xml/xml_collection.h"
 
-#include <memory>
-
 /// \file
 /// The clock rates of a clocking scheme, each with its multipliers and oscillators.
 ///
@@ -70,22 +68,10 @@ public:
   const CMultiplier *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CMultiplier>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CMultiplier>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CMultiplier>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CMultiplier>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CMultiplier> begin();
+  kestrune::ItemIterator<CMultiplier> end();
+  kestrune::ItemIterator<const CMultiplier> begin() const;
+  kestrune::ItemIterator<const CMultiplier> end() const;
   ///@}
   /// The first item with that "Value", or null; values that differ by no more than DBL_EPSILON count as equal. Throws
   /// CKRXException* (text 101) when it reaches an item whose "Value" is not a number. @{
@@ -154,22 +140,10 @@ public:
   const COscillator *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = COscillator>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = COscillator>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const COscillator>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const COscillator>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<COscillator> begin();
+  kestrune::ItemIterator<COscillator> end();
+  kestrune::ItemIterator<const COscillator> begin() const;
+  kestrune::ItemIterator<const COscillator> end() const;
   ///@}
   /// The first item with that "Value", or null; the default oscillator if the collection is empty. Throws
   /// CKRXException* (text 101) when it reaches an item whose "Value" is not a number. @{
@@ -193,7 +167,7 @@ private:
   template <class Matches>
   COscillator *findOrDefault(Matches matches);
 
-  mutable std::unique_ptr<COscillator> m_default; // created at the first search that needs it
+  mutable kestrune::ItemPointer m_default; // created at the first search that needs it
 };
 
 /// A clock rate with its multipliers and oscillators.
@@ -263,22 +237,10 @@ public:
   const CClock *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CClock>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CClock>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CClock>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CClock>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CClock> begin();
+  kestrune::ItemIterator<CClock> end();
+  kestrune::ItemIterator<const CClock> begin() const;
+  kestrune::ItemIterator<const CClock> end() const;
   ///@}
   /// The first item with that "Value", in kHz, or null; values that differ by no more than DBL_EPSILON count as equal.
   /// Throws CKRXException* (text 101) when it reaches an item whose "Value" is not a number. @{

@@ -44,6 +44,12 @@ void CLinkCompatibleModels::Init() {
 
 long CLinkCompatibleModels::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
 CXMLFolder *CLinkCompatibleModels::NewFolder() { return new CLinkCompatibleModel; }
+kestrune::ItemIterator<CLinkCompatibleModel> CLinkCompatibleModels::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CLinkCompatibleModel> CLinkCompatibleModels::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CLinkCompatibleModel> CLinkCompatibleModels::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CLinkCompatibleModel> CLinkCompatibleModels::end() const {
+  return {m_items, m_items.size()};
+}
 
 CLinkCompatibleModel *CLinkCompatibleModels::Add(const char *name) {
   return addKeyed<CLinkCompatibleModel>(name, &CLinkCompatibleModel::Name);

@@ -46,22 +46,10 @@ public:
   const CLinkCompatibleModel *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CLinkCompatibleModel>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CLinkCompatibleModel>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CLinkCompatibleModel>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CLinkCompatibleModel>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CLinkCompatibleModel> begin();
+  kestrune::ItemIterator<CLinkCompatibleModel> end();
+  kestrune::ItemIterator<const CLinkCompatibleModel> begin() const;
+  kestrune::ItemIterator<const CLinkCompatibleModel> end() const;
   ///@}
   /// The first item with that name, case-insensitive, or null. @{
   CLinkCompatibleModel *Find(const char *key);

@@ -63,6 +63,10 @@ void CNVMemoryTypes::Init() {
 long CNVMemoryTypes::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
 void CNVMemoryTypes::pushMembers() { m_members.clear(); }
 CXMLFolder *CNVMemoryTypes::NewFolder() { return new CNVMemoryType; }
+kestrune::ItemIterator<CNVMemoryType> CNVMemoryTypes::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CNVMemoryType> CNVMemoryTypes::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CNVMemoryType> CNVMemoryTypes::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CNVMemoryType> CNVMemoryTypes::end() const { return {m_items, m_items.size()}; }
 
 CNVMemoryType *CNVMemoryTypes::Add(const char *key, const char *name) {
   auto *const item = addKeyed<CNVMemoryType>(key, &CNVMemoryType::m_key);

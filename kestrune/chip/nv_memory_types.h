@@ -71,22 +71,10 @@ public:
   const CNVMemoryType *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CNVMemoryType>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CNVMemoryType>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CNVMemoryType>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CNVMemoryType>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CNVMemoryType> begin();
+  kestrune::ItemIterator<CNVMemoryType> end();
+  kestrune::ItemIterator<const CNVMemoryType> begin() const;
+  kestrune::ItemIterator<const CNVMemoryType> end() const;
   ///@}
   /// The first item with that key, case-insensitive, or null. @{
   CNVMemoryType *Find(const char *key);

@@ -22,6 +22,10 @@ void CVorlanModels::Init() {
 
 long CVorlanModels::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
 CXMLFolder *CVorlanModels::NewFolder() { return kestrune::BlockItem<CVorlanModel>::make(this, m_items); }
+kestrune::ItemIterator<CVorlanModel> CVorlanModels::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CVorlanModel> CVorlanModels::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CVorlanModel> CVorlanModels::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CVorlanModel> CVorlanModels::end() const { return {m_items, m_items.size()}; }
 CVorlanModel *CVorlanModels::Add(const char *name) { return addKeyed<CVorlanModel>(name, &CVorlanModel::Name); }
 
 CVorlanModel *CVorlanModels::operator[](int index) {
@@ -50,6 +54,10 @@ CVorlanModels2 &CVorlanModels2::operator=(const CVorlanModels2 &rhs) {
 void CVorlanModels2::Init() { CVorlanModels::Init(); }
 long CVorlanModels2::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
 CXMLFolder *CVorlanModels2::NewFolder() { return kestrune::BlockItem<CVorlanModel2>::make(this, m_items); }
+kestrune::ItemIterator<CVorlanModel2> CVorlanModels2::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CVorlanModel2> CVorlanModels2::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CVorlanModel2> CVorlanModels2::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CVorlanModel2> CVorlanModels2::end() const { return {m_items, m_items.size()}; }
 CVorlanModel2 *CVorlanModels2::Add(const char *name) { return static_cast<CVorlanModel2 *>(CVorlanModels::Add(name)); }
 
 CVorlanModel2 *CVorlanModels2::operator[](int index) {
@@ -74,6 +82,10 @@ CVorlanModels3 &CVorlanModels3::operator=(const CVorlanModels3 &rhs) {
 void CVorlanModels3::Init() { CVorlanModels2::Init(); }
 long CVorlanModels3::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
 CXMLFolder *CVorlanModels3::NewFolder() { return kestrune::BlockItem<CVorlanModel3>::make(this, m_items); }
+kestrune::ItemIterator<CVorlanModel3> CVorlanModels3::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CVorlanModel3> CVorlanModels3::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CVorlanModel3> CVorlanModels3::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CVorlanModel3> CVorlanModels3::end() const { return {m_items, m_items.size()}; }
 CVorlanModel3 *CVorlanModels3::Add(const char *name) { return static_cast<CVorlanModel3 *>(CVorlanModels::Add(name)); }
 
 CVorlanModel3 *CVorlanModels3::operator[](int index) {
@@ -98,6 +110,10 @@ CVorlanModels4 &CVorlanModels4::operator=(const CVorlanModels4 &rhs) {
 void CVorlanModels4::Init() { CVorlanModels3::Init(); }
 long CVorlanModels4::Load(MSXML::IXMLDOMElement *parent) { return CXMLCollectionFolder::Load(parent); }
 CXMLFolder *CVorlanModels4::NewFolder() { return kestrune::BlockItem<CVorlanModel4>::make(this, m_items); }
+kestrune::ItemIterator<CVorlanModel4> CVorlanModels4::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CVorlanModel4> CVorlanModels4::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CVorlanModel4> CVorlanModels4::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CVorlanModel4> CVorlanModels4::end() const { return {m_items, m_items.size()}; }
 CVorlanModel4 *CVorlanModels4::Add(const char *name) { return static_cast<CVorlanModel4 *>(CVorlanModels::Add(name)); }
 
 CVorlanModel4 *CVorlanModels4::operator[](int index) {

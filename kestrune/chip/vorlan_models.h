@@ -23,22 +23,10 @@ public:
   const CVorlanModel *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CVorlanModel>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CVorlanModel>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CVorlanModel>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CVorlanModel>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CVorlanModel> begin();
+  kestrune::ItemIterator<CVorlanModel> end();
+  kestrune::ItemIterator<const CVorlanModel> begin() const;
+  kestrune::ItemIterator<const CVorlanModel> end() const;
   ///@}
   /// The first item with that key, case-insensitive, or null. @{
   CVorlanModel *Find(const char *key);
@@ -73,22 +61,10 @@ public:
   const CVorlanModel2 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CVorlanModel2>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CVorlanModel2>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CVorlanModel2>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CVorlanModel2>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CVorlanModel2> begin();
+  kestrune::ItemIterator<CVorlanModel2> end();
+  kestrune::ItemIterator<const CVorlanModel2> begin() const;
+  kestrune::ItemIterator<const CVorlanModel2> end() const;
   ///@}
   /// \copydoc CVorlanModels::Find
   /// @{
@@ -125,22 +101,10 @@ public:
   const CVorlanModel3 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CVorlanModel3>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CVorlanModel3>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CVorlanModel3>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CVorlanModel3>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CVorlanModel3> begin();
+  kestrune::ItemIterator<CVorlanModel3> end();
+  kestrune::ItemIterator<const CVorlanModel3> begin() const;
+  kestrune::ItemIterator<const CVorlanModel3> end() const;
   ///@}
   /// \copydoc CVorlanModels::Find
   /// @{
@@ -177,22 +141,10 @@ public:
   const CVorlanModel4 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CVorlanModel4>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CVorlanModel4>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CVorlanModel4>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CVorlanModel4>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CVorlanModel4> begin();
+  kestrune::ItemIterator<CVorlanModel4> end();
+  kestrune::ItemIterator<const CVorlanModel4> begin() const;
+  kestrune::ItemIterator<const CVorlanModel4> end() const;
   ///@}
   /// \copydoc CVorlanModels::Find
   /// @{

@@ -111,6 +111,10 @@ CTKDeviceClass *CTKDeviceClasses::FindByNumber(int major, int minor) {
 }
 
 CXMLFolder *CTKDeviceClasses::NewFolder() { return rows::make<CTKDeviceClass>(m_itemTag); }
+kestrune::ItemIterator<CTKDeviceClass> CTKDeviceClasses::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CTKDeviceClass> CTKDeviceClasses::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CTKDeviceClass> CTKDeviceClasses::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CTKDeviceClass> CTKDeviceClasses::end() const { return {m_items, m_items.size()}; }
 
 CTKDeviceClasses2::CTKDeviceClasses2() = default;
 CTKDeviceClasses2::CTKDeviceClasses2(const CTKDeviceClasses2 &rhs) : CTKDeviceClasses2() { *this = rhs; }
@@ -136,3 +140,7 @@ CTKDeviceClass2 *CTKDeviceClasses2::FindByNumber(int major, int minor) {
 }
 
 CXMLFolder *CTKDeviceClasses2::NewFolder() { return rows::make<CTKDeviceClass2>(m_itemTag); }
+kestrune::ItemIterator<CTKDeviceClass2> CTKDeviceClasses2::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CTKDeviceClass2> CTKDeviceClasses2::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CTKDeviceClass2> CTKDeviceClasses2::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CTKDeviceClass2> CTKDeviceClasses2::end() const { return {m_items, m_items.size()}; }

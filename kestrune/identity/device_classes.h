@@ -88,22 +88,10 @@ public:
   const CTKDeviceClass *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CTKDeviceClass>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CTKDeviceClass>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CTKDeviceClass>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CTKDeviceClass>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CTKDeviceClass> begin();
+  kestrune::ItemIterator<CTKDeviceClass> end();
+  kestrune::ItemIterator<const CTKDeviceClass> begin() const;
+  kestrune::ItemIterator<const CTKDeviceClass> end() const;
   ///@}
   /// The first item with that name, case-insensitive, or null. @{
   CTKDeviceClass *Find(const char *name);
@@ -134,22 +122,10 @@ public:
   const CTKDeviceClass2 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CTKDeviceClass2>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CTKDeviceClass2>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CTKDeviceClass2>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CTKDeviceClass2>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CTKDeviceClass2> begin();
+  kestrune::ItemIterator<CTKDeviceClass2> end();
+  kestrune::ItemIterator<const CTKDeviceClass2> begin() const;
+  kestrune::ItemIterator<const CTKDeviceClass2> end() const;
   ///@}
   /// \copydoc CTKDeviceClasses::Find
   /// @{

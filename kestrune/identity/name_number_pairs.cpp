@@ -102,6 +102,10 @@ CXMLPair *CXMLPairCollection::FindByNumber(const char *number) {
 }
 
 CXMLFolder *CXMLPairCollection::NewFolder() { return rows::make<CXMLPair>(m_itemTag); }
+kestrune::ItemIterator<CXMLPair> CXMLPairCollection::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CXMLPair> CXMLPairCollection::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CXMLPair> CXMLPairCollection::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CXMLPair> CXMLPairCollection::end() const { return {m_items, m_items.size()}; }
 
 CXMLNameHexPairs::CXMLNameHexPairs() { CXMLNameHexPairs::Init(); }
 CXMLNameHexPairs::CXMLNameHexPairs(const CXMLNameHexPairs &rhs) : CXMLNameHexPairs() { *this = rhs; }
@@ -132,3 +136,7 @@ CXMLNameHexPair *CXMLNameHexPairs::FindByNumber(const char *number) {
 }
 
 CXMLFolder *CXMLNameHexPairs::NewFolder() { return rows::make<CXMLNameHexPair>(m_itemTag); }
+kestrune::ItemIterator<CXMLNameHexPair> CXMLNameHexPairs::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CXMLNameHexPair> CXMLNameHexPairs::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CXMLNameHexPair> CXMLNameHexPairs::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CXMLNameHexPair> CXMLNameHexPairs::end() const { return {m_items, m_items.size()}; }

@@ -87,22 +87,10 @@ public:
   const CXMLPair *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CXMLPair>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CXMLPair>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CXMLPair>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CXMLPair>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CXMLPair> begin();
+  kestrune::ItemIterator<CXMLPair> end();
+  kestrune::ItemIterator<const CXMLPair> begin() const;
+  kestrune::ItemIterator<const CXMLPair> end() const;
   ///@}
   /// The first row with that name, case-insensitive, or null. @{
   CXMLPair *Find(const char *name);
@@ -135,22 +123,10 @@ public:
   const CXMLNameHexPair *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CXMLNameHexPair>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CXMLNameHexPair>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CXMLNameHexPair>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CXMLNameHexPair>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CXMLNameHexPair> begin();
+  kestrune::ItemIterator<CXMLNameHexPair> end();
+  kestrune::ItemIterator<const CXMLNameHexPair> begin() const;
+  kestrune::ItemIterator<const CXMLNameHexPair> end() const;
   ///@}
   /// The first row with that name, case-insensitive, or null. @{
   CXMLNameHexPair *Find(const char *name);

@@ -118,6 +118,10 @@ CTransceiver *CTransceivers::FindByID(int id) {
 }
 
 CXMLFolder *CTransceivers::NewFolder() { return new CTransceiver; }
+kestrune::ItemIterator<CTransceiver> CTransceivers::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CTransceiver> CTransceivers::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CTransceiver> CTransceivers::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CTransceiver> CTransceivers::end() const { return {m_items, m_items.size()}; }
 
 CTransceivers2::CTransceivers2() = default;
 CTransceivers2::CTransceivers2(const CTransceivers2 &rhs) : CTransceivers2() { *this = rhs; }
@@ -137,6 +141,10 @@ CTransceiver2 *CTransceivers2::operator[](int index) {
 CTransceiver2 *CTransceivers2::Find(const char *name) { return static_cast<CTransceiver2 *>(FindItem(name)); }
 CTransceiver2 *CTransceivers2::FindByID(int id) { return static_cast<CTransceiver2 *>(CTransceivers::FindByID(id)); }
 CXMLFolder *CTransceivers2::NewFolder() { return new CTransceiver2; }
+kestrune::ItemIterator<CTransceiver2> CTransceivers2::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CTransceiver2> CTransceivers2::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CTransceiver2> CTransceivers2::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CTransceiver2> CTransceivers2::end() const { return {m_items, m_items.size()}; }
 
 CTransceivers3::CTransceivers3() = default;
 CTransceivers3::CTransceivers3(const CTransceivers3 &rhs) : CTransceivers3() { *this = rhs; }
@@ -156,3 +164,7 @@ CTransceiver3 *CTransceivers3::operator[](int index) {
 CTransceiver3 *CTransceivers3::Find(const char *name) { return static_cast<CTransceiver3 *>(FindItem(name)); }
 CTransceiver3 *CTransceivers3::FindByID(int id) { return static_cast<CTransceiver3 *>(CTransceivers::FindByID(id)); }
 CXMLFolder *CTransceivers3::NewFolder() { return new CTransceiver3; }
+kestrune::ItemIterator<CTransceiver3> CTransceivers3::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CTransceiver3> CTransceivers3::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CTransceiver3> CTransceivers3::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CTransceiver3> CTransceivers3::end() const { return {m_items, m_items.size()}; }

@@ -111,22 +111,10 @@ public:
   const CTransceiver *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CTransceiver>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CTransceiver>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CTransceiver>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CTransceiver>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CTransceiver> begin();
+  kestrune::ItemIterator<CTransceiver> end();
+  kestrune::ItemIterator<const CTransceiver> begin() const;
+  kestrune::ItemIterator<const CTransceiver> end() const;
   ///@}
   /// The first item with that name, case-insensitive, or null. @{
   CTransceiver *Find(const char *name);
@@ -158,22 +146,10 @@ public:
   const CTransceiver2 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CTransceiver2>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CTransceiver2>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CTransceiver2>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CTransceiver2>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CTransceiver2> begin();
+  kestrune::ItemIterator<CTransceiver2> end();
+  kestrune::ItemIterator<const CTransceiver2> begin() const;
+  kestrune::ItemIterator<const CTransceiver2> end() const;
   ///@}
   /// \copydoc CTransceivers::Find
   /// @{
@@ -206,22 +182,10 @@ public:
   const CTransceiver3 *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CTransceiver3>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CTransceiver3>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CTransceiver3>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CTransceiver3>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CTransceiver3> begin();
+  kestrune::ItemIterator<CTransceiver3> end();
+  kestrune::ItemIterator<const CTransceiver3> begin() const;
+  kestrune::ItemIterator<const CTransceiver3> end() const;
   ///@}
   /// \copydoc CTransceivers::Find
   /// @{

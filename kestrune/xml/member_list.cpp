@@ -40,10 +40,7 @@ MemberList &MemberList::operator=(const MemberList &other) {
 }
 
 MemberList &MemberList::operator=(std::vector<CXMLPersistent *> members) {
-  if (m_pointers)
-    *m_pointers = std::move(members);
-  else
-    m_pointers = std::make_unique<std::vector<CXMLPersistent *>>(std::move(members));
+  m_pointers = std::move(members);
   m_byHand = true;
   return *this;
 }
@@ -72,8 +69,7 @@ MemberList::iterator MemberList::begin() { return own().begin(); }
 MemberList::iterator MemberList::end() { return own().end(); }
 
 void MemberList::clear() noexcept {
-  if (m_pointers)
-    m_pointers->clear();
+  m_pointers.clear();
   m_byHand = true;
 }
 
@@ -89,7 +85,7 @@ MemberList::iterator MemberList::erase(iterator position) { return own().erase(p
 MemberList::iterator MemberList::erase(iterator first, iterator last) { return own().erase(first, last); }
 
 std::span<CXMLPersistent *const> MemberList::pointers() const noexcept {
-  return m_byHand && m_pointers ? std::span<CXMLPersistent *const>(*m_pointers) : std::span<CXMLPersistent *const>();
+  return m_byHand ? std::span<CXMLPersistent *const>(m_pointers) : std::span<CXMLPersistent *const>();
 }
 
 void MemberList::append(const MemberTable &table, MemberTable rows) {
@@ -99,9 +95,9 @@ void MemberList::append(const MemberTable &table, MemberTable rows) {
 }
 
 std::vector<CXMLPersistent *> &MemberList::own() {
-  if (!m_byHand || !m_pointers)
+  if (!m_byHand)
     *this = static_cast<std::vector<CXMLPersistent *>>(*this);
-  return *m_pointers;
+  return m_pointers;
 }
 
 } // namespace kestrune

@@ -7,9 +7,7 @@
 #include <cstddef>
 #include <initializer_list>
 #include <iterator>
-#include <memory>
 #include <span>
-#include <utility>
 #include <vector>
 
 class CXMLAttribute;
@@ -168,7 +166,7 @@ private:
 
   CXMLFolder *m_owner;
   const MemberTable *m_table = nullptr;
-  std::unique_ptr<std::vector<CXMLPersistent *>> m_pointers;
+  std::vector<CXMLPersistent *> m_pointers;
   bool m_byHand = true; // whether m_pointers is the list, and not m_table
 };
 

@@ -7,6 +7,7 @@
 #include "kestrune/xml/text_compare.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 
@@ -41,6 +42,43 @@ CString kestrune::BadIndex::Text() const {
   text.Format("Index %d of a collection of %d %s", m_index, m_count, m_count == 1 ? "item" : "items");
   return text;
 }
+
+/// Exists while many items are added one after the other. A search for a key then does not walk over the items added
+/// before; with `acceptAll` every key is accepted.
+class CXMLCollectionFolder::Batch {
+public:
+  Batch(CXMLCollectionFolder &collection, bool acceptAll) noexcept;
+  Batch(const Batch &) = delete;
+  Batch &operator=(const Batch &) = delete;
+  ~Batch();
+
+  /// Call it before adding the next item: the items so far have their final keys.
+  void next() noexcept;
+  bool acceptsAll() const noexcept { return m_acceptAll; }
+  CXMLFolder *find(const char *key);
+  /// Call it after items were removed.
+  void forget() noexcept;
+
+private:
+  /// The hash of a key, and the number of the item that has it, from 1; 0 in an empty slot.
+  struct Slot {
+    std::uint32_t hash = 0;
+    std::uint32_t item = 0;
+  };
+
+  const CXMLFolder &itemOf(const Slot &slot) const { return *m_collection.m_items[slot.item - 1]; }
+  std::size_t home(std::uint32_t hash) const { return hash & (m_slots.size() - 1); }
+  void takeInSettled();
+  void restart(std::size_t slots);
+  void takeIn(std::size_t index);
+
+  CXMLCollectionFolder &m_collection;
+  Batch *m_outer;
+  bool m_acceptAll;
+  std::size_t m_settled = 0; // number of items that have their final key
+  std::size_t m_known = 0;   // number of items in the table
+  std::vector<Slot> m_slots; // the table: a power of two, at most half full; empty as long as there are few items
+};
 
 CXMLCollectionFolder::Batch::Batch(CXMLCollectionFolder &collection, bool acceptAll) noexcept
     : m_collection(collection), m_outer(std::exchange(collection.m_batch, this)), m_acceptAll(acceptAll) {}
@@ -176,7 +214,26 @@ void CXMLCollectionFolder::removeAt(std::size_t index) {
     m_batch->forget();
 }
 
-void CXMLCollectionFolder::reserve(std::size_t count) { m_items.reserve(count); }
+void CXMLCollectionFolder::addMany(int count, void (*add)(void *function, int index), void *function) {
+  Batch batch(*this, false);
+  for (int index = 0; index < count; ++index) {
+    batch.next();
+    add(function, index);
+  }
+}
+
+void CXMLCollectionFolder::assignItems(const CXMLCollectionFolder &rhs,
+                                       void (*assign)(CXMLFolder &to, const CXMLFolder &from)) {
+  if (this == &rhs)
+    return;
+  CXMLCollectionFolder::operator=(rhs);
+  m_items.reserve(rhs.m_items.size());
+  const Batch batch(*this, true);
+  for (const auto &source : rhs.m_items) {
+    if (CXMLFolder *const item = AddCollectionItem("Dummy"))
+      assign(*item, *source);
+  }
+}
 
 void CXMLCollectionFolder::Clear() {
   m_modified = 1;

@@ -5,7 +5,6 @@
 #include <compare>
 #include <concepts>
 #include <cstddef>
-#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
@@ -177,11 +176,8 @@ public:
   /// later item was added.
   template <class Add>
   void AddMany(int count, Add add) {
-    Batch batch(*this, false);
-    for (int index = 0; index < count; ++index) {
-      batch.next();
-      add(index);
-    }
+    const auto call = [](void *function, int index) { (*static_cast<Add *>(function))(index); };
+    addMany(count, call, &add);
   }
 
 protected:
@@ -189,15 +185,10 @@ protected:
   /// Assigning a collection to itself changes nothing.
   template <class Item>
   void assignCollection(const CXMLCollectionFolder &rhs) {
-    if (this == &rhs)
-      return;
-    CXMLCollectionFolder::operator=(rhs);
-    reserve(rhs.CXMLCollectionFolder::m_items.size());
-    const Batch batch(*this, true);
-    for (const auto &source : rhs.CXMLCollectionFolder::m_items) {
-      if (CXMLFolder *const item = AddCollectionItem("Dummy"))
-        static_cast<Item &>(*item) = static_cast<const Item &>(*source);
-    }
+    const auto assign = [](CXMLFolder &to, const CXMLFolder &from) {
+      static_cast<Item &>(to) = static_cast<const Item &>(from);
+    };
+    assignItems(rhs, assign);
   }
 
   /// Same as AddCollectionItem, and stores `key` in the item's `keyMember`.
@@ -238,47 +229,12 @@ private:
       std::remove_pointer_t<decltype(std::declval<std::remove_const_t<Collection> &>()[0])>>;
   static const kestrune::ItemList &itemsOf(const CXMLCollectionFolder &collection) { return collection.m_items; }
 
-  /// Exists while many items are added one after the other. A search for a key then does not walk over the items added
-  /// before; with `acceptAll` every key is accepted.
-  class KESTRUNE_API Batch {
-  public:
-    Batch(CXMLCollectionFolder &collection, bool acceptAll) noexcept;
-    Batch(const Batch &) = delete;
-    Batch &operator=(const Batch &) = delete;
-    ~Batch();
-
-    /// Call it before adding the next item: the items so far have their final keys.
-    void next() noexcept;
-    bool acceptsAll() const noexcept { return m_acceptAll; }
-    CXMLFolder *find(const char *key);
-    /// Call it after items were removed.
-    void forget() noexcept;
-
-  private:
-    /// The hash of a key, and the number of the item that has it, from 1; 0 in an empty slot.
-    struct Slot {
-      std::uint32_t hash = 0;
-      std::uint32_t item = 0;
-    };
-
-    const CXMLFolder &itemOf(const Slot &slot) const { return *m_collection.m_items[slot.item - 1]; }
-    std::size_t home(std::uint32_t hash) const { return hash & (m_slots.size() - 1); }
-    void takeInSettled();
-    void restart(std::size_t slots);
-    void takeIn(std::size_t index);
-
-    CXMLCollectionFolder &m_collection;
-    Batch *m_outer;
-    bool m_acceptAll;
-    std::size_t m_settled = 0; // number of items that have their final key
-    std::size_t m_known = 0;   // number of items in the table
-    std::vector<Slot> m_slots; // the table: a power of two, at most half full; empty as long as there are few items
-  };
+  class Batch;
 
   friend kestrune::ItemClass kestrune::ItemClassOf(CXMLCollectionFolder &collection);
 
-  /// Makes room for `count` items.
-  void reserve(std::size_t count);
+  void addMany(int count, void (*add)(void *function, int index), void *function);
+  void assignItems(const CXMLCollectionFolder &rhs, void (*assign)(CXMLFolder &to, const CXMLFolder &from));
 
   Batch *m_batch = nullptr; // the innermost that exists
 };

@@ -45,6 +45,10 @@ CXMLFileNames &CXMLFileNames::operator=(const CXMLFileNames &rhs) {
 void CXMLFileNames::Init() { setTags("PFXMLFileNames", "PFXMLFileName", "Name"); }
 void CXMLFileNames::pushMembers() { m_members.clear(); }
 CXMLFolder *CXMLFileNames::NewFolder() { return new CXMLFileName; }
+kestrune::ItemIterator<CXMLFileName> CXMLFileNames::begin() { return {m_items, 0}; }
+kestrune::ItemIterator<CXMLFileName> CXMLFileNames::end() { return {m_items, m_items.size()}; }
+kestrune::ItemIterator<const CXMLFileName> CXMLFileNames::begin() const { return {m_items, 0}; }
+kestrune::ItemIterator<const CXMLFileName> CXMLFileNames::end() const { return {m_items, m_items.size()}; }
 CXMLFileName *CXMLFileNames::Add(const char *key) { return addKeyed<CXMLFileName>(key, &CXMLFileName::Name); }
 CXMLFileName *CXMLFileNames::Find(const char *key) { return static_cast<CXMLFileName *>(FindItem(key)); }
 

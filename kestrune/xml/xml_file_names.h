@@ -48,22 +48,10 @@ public:
   const CXMLFileName *operator[](int index) const { return mutableOf(*this)[index]; }
   ///@}
   /// The items in their order, for loops and algorithms: as pointers. @{
-  template <class Item = CXMLFileName>
-  kestrune::ItemIterator<Item> begin() {
-    return {m_items, 0};
-  }
-  template <class Item = CXMLFileName>
-  kestrune::ItemIterator<Item> end() {
-    return {m_items, m_items.size()};
-  }
-  template <class Item = const CXMLFileName>
-  kestrune::ItemIterator<Item> begin() const {
-    return {m_items, 0};
-  }
-  template <class Item = const CXMLFileName>
-  kestrune::ItemIterator<Item> end() const {
-    return {m_items, m_items.size()};
-  }
+  kestrune::ItemIterator<CXMLFileName> begin();
+  kestrune::ItemIterator<CXMLFileName> end();
+  kestrune::ItemIterator<const CXMLFileName> begin() const;
+  kestrune::ItemIterator<const CXMLFileName> end() const;
   ///@}
 
 protected:
