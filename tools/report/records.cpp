@@ -8,9 +8,8 @@
 
 namespace {
 
-constexpr std::size_t kMostInPage = 200; // records whose details stand in the page
+constexpr std::size_t kMostInPage = 200; // records of a table whose rows and details stand in the page itself
 constexpr std::size_t kPerPack = 100;
-constexpr std::size_t kMostRows = 300; // of a table that is shown at once
 constexpr std::size_t kMostInCell = 200;
 constexpr std::size_t kMostFindings = 500;
 /// Between the details in a pack. It can stand in no text, which has no control characters.
@@ -136,18 +135,23 @@ Cell cellOf(const RecordShape &record, const Member &member) {
   return {readable(member.text(), kMostInCell) + (note.empty() ? "" : " " + note), numberIn(record, member)};
 }
 
-RecordTable::RecordTable(Html &html, const Report &report, std::string id, const std::string &caption,
-                         const std::vector<Column> &columns, std::size_t rows)
-    : m_html(html), m_report(report), m_id(std::move(id)), m_isPacked(rows > kMostInPage) {
+RecordTable::RecordTable(Html &html, const Report &report, std::string id, std::string caption,
+                         std::vector<Column> columns, std::size_t rows)
+    : m_html(html), m_report(report), m_id(std::move(id)), m_caption(std::move(caption)), m_columns(std::move(columns)),
+      m_isPacked(rows > kMostInPage) {
+  open(m_id, m_caption);
+}
+
+void RecordTable::open(const std::string &id, const std::string &caption) {
   m_html.open("div", {{"class", "scroll"}, {"tabindex", "0"}, {"role", "region"}, {"aria-label", caption}});
-  m_html.open("table", {{"class", rows > kMostRows ? "records long" : "records"},
-                        {"id", m_id},
-                        {"data-per", m_isPacked ? std::to_string(kPerPack) : std::string_view()}});
+  m_html.open(
+      "table",
+      {{"class", "records"}, {"id", id}, {"data-per", m_isPacked ? std::to_string(kPerPack) : std::string_view()}});
   m_html.element("caption", caption);
   {
     const auto head = m_html.in("thead");
     const auto row = m_html.in("tr");
-    for (const Column &column : columns) {
+    for (const Column &column : m_columns) {
       const auto cell = m_html.in(
           "th", {{"scope", "col"}, {"title", column.sentence.empty() ? std::string_view() : column.sentence}});
       writeTag(m_html, column.head);
@@ -157,12 +161,23 @@ RecordTable::RecordTable(Html &html, const Report &report, std::string id, const
   m_html.line();
 }
 
+void RecordTable::close() {
+  for (int i = 0; i < 3; ++i)
+    m_html.close(); // body, table, block
+  m_html.line();
+}
+
 void RecordTable::add(const Item &item, const std::vector<Cell> &cells, const std::string &mark, const Detail &detail) {
   const auto &findings = m_report.remarks->findings(*item.document, item.record.element);
   const auto &change = m_report.remarks->changes(*item.document, item.record.address);
   using Change = Remarks::ItemChange::Kind;
   const bool opens = detail != nullptr || !findings.empty() || change.kind == Change::kChanged;
   const std::string target = "#" + item.id + "-d";
+  if (m_rows == kMostInPage) {
+    close();
+    m_html.open("noscript", {}); // to a browser that runs scripts its content is a mere text, which it need not parse
+    open(m_id + "-rest", m_caption + ", continued");
+  }
   {
     const auto row = m_html.in("tr", {{"id", item.id},
                                       {"class", change.kind == Change::kChanged ? std::string_view("changed")
@@ -236,9 +251,11 @@ void RecordTable::flush() {
 }
 
 void RecordTable::finish() {
-  for (int i = 0; i < 3; ++i)
-    m_html.close(); // body, table, block
-  m_html.line();
+  close();
+  if (m_rows > kMostInPage) {
+    m_html.close();
+    m_html.line();
+  }
   if (!m_isPacked) {
     if (!m_details.empty()) {
       const auto block = m_html.in("div", {{"class", "details"}});

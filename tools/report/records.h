@@ -46,13 +46,15 @@ struct Cell {
 /// The cell of a member: "010 = 8".
 Cell cellOf(const RecordShape &record, const Member &member);
 
-/// A table of records, each of which opens. The details of few records stand in the page, those of many are packed.
+/// A table of records, each of which opens. The details of few records stand in the page, those of many are packed;
+/// then the rows after the first few are in a table for readers without scripts, from which the script takes what it
+/// shows.
 class RecordTable {
 public:
   using Detail = std::function<void(Html &)>;
 
-  RecordTable(Html &html, const Report &report, std::string id, const std::string &caption,
-              const std::vector<Column> &columns, std::size_t rows);
+  RecordTable(Html &html, const Report &report, std::string id, std::string caption, std::vector<Column> columns,
+              std::size_t rows);
   RecordTable(const RecordTable &) = delete;
   RecordTable &operator=(const RecordTable &) = delete;
 
@@ -62,11 +64,15 @@ public:
   void finish();
 
 private:
+  void open(const std::string &id, const std::string &caption);
+  void close();
   void flush();
 
   Html &m_html;
   const Report &m_report;
   std::string m_id;
+  std::string m_caption;
+  std::vector<Column> m_columns;
   bool m_isPacked;
   std::size_t m_rows = 0;
   std::string m_details; // of the rows since the last flush

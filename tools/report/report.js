@@ -13,11 +13,71 @@ document.addEventListener("DOMContentLoaded", () => {
     return made;
   }
 
+  // A record of a table has its row, or the text of the row until it is shown: that of a long table is in a <noscript>,
+  // which costs no time when the page is opened.
+  function makeTable(table) {
+    const body = table.tBodies[0];
+    const rest = table.parentElement.nextElementSibling;
+    const records = [...body.rows].map((row) => ({row}));
+    if (rest?.tagName === "NOSCRIPT")
+      for (const [html] of rest.textContent.matchAll(/<tr id[^]*?<\/tr>/g)) records.push({html});
+    const own = {table, body, records, found: records, step: records.length > body.rows.length ? MOST : Infinity};
+    own.most = own.step;
+    records.forEach((record, place) => {
+      record.place = place;
+      if (record.row) prepare(record);
+    });
+    [...table.tHead.rows[0].cells].forEach((head, column) => {
+      const button = element("button", {type: "button"}, ...head.childNodes);
+      if (head.title) button.title = head.title;
+      head.append(button);
+      button.addEventListener("click", () => sort(own, head, column));
+    });
+    own.more = element("button", {type: "button", class: "more", hidden: ""});
+    own.more.addEventListener("click", () => { own.most += own.step; show(own); });
+    table.parentElement.after(own.more);
+    if (records.length > body.rows.length) show(own);
+    return own;
+  }
+
+  function prepare(record) {
+    record.row.record = record;
+    const link = record.row.cells[0].querySelector("a");
+    link?.setAttribute("role", "button");
+    link?.setAttribute("aria-expanded", "false");
+  }
+
+  function rowOf(record) {
+    if (record.row) return record.row;
+    const template = element("template", {});
+    template.innerHTML = record.html;
+    record.row = template.content.firstElementChild;
+    prepare(record);
+    return record.row;
+  }
+
+  const idOf = (record) => record.row ? record.row.id : /id="([^"]*)"/.exec(record.html)[1];
+
+  // The characters that stand for themselves nowhere in a page.
+  function decoded(html) {
+    const characters = {lt: "<", gt: ">", quot: '"', amp: "&"};
+    return html.replace(/<[^>]*>/g, " ").replace(/&(\w+);/g, (all, name) => characters[name] ?? all);
+  }
+
+  const textOf = (record) =>
+    (record.row ? [...record.row.cells].map((cell) => cell.textContent).join(" ") : decoded(record.html)).toLowerCase();
+
   // What a cell is sorted by: its number, or its text.
-  function key(row, column) {
-    const cell = row.cells[column];
-    if (cell.className === "n") return Number(cell.dataset.n ?? cell.textContent);
-    return column === 0 ? cell.firstChild.textContent : cell.textContent;
+  function key(record, column) {
+    if (record.row) {
+      const cell = record.row.cells[column];
+      if (cell.className === "n") return Number(cell.dataset.n ?? cell.textContent);
+      return (column === 0 ? cell.firstChild : cell).textContent;
+    }
+    const cell = record.html.split(/<t[hd]/, column + 2)[column + 1];
+    const number = /^(?: data-n="([^"]*)")? class="n">([^<]*)/.exec(cell);
+    if (number) return Number(number[1] ?? number[2]);
+    return decoded(/>([^<]+)/.exec(cell)?.[1] ?? "");
   }
 
   function compare(a, b) {
@@ -26,74 +86,55 @@ document.addEventListener("DOMContentLoaded", () => {
     return typeof b === "number" ? 1 : collator.compare(a, b);
   }
 
-  function makeTable(table) {
-    const body = table.tBodies[0];
-    const rows = [...body.rows];
-    rows.forEach((row, index) => { row.place = index; });
-    const own = {table, body, rows, found: rows, all: false, texts: null};
-    [...table.tHead.rows[0].cells].forEach((head, column) => {
-      const button = element("button", {type: "button"}, ...head.childNodes);
-      if (head.title) button.title = head.title;
-      head.append(button);
-      button.addEventListener("click", () => sort(own, head, column));
-    });
-    if (table.classList.contains("long")) {
-      own.more = element("button", {type: "button", class: "more"});
-      own.more.addEventListener("click", () => { own.all = true; show(own); });
-      table.parentElement.after(own.more);
-    }
-    show(own);
-    return own;
-  }
-
   function sort(own, head, column) {
     const down = head.getAttribute("aria-sort") === "ascending";
     for (const other of head.parentElement.cells) other.removeAttribute("aria-sort");
     head.setAttribute("aria-sort", down ? "descending" : "ascending");
-    own.rows.forEach(close);
-    const keys = new Map(own.rows.map((row) => [row, key(row, column)]));
+    for (const record of own.records) close(record);
+    const keys = new Map(own.records.map((record) => [record, key(record, column)]));
     const order = (a, b) => compare(keys.get(a), keys.get(b)) * (down ? -1 : 1) || a.place - b.place;
-    own.rows.sort(order);
-    own.texts = null;
-    own.body.append(...own.rows);
+    own.records.sort(order);
     filter(own, own.words ?? []);
   }
 
   function filter(own, words) {
     own.words = words;
-    own.texts ??= own.rows.map((row) => row.textContent.toLowerCase());
-    own.found = own.rows.filter((row, index) => words.every((word) => own.texts[index].includes(word)));
+    own.found = own.records.filter((record) => {
+      record.text ??= textOf(record);
+      return words.every((word) => record.text.includes(word));
+    });
+    own.most = own.step;
     show(own);
     return own.found.length;
   }
 
   function show(own) {
-    const shown = new Set(own.more && !own.all ? own.found.slice(0, MOST) : own.found);
-    for (const row of own.rows) {
-      if (own.more) row.classList.toggle("on", shown.has(row)); else row.hidden = !shown.has(row);
-      if (row.opened) row.opened.hidden = !shown.has(row);
+    const shown = own.found.slice(0, own.most);
+    const rows = document.createDocumentFragment();
+    for (const record of shown) {
+      rows.append(rowOf(record));
+      if (record.opened) rows.append(record.opened);
     }
-    if (own.more) {
-      own.more.hidden = shown.size === own.found.length;
-      own.more.textContent = `Show all ${own.found.length.toLocaleString("en")} (${shown.size} are shown)`;
-    }
-    const none = own.found.length === 0 && own.rows.length > 0;
-    own.table.hidden = none;
+    own.body.replaceChildren(rows);
+    own.more.hidden = shown.length === own.found.length;
+    const next = Math.min(own.step, own.found.length - shown.length);
+    own.more.textContent = `Show ${next} more (${shown.length} of ${own.found.length.toLocaleString("en")} are shown)`;
+    own.table.hidden = own.found.length === 0 && own.records.length > 0;
   }
 
-  function close(row) {
-    row.opened?.remove();
-    row.opened = null;
-    row.classList.remove("open");
-    row.cells[0].querySelector("a")?.setAttribute("aria-expanded", "false");
+  function close(record) {
+    if (!record.opened) return;
+    record.opened.remove();
+    record.opened = null;
+    record.row.classList.remove("open");
+    record.row.cells[0].querySelector("a").setAttribute("aria-expanded", "false");
   }
 
   // What a row opens to: it stands in the page, or in a pack of many.
-  async function detailOf(row) {
-    const table = row.closest("table");
-    if (!table.dataset.per) return document.getElementById(`${row.id}-d`).querySelector(".detail").cloneNode(true);
-    const own = tables.find((other) => other.table === table);
-    const pack = document.getElementById(`${table.id}-p${Math.floor(row.place / table.dataset.per)}`);
+  async function detailOf(own, record) {
+    const per = own.table.dataset.per;
+    if (!per) return document.getElementById(`${record.row.id}-d`).querySelector(".detail").cloneNode(true);
+    const pack = document.getElementById(`${own.table.id}-p${Math.floor(record.place / per)}`);
     own.packs ??= new Map();
     if (!own.packs.has(pack)) {
       const bytes = Uint8Array.from(atob(pack.textContent), (digit) => digit.charCodeAt(0));
@@ -101,32 +142,27 @@ document.addEventListener("DOMContentLoaded", () => {
       own.packs.set(pack, (await new Response(stream).text()).split("\x1e"));
     }
     const detail = element("div", {class: "detail"});
-    detail.innerHTML = own.packs.get(pack)[row.place % table.dataset.per];
+    detail.innerHTML = own.packs.get(pack)[record.place % per];
     return detail;
   }
 
-  async function open(row) {
-    if (row.opened) return;
-    const cell = element("td", {colspan: row.cells.length});
-    row.opened = element("tr", {class: "detail on"}, cell);
-    row.after(row.opened);
-    row.classList.add("open");
-    row.cells[0].querySelector("a").setAttribute("aria-expanded", "true");
-    cell.append(await detailOf(row));
+  async function open(own, record) {
+    if (record.opened) return;
+    const cell = element("td", {colspan: record.row.cells.length});
+    record.opened = element("tr", {class: "detail"}, cell);
+    record.row.after(record.opened);
+    record.row.classList.add("open");
+    record.row.cells[0].querySelector("a").setAttribute("aria-expanded", "true");
+    cell.append(await detailOf(own, record));
   }
 
   for (const own of tables) {
-    for (const row of own.rows) {
-      const link = row.cells[0].querySelector("a");
-      link?.setAttribute("role", "button");
-      link?.setAttribute("aria-expanded", "false");
-    }
     own.body.addEventListener("click", (event) => {
       const link = event.target.closest("th > a[role=button]");
       if (!link) return;
       event.preventDefault();
-      const row = link.closest("tr");
-      if (row.opened) close(row); else open(row);
+      const {record} = link.closest("tr");
+      if (record.opened) close(record); else open(own, record);
     });
     own.body.addEventListener("keydown", (event) => {
       if (event.key !== " " || !event.target.matches("th > a[role=button]")) return;
@@ -152,17 +188,22 @@ document.addEventListener("DOMContentLoaded", () => {
     });
   }
 
-  // A link to a row opens it, and one to a closed part of the page opens that.
+  // A link to a row shows and opens it, and one to a closed part of the page opens that.
   function reveal() {
     const id = decodeURIComponent(location.hash.slice(1));
-    const target = id && document.getElementById(id);
-    if (!target) return;
-    if (target.matches("details")) target.open = true;
-    if (!target.matches("table.records > tbody > tr")) return;
-    target.hidden = false;
-    target.classList.add("on");
-    if (target.cells[0].querySelector("a")) open(target);
-    target.scrollIntoView();
+    if (!id) return;
+    for (const own of tables) {
+      const record = own.records.find((one) => idOf(one) === id);
+      if (!record) continue;
+      const row = rowOf(record);
+      own.table.hidden = false;
+      if (!row.isConnected) own.body.append(row);
+      if (row.cells[0].querySelector("a")) open(own, record);
+      row.scrollIntoView();
+      return;
+    }
+    const target = document.getElementById(id);
+    if (target?.matches("details")) target.open = true;
   }
   addEventListener("hashchange", reveal);
   reveal();
