@@ -1,5 +1,6 @@
 #include "tools/check/facts.h"
 #include "tools/meanings.h"
+#include "tools/memories.h"
 
 #include <array>
 #include <charconv>
@@ -26,45 +27,30 @@ struct Subject {
   }
 };
 
-struct Range {
-  const char *name;
-  const char *start; // null where it starts at 0
-  const char *end;
-};
-
-constexpr std::array<Range, 4> kMemories = {{{"ROM", nullptr, "ROMend"},
-                                             {"EEPROM", "EEstart", "EEend"},
-                                             {"extended EEPROM", "ExtendedEEstart", "ExtendedEEend"},
-                                             {"RAM", "RAMstart", "RAMend"}}};
-constexpr const Range &kEeprom = kMemories[1];
-constexpr Range kUninitialised = {"uninitialised EEPROM", "UninitEEStart", "UninitEEEnd"};
-
 /// A range of addresses, if there is one.
-std::optional<std::pair<long long, long long>> bounds(const Subject &subject, const Range &range) {
-  constexpr long long kDefault = 0xFFFF; // of a member that was never set
-  const auto start = range.start != nullptr ? subject.value(range.start) : 0;
-  const auto end = subject.value(range.end);
-  if (!start || !end || *start > *end || (range.start == nullptr && *end == kDefault) ||
-      (*start == *end && (*start == 0 || *start == kDefault)))
+std::optional<std::pair<long long, long long>> bounds(const Subject &subject, const Memory &memory) {
+  const auto first = memory.first != nullptr ? subject.value(memory.first) : 0;
+  const auto last = subject.value(memory.last);
+  if (!first || !last || *first > *last || !memory.isThere(*first, *last))
     return std::nullopt;
-  return std::pair(*start, *end);
+  return std::pair(*first, *last);
 }
 
 /// Whether it stands there that there is none: from 0x0 to 0x0.
-bool isNone(const Subject &subject, const Range &range) {
-  return subject.value(range.start) == 0 && subject.value(range.end) == 0;
+bool isNone(const Subject &subject, const Memory &memory) {
+  return subject.value(memory.first) == 0 && subject.value(memory.last) == 0;
 }
 
 /// Whether both are there and have an address in common.
-bool doOverlap(const Subject &subject, const Range &a, const Range &b) {
+bool doOverlap(const Subject &subject, const Memory &a, const Memory &b) {
   const auto first = bounds(subject, a);
   const auto second = bounds(subject, b);
   return first && second && first->first <= second->second && second->first <= first->second;
 }
 
-std::string shownRange(const Subject &subject, const Range &range) {
-  return std::string("the ") + range.name + " (" +
-         (range.start != nullptr ? subject.text(range.start) + " to " : "up to ") + subject.text(range.end) + ")";
+std::string shownRange(const Subject &subject, const Memory &memory) {
+  return std::string("the ") + memory.name + " (" +
+         (memory.first != nullptr ? subject.text(memory.first) + " to " : "up to ") + subject.text(memory.last) + ")";
 }
 
 /// One number of a record is above another that bounds it.
@@ -77,7 +63,7 @@ void judgePair(const Subject &subject, int finding, const char *low, const char 
 
 /// 502: told once for a memory that reaches into several others.
 void judgeOverlaps(const Subject &subject) {
-  std::array<std::vector<const Range *>, kMemories.size()> others;
+  std::array<std::vector<const Memory *>, kMemories.size()> others;
   for (std::size_t i = 0; i < kMemories.size(); ++i) {
     for (std::size_t j = 0; j < i; ++j) {
       if (!doOverlap(subject, kMemories[i], kMemories[j]))
@@ -92,23 +78,23 @@ void judgeOverlaps(const Subject &subject) {
       most = others[i].size() >= others[most].size() ? i : most;
     if (others[most].empty())
       return;
-    const Range &memory = kMemories[most];
+    const Memory &memory = kMemories[most];
     std::string message = shownRange(subject, memory) + " overlaps ";
-    for (const Range *const other : others[most])
+    for (const Memory *const other : others[most])
       message += (other == others[most].front() ? "" : " and ") + shownRange(subject, *other);
-    subject.add(502, memory.start != nullptr ? memory.start : memory.end, std::move(message));
+    subject.add(502, memory.first != nullptr ? memory.first : memory.last, std::move(message));
     others[most].clear();
-    for (std::vector<const Range *> &rest : others)
+    for (std::vector<const Memory *> &rest : others)
       std::erase(rest, &memory);
   }
 }
 
 void judgeMemories(const Subject &subject) {
-  for (const Range &range : kMemories) {
-    if (range.start != nullptr)
-      judgePair(subject, 501, range.start, range.end, " is above ");
+  for (const Memory &memory : kMemories) {
+    if (memory.first != nullptr)
+      judgePair(subject, 501, memory.first, memory.last, " is above ");
   }
-  judgePair(subject, 501, kUninitialised.start, kUninitialised.end, " is above ");
+  judgePair(subject, 501, kUninitialised.first, kUninitialised.last, " is above ");
   judgeOverlaps(subject);
   const auto rom = subject.value("ROMend");
   const auto least = subject.value("ROMendMinimum");
@@ -118,7 +104,7 @@ void judgeMemories(const Subject &subject) {
   const auto eeprom = bounds(subject, kEeprom);
   const bool isJudged = uninitialised && (eeprom || isNone(subject, kEeprom));
   if (isJudged && (!eeprom || uninitialised->first < eeprom->first || uninitialised->second > eeprom->second))
-    subject.add(504, kUninitialised.start,
+    subject.add(504, kUninitialised.first,
                 shownRange(subject, kUninitialised) + " is not inside " + shownRange(subject, kEeprom));
 }
 

@@ -44,6 +44,12 @@ std::string readable(std::string_view text, std::size_t most) {
   return result;
 }
 
+std::string capitalised(std::string text) {
+  if (!text.empty() && text.front() >= 'a' && text.front() <= 'z')
+    text.front() = static_cast<char>(text.front() - 'a' + 'A');
+  return text;
+}
+
 Html &Html::element(const char *tag, Attributes attributes, std::string_view text) {
   begin(tag, attributes);
   m_text += '>';

@@ -9,6 +9,8 @@
 /// A text from a file as a page may hold it: characters that HTML does not allow, and bytes that are not UTF-8, become
 /// U+FFFD, and of a text with more than `most` bytes only the beginning is there, with a word about the rest.
 std::string readable(std::string_view text, std::size_t most = 2000);
+/// A text with a capital letter at its beginning.
+std::string capitalised(std::string text);
 
 /// Writes HTML or SVG. Every text and every value of an attribute is escaped here, so that nothing from a file is ever
 /// read as a tag.

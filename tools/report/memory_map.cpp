@@ -1,6 +1,7 @@
 #include "tools/report/memory_map.h"
 
 #include "tools/meanings.h"
+#include "tools/memories.h"
 
 #include <algorithm>
 #include <array>
@@ -11,22 +12,14 @@
 namespace {
 
 using Area = MemoryMap::Area;
-using Memory = Area::Kind;
+using What = Area::Kind;
 
-/// The members that bound a memory. The ROM begins at 0.
-struct Bounds {
-  Memory kind;
-  const char *name;
-  const char *first;
-  const char *last;
-};
-
-constexpr std::array<Bounds, 5> kMemories = {
-    {{Memory::kRom, "ROM", nullptr, "ROMend"},
-     {Memory::kEeprom, "EEPROM", "EEstart", "EEend"},
-     {Memory::kExtended, "Extended EEPROM", "ExtendedEEstart", "ExtendedEEend"},
-     {Memory::kRam, "RAM", "RAMstart", "RAMend"},
-     {Memory::kUninitialised, "Uninitialised", "UninitEEStart", "UninitEEEnd"}}};
+/// How each is drawn; what lies inside another comes behind it.
+constexpr std::array<std::pair<What, const Memory *>, 5> kDrawn = {{{What::kRom, &kRom},
+                                                                    {What::kEeprom, &kEeprom},
+                                                                    {What::kExtended, &kExtendedEeprom},
+                                                                    {What::kRam, &kRam},
+                                                                    {What::kUninitialised, &kUninitialised}}};
 
 constexpr double kRow = 30;      // of a label with two lines
 constexpr double kSmallRow = 17; // of one with one line
@@ -34,34 +27,34 @@ constexpr double kTop = 14;
 constexpr double kBarLeft = 58;
 constexpr double kBarWidth = 84;
 constexpr double kLabelLeft = kBarLeft + kBarWidth + 30;
-constexpr double kWidth = 340;
+constexpr double kWidth = 420; // has room for "Uninitialised EEPROM 16,384 bytes" in a wide font
 
 bool isMemory(const Area &area) {
-  return area.kind != Memory::kUninitialised && area.kind != Memory::kGap && area.kind != Memory::kOverlap;
+  return area.kind != What::kUninitialised && area.kind != What::kGap && area.kind != What::kOverlap;
 }
 
 /// Gaps lie below, then memories, then what lies inside them, and what is wrong on top.
 int layerOf(const Area &area) {
-  return area.kind == Memory::kGap ? 0 : isMemory(area) ? 1 : area.kind == Memory::kUninitialised ? 2 : 3;
+  return area.kind == What::kGap ? 0 : isMemory(area) ? 1 : area.kind == What::kUninitialised ? 2 : 3;
 }
 
-bool isSmall(const Area &area) { return area.kind == Memory::kGap; }
+bool isSmall(const Area &area) { return area.kind == What::kGap; }
 
 double rowOf(const Area &area) { return isSmall(area) ? kSmallRow : kRow; }
 
-const char *styleOf(Memory kind) {
+const char *styleOf(What kind) {
   switch (kind) {
-  case Memory::kRom:
+  case What::kRom:
     return "rom";
-  case Memory::kEeprom:
+  case What::kEeprom:
     return "eeprom";
-  case Memory::kExtended:
+  case What::kExtended:
     return "extended";
-  case Memory::kRam:
+  case What::kRam:
     return "ram";
-  case Memory::kUninitialised:
+  case What::kUninitialised:
     return "uninitialised";
-  case Memory::kGap:
+  case What::kGap:
     return "gap";
   default:
     return "overlap";
@@ -93,7 +86,7 @@ std::string describe(const MemoryMap &map) {
     text += text.empty() ? "" : "; ";
     text +=
         area->name + " " + addressText(area->first) + " to " + addressText(area->last) + ", " + sizeText(area->size());
-    if (area->isWrong && area->kind == Memory::kUninitialised)
+    if (area->isWrong && area->kind == What::kUninitialised)
       text += ", outside of the EEPROM";
   }
   return (text.empty() ? "No memory" : text) + ".";
@@ -106,11 +99,11 @@ void addGaps(MemoryMap &map) {
   long long next = 0;
   for (const Area &memory : memories) {
     if (memory.first > next)
-      map.areas.push_back({Memory::kGap, "free", next, memory.first - 1, false});
+      map.areas.push_back({What::kGap, "free", next, memory.first - 1, false});
     next = std::max(next, memory.last + 1);
   }
   if (next <= map.last)
-    map.areas.push_back({Memory::kGap, "free", next, map.last, false});
+    map.areas.push_back({What::kGap, "free", next, map.last, false});
 }
 
 void addOverlaps(MemoryMap &map) {
@@ -124,7 +117,7 @@ void addOverlaps(MemoryMap &map) {
       if (!isMemory(a) || !isMemory(b) || first > last)
         continue;
       a.isWrong = b.isWrong = true;
-      overlaps.push_back({Memory::kOverlap, a.name + " and " + b.name + " overlap", first, last, true});
+      overlaps.push_back({What::kOverlap, a.name + " and " + b.name + " overlap", first, last, true});
     }
   }
   map.areas.insert(map.areas.end(), overlaps.begin(), overlaps.end());
@@ -169,7 +162,7 @@ public:
   void frame(long long last) { rect("frame", kBarLeft, kBarWidth, 0, last); }
 
   void area(const Area &area) {
-    const bool isInside = area.kind == Memory::kUninitialised;
+    const bool isInside = area.kind == What::kUninitialised;
     const std::string style = std::string(styleOf(area.kind)) + (area.isWrong ? " wrong" : "");
     rect(style, isInside ? kBarLeft + kBarWidth / 2 : kBarLeft, isInside ? kBarWidth / 2 : kBarWidth, area.first,
          area.last);
@@ -188,7 +181,7 @@ public:
       return;
     }
     m_html.element("text", {{"class", area.isWrong ? "name wrong" : "name"}, {"x", x}, {"y", coordinate(place - 2.5)}},
-                   (area.kind == Memory::kOverlap ? "Overlap" : area.name) + "  " + sizeText(area.size()));
+                   (area.kind == What::kOverlap ? "Overlap" : area.name) + "  " + sizeText(area.size()));
     m_html.element("text",
                    {{"class", area.isWrong ? "range wrong" : "range"}, {"x", x}, {"y", coordinate(place + 10.5)}},
                    rangeText(area));
@@ -221,12 +214,13 @@ long long MemoryMap::sizeOf(Area::Kind kind) const {
 
 MemoryMap memoryMapOf(const Record &model, const std::vector<Member> &members) {
   MemoryMap map;
-  for (const Bounds &memory : kMemories) {
+  for (const auto &[kind, memory] : kDrawn) {
+    const std::string name = capitalised(memory->name);
     std::array<long long, 2> ends{0, 0};
     bool isGiven = false;
     bool isSound = true;
     for (std::size_t i = 0; i < ends.size(); ++i) {
-      const char *const tag = i == 0 ? memory.first : memory.last;
+      const char *const tag = i == 0 ? memory->first : memory->last;
       const Member *const member = tag != nullptr ? memberWith(members, tag) : nullptr;
       const Meaning *const meaning = tag != nullptr ? findMeaning(model.shape->tag, tag) : nullptr;
       if (member == nullptr || meaning == nullptr)
@@ -235,28 +229,25 @@ MemoryMap memoryMapOf(const Record &model, const std::vector<Member> &members) {
       const Judgement judgement = judge(*meaning, member->text());
       isSound = isSound && !judgement.number.empty();
       if (judgement.number.empty())
-        map.complaints.push_back(std::string(memory.name) + " cannot be drawn: " + tag + " is " + judgement.words);
+        map.complaints.push_back(name + " cannot be drawn: " + tag + " is " + judgement.words);
       else
         ends[i] = std::stoll(judgement.number);
     }
-    // From 0 to 0, and from default to default, there is no memory.
-    constexpr long long kDefault = 0xFFFF;
-    if (!isGiven || !isSound || (memory.first == nullptr && ends[1] == 0) ||
-        (memory.first != nullptr && ends[0] == ends[1] && (ends[0] == 0 || ends[0] == kDefault)))
+    if (!isGiven || !isSound || !memory->isThere(ends[0], ends[1]))
       continue;
     if (ends[0] > ends[1] || ends[0] < 0) {
-      map.complaints.push_back(std::string(memory.name) + " cannot be drawn: it begins at " + addressText(ends[0]) +
-                               " and ends at " + addressText(ends[1]));
+      map.complaints.push_back(name + " cannot be drawn: it begins at " + addressText(ends[0]) + " and ends at " +
+                               addressText(ends[1]));
       continue;
     }
-    map.areas.push_back({memory.kind, memory.name, ends[0], ends[1], false});
+    map.areas.push_back({kind, name, ends[0], ends[1], false});
     while (map.last < ends[1])
       map.last = map.last * 2 + 1;
   }
   for (Area &area : map.areas) {
     area.isWrong =
-        area.kind == Memory::kUninitialised && std::none_of(map.areas.begin(), map.areas.end(), [&](const Area &other) {
-          return other.kind == Memory::kEeprom && other.first <= area.first && area.last <= other.last;
+        area.kind == What::kUninitialised && std::none_of(map.areas.begin(), map.areas.end(), [&](const Area &other) {
+          return other.kind == What::kEeprom && other.first <= area.first && area.last <= other.last;
         });
   }
   addOverlaps(map);

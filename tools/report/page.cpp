@@ -61,11 +61,7 @@ void writeCollection(Html &html, const Report &report, const ReportFile &file, c
   }
 }
 
-std::string nameOfKind(const Document &document) {
-  std::string name = document.kind()->name;
-  name.front() = static_cast<char>(name.front() - 'a' + 'A');
-  return name;
-}
+std::string nameOfKind(const Document &document) { return capitalised(document.kind()->name); }
 
 void writeFile(Html &html, const Report &report, const ReportFile &file) {
   const auto section = html.in("section", {{"id", file.id}});

@@ -61,15 +61,18 @@ void writeTransceivers(Html &html, const Report &report, const ReportFile &file,
     const auto number = item.number(kGroup);
     groups[{!number, number.value_or(0)}].push_back(&item);
   }
-  std::size_t place = 0;
-  for (const auto &[key, group] : groups) {
-    const auto number = static_cast<long long>(std::lround(key.second));
-    const auto name = report.channelTypes.find(number);
-    std::string title = key.first ? std::string("No channel type") : "Channel type " + std::to_string(number);
-    if (!key.first && name != report.channelTypes.end())
-      title += ": " + readable(name->second, 100);
-    writeRows(html, report, file, anchorOf(file, collection.shape->tag, "t" + std::to_string(place++)),
-              title + ", " + counted(group.size(), "transceiver", "transceivers"), shape, group, true);
+  {
+    const auto block = html.in("div", {{"class", "aligned"}});
+    std::size_t place = 0;
+    for (const auto &[key, group] : groups) {
+      const auto number = static_cast<long long>(std::lround(key.second));
+      const auto name = report.channelTypes.find(number);
+      std::string title = key.first ? std::string("No channel type") : "Channel type " + std::to_string(number);
+      if (!key.first && name != report.channelTypes.end())
+        title += ": " + readable(name->second, 100);
+      writeRows(html, report, file, anchorOf(file, collection.shape->tag, "t" + std::to_string(place++)),
+                title + ", " + counted(group.size(), "transceiver", "transceivers"), shape, group, true);
+    }
   }
   writeMeanings(html, shape);
 }
