@@ -25,6 +25,9 @@ namespace kestrune {
 /// A text of the standard library, and nothing that only converts to one: so that no other argument becomes ambiguous.
 template <class Text>
 concept StandardText = std::same_as<Text, std::string> || std::same_as<Text, std::string_view>;
+/// A number that would be taken for a character.
+template <class Number>
+concept NumberNotCharacter = std::is_arithmetic_v<Number> && !std::same_as<Number, char>;
 } // namespace kestrune
 
 /// The platform's narrow string, with a std::hash: a byte sequence in the code page of the process, always readable as
@@ -95,6 +98,8 @@ public:
   CString &operator+=(const CString &text) { return append(text.View()), *this; }
   CString &operator+=(const char *text);
   CString &operator+=(char character);
+  template <kestrune::NumberNotCharacter Number>
+  CString &operator+=(Number) = delete; // it would append the character with that code
   template <kestrune::StandardText Text>
   CString &operator+=(const Text &text) {
     append(text);
@@ -219,13 +224,34 @@ public:
     return a.View().compare(b.View()) <=> 0;
   }
   friend std::strong_ordering operator<=>(const CString &a, const char *b) { return a.Compare(b) <=> 0; }
+  // Without these, std::less<> and its like would compare addresses, as for any type that converts to a pointer.
+  friend bool operator<(const CString &a, const CString &b) noexcept { return a.View() < b.View(); }
+  friend bool operator>(const CString &a, const CString &b) noexcept { return a.View() > b.View(); }
+  friend bool operator<=(const CString &a, const CString &b) noexcept { return a.View() <= b.View(); }
+  friend bool operator>=(const CString &a, const CString &b) noexcept { return a.View() >= b.View(); }
+  friend bool operator<(const CString &a, const char *b) { return a.Compare(b) < 0; }
+  friend bool operator>(const CString &a, const char *b) { return a.Compare(b) > 0; }
+  friend bool operator<=(const CString &a, const char *b) { return a.Compare(b) <= 0; }
+  friend bool operator>=(const CString &a, const char *b) { return a.Compare(b) >= 0; }
+  friend bool operator<(const char *a, const CString &b) { return b > a; }
+  friend bool operator>(const char *a, const CString &b) { return b < a; }
+  friend bool operator<=(const char *a, const CString &b) { return b >= a; }
+  friend bool operator>=(const char *a, const CString &b) { return b <= a; }
   template <kestrune::StandardText Text>
   friend bool operator==(const CString &a, const Text &b) noexcept {
     return a.View() == std::string_view(b);
   }
   template <kestrune::StandardText Text>
+  friend bool operator==(const Text &a, const CString &b) noexcept {
+    return std::string_view(a) == b.View();
+  }
+  template <kestrune::StandardText Text>
   friend std::strong_ordering operator<=>(const CString &a, const Text &b) noexcept {
     return a.View() <=> std::string_view(b);
+  }
+  template <kestrune::StandardText Text>
+  friend std::strong_ordering operator<=>(const Text &a, const CString &b) noexcept {
+    return std::string_view(a) <=> b.View();
   }
   ///@}
   /// `a` followed by `b`; null counts as empty. @{
@@ -233,6 +259,8 @@ public:
   friend CString operator+(const CString &a, const char *b) { return CString(a) += b; }
   friend CString operator+(const char *a, const CString &b) { return CString(a) += b; }
   friend CString operator+(const CString &a, char b) { return CString(a) += b; }
+  template <kestrune::NumberNotCharacter Number>
+  friend CString operator+(const CString &, Number) = delete;
   template <kestrune::StandardText Text>
   friend CString operator+(const CString &a, const Text &b) {
     return CString(a) += b;

@@ -51,7 +51,7 @@ private:
 };
 
 /// Walks over a collection: a random access iterator whose values are pointers to the items. Adding items leaves it
-/// valid, and removing or replacing them leaves it at its index.
+/// valid. Removing one leaves it at its index, where the next item is then, or none: do not remove in a range-for.
 template <class Item>
 class ItemIterator {
 public:

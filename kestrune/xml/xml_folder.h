@@ -27,6 +27,10 @@ public:
 #pragma GCC diagnostic pop
   /// Orders by `Key`, case-sensitive.
   bool operator<(const CXMLFolder &rhs) const;
+  /// Not there: each would compare nothing but the names of the two folders. Compare keys, or members. @{
+  friend bool operator==(const CXMLFolder &, const CXMLFolder &) = delete;
+  friend std::strong_ordering operator<=>(const CXMLFolder &, const CXMLFolder &) = delete;
+  ///@}
 
   using CXMLPersistent::Init;
   /// Sets the tags and defaults of the members and rebuilds the list; does nothing if the folder has no members.

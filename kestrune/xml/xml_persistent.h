@@ -5,6 +5,7 @@
 #include "kestrune/platform/c_string.h"
 #include "kestrune/xml/xml_dom.h"
 
+#include <compare>
 #include <concepts>
 #include <string_view>
 
@@ -23,6 +24,14 @@ inline constexpr CString kUnassignedText = CString::OfLiteral(kUnassigned);
 inline constexpr CString kHexDefaultText = CString::OfLiteral(kHexDefault);
 inline constexpr CString kUndefinedTag = CString::OfLiteral("Undefined");
 ///@}
+
+/// A number that a value does not keep as it is.
+template <class Number>
+concept OtherThanInt = std::floating_point<Number> || std::same_as<Number, char>;
+
+/// A text of the standard library, or a value that is no `Value`.
+template <class Text, class Value>
+concept TextFor = StandardText<Text> ||(std::derived_from<Text, CXMLPersistent> && !std::derived_from<Text, Value>);
 
 struct ValueAccess;
 
@@ -91,6 +100,8 @@ public:
   virtual CXMLPersistent &operator=(const char *text);
   /// Assigns the number in decimal.
   CXMLPersistent &operator=(int value);
+  template <kestrune::OtherThanInt Number>
+  CXMLPersistent &operator=(Number) = delete; // it would lose its fraction, or become the code of a character
   /// Assigns a text of the standard library, as the assignment of a `const char *` does.
   template <kestrune::StandardText Text>
   CXMLPersistent &operator=(const Text &text) {
@@ -106,6 +117,20 @@ public:
   template <std::same_as<int> Int>
   operator Int() const {
     return toInt();
+  }
+  ///@}
+  /// Compares as numbers, also with 0, which would otherwise be taken for a null text. Throws as the conversion. @{
+  template <std::same_as<int> Int>
+  friend bool operator==(const CXMLPersistent &value, Int number) {
+    return value.toInt() == number;
+  }
+  template <std::same_as<int> Int>
+  friend bool operator==(Int number, const CXMLPersistent &value) {
+    return value.toInt() == number;
+  }
+  template <std::same_as<int> Int>
+  friend std::strong_ordering operator<=>(const CXMLPersistent &value, Int number) {
+    return value.toInt() <=> number;
   }
   ///@}
 
@@ -148,8 +173,11 @@ public:
   CXMLAttribute &operator=(const char *text) override;
   /// Assigns the number in decimal.
   CXMLAttribute &operator=(int value);
-  /// Assigns a text of the standard library, as the assignment of a `const char *` does.
-  template <kestrune::StandardText Text>
+  template <kestrune::OtherThanInt Number>
+  CXMLAttribute &operator=(Number) = delete; // it would lose its fraction, or become the code of a character
+  /// Assigns a text of the standard library, or that of another kind of value, as the assignment of a `const char *`
+  /// does.
+  template <kestrune::TextFor<CXMLAttribute> Text>
   CXMLAttribute &operator=(const Text &text) {
     return *this = static_cast<const char *>(CString(std::string_view(text)));
   }
@@ -177,6 +205,11 @@ public:
   operator int();
   operator int() const;
   ///@}
+  /// Compares that number. Throws as the conversion.
+  template <std::same_as<int> Int>
+  friend bool operator==(const CXMLBoolAttribute &flag, Int number) {
+    return flag.operator int() == number;
+  }
   /// True if the text is TRUE: despite its name it returns the value itself, not the opposite. Throws like the
   /// conversion to int. @{
   bool operator!();
@@ -199,8 +232,11 @@ public:
   CXMLElement &operator=(const char *text) override;
   /// Assigns the number in decimal.
   CXMLElement &operator=(int value);
-  /// Assigns a text of the standard library, as the assignment of a `const char *` does.
-  template <kestrune::StandardText Text>
+  template <kestrune::OtherThanInt Number>
+  CXMLElement &operator=(Number) = delete; // it would lose its fraction, or become the code of a character
+  /// Assigns a text of the standard library, or that of another kind of value, as the assignment of a `const char *`
+  /// does.
+  template <kestrune::TextFor<CXMLElement> Text>
   CXMLElement &operator=(const Text &text) {
     return *this = static_cast<const char *>(CString(std::string_view(text)));
   }
@@ -225,8 +261,11 @@ public:
   CXMLHexElement &operator=(const char *text) override;
   /// Assigns the number as "0x" and capital hexadecimal digits.
   CXMLHexElement &operator=(int value);
-  /// Assigns a text of the standard library, as the assignment of a `const char *` does.
-  template <kestrune::StandardText Text>
+  template <kestrune::OtherThanInt Number>
+  CXMLHexElement &operator=(Number) = delete; // it would lose its fraction, or become the code of a character
+  /// Assigns a text of the standard library, or that of another kind of value, as the assignment of a `const char *`
+  /// does.
+  template <kestrune::TextFor<CXMLHexElement> Text>
   CXMLHexElement &operator=(const Text &text) {
     return *this = static_cast<const char *>(CString(std::string_view(text)));
   }
