@@ -22,8 +22,10 @@ long LoadAddOns(Document &document, Models Document::*models, AddOnDocument use,
     if (!addOn || use == AddOnDocument::kNew)
       addOn.emplace();
     result = addOn->LoadFromFile(file);
-    if (result < 0)
+    if (result < 0) {
+      kestrune::Reporting::passOver();
       continue;
+    }
     Models &source = (*addOn).*models;
     target.AddMany(source.Count(), [&](int i) {
       if (auto *const model = target.Add(source[i]->Name))

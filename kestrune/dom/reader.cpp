@@ -5,6 +5,7 @@
 #include "kestrune/dom/plain_reader.h"
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/drives.h"
+#include "kestrune/platform/system_text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -15,7 +16,6 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <system_error>
 #include <utility>
 
 namespace kestrune::dom {
@@ -77,7 +77,7 @@ public:
     if (!done && XML_GetErrorCode(m_parser) == XML_ERROR_NO_MEMORY)
       failForRoom();
     if (!done && !m_restart && m_failure.reason.IsEmpty())
-      setFailure(XML_ErrorString(XML_GetErrorCode(m_parser)));
+      setFailure(parserFailure().c_str());
     m_builder.finish(m_inputSize);
     return done;
   }
@@ -99,6 +99,8 @@ private:
       const long count = m_file.read(buffer, size);
       if (count < 0)
         return setUnreadable(m_file.error());
+      if (m_inputSize == 0)
+        m_hasMark = isMarked({static_cast<char *>(buffer), static_cast<std::size_t>(count)});
       m_inputSize += static_cast<std::size_t>(count);
       m_fedSize = m_inputSize;
       if (XML_ParseBuffer(m_parser, static_cast<int>(count), count == 0) != XML_STATUS_OK)
@@ -109,6 +111,8 @@ private:
         m_file.forget(); // behind the first tag nothing makes it restart
     }
   }
+
+  static bool isMarked(std::string_view text) { return text.starts_with("\xEF\xBB\xBF"); }
 
   /// What the parser has got but not finished with: a long tag.
   std::size_t pendingSize() const {
@@ -136,6 +140,7 @@ private:
     m_inputSize = text.size();
     if (restart.standalone)
       declareStandalone(text);
+    m_hasMark = isMarked(text);
     while (m_fedSize < text.size()) {
       const std::size_t at = m_fedSize;
       const std::size_t count = std::min(nextSize(), text.size() - at);
@@ -168,10 +173,27 @@ private:
     text.replace(0, end != std::string::npos ? end + 2 : start, declaration + "?>");
   }
 
+  /// Why the parser has stopped. It calls a file that is cut one without an element.
+  std::string parserFailure() const {
+    const XML_Error error = XML_GetErrorCode(m_parser);
+    if (error != XML_ERROR_NO_ELEMENTS || m_builder.open() == nullptr)
+      return XML_ErrorString(error);
+    constexpr std::size_t kLongest = 200;
+    const std::string_view name = m_tree.name(m_builder.open()->name());
+    return "the file ends before " + (name.size() <= kLongest ? "'<" + std::string(name) + ">'" : "an element") +
+           " is closed";
+  }
+
+  /// Where the parser is in its line, in characters from 1. The mark at the beginning of a file is not one of them.
+  long column() const {
+    const long column = static_cast<long>(XML_GetCurrentColumnNumber(m_parser)) + 1;
+    return m_hasMark && column > 1 && XML_GetCurrentLineNumber(m_parser) == 1 ? column - 1 : column;
+  }
+
   bool setFailure(const char *reason, bool inText = true) {
     m_failure.reason = reason;
     m_failure.line = inText ? static_cast<long>(XML_GetCurrentLineNumber(m_parser)) : 0;
-    m_failure.column = inText ? static_cast<long>(XML_GetCurrentColumnNumber(m_parser)) + 1 : 0;
+    m_failure.column = inText ? column() : 0;
     return false;
   }
 
@@ -183,7 +205,7 @@ private:
     throw std::bad_alloc();
   }
 
-  bool setUnreadable(int error) { return setFailure(std::generic_category().message(error).c_str(), false); }
+  bool setUnreadable(int error) { return setFailure(platform::SystemText(error).c_str(), false); }
 
   void stop(const char *reason) {
     setFailure(reason);
@@ -309,7 +331,7 @@ private:
   void notePlace() {
     for (; !m_places.empty() && m_places.front().element == m_tree.elementCount(); m_places = m_places.subspan(1)) {
       m_places.front().line = static_cast<long>(XML_GetCurrentLineNumber(m_parser));
-      m_places.front().column = static_cast<long>(XML_GetCurrentColumnNumber(m_parser)) + 1;
+      m_places.front().column = column();
     }
   }
 
@@ -325,6 +347,7 @@ private:
   std::size_t m_fedSize = 0; // of it, what the parser has got
   std::size_t m_defaulted = 0;
   int m_nestingEntities = 0;
+  bool m_hasMark = false; // a byte order mark at the beginning
   bool m_hasDoctype = false;
   std::set<std::string> m_entities = {"amp", "lt", "gt", "quot", "apos"};
   std::string m_markup;
@@ -383,7 +406,7 @@ bool MSXML::IXMLDOMDocument::load(const char *path) {
   Document &self = emptied(this);
   std::string hostPath;
   if (!kestrune::platform::ToHostPath(path, hostPath)) {
-    self.parseError.reason = std::generic_category().message(ENOENT).c_str();
+    self.parseError.reason = kestrune::platform::SystemText(ENOENT).c_str();
     return false;
   }
   kestrune::platform::InputFile file(hostPath);

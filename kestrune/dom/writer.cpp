@@ -2,13 +2,13 @@
 #include "kestrune/dom/tree.h"
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/file_saving.h"
+#include "kestrune/platform/system_text.h"
 
 #include <algorithm>
 #include <array>
 #include <expat.h>
 #include <memory>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #if defined(__SSE2__) && !defined(KESTRUNE_NO_SIMD)
@@ -300,9 +300,20 @@ private:
       std::string step = "/" + inCodePage(m_tree.name(node->name()));
       if (attribute != nullptr && isShowable(attribute->value()))
         step += "[" + inCodePage(m_tree.name(attribute->name)) + "='" + inCodePage(attribute->value()) + "']";
+      else if (attribute != nullptr)
+        step += "[" + std::to_string(placeOf(*node)) + "]";
       path.insert(0, step);
     }
     return path;
+  }
+
+  /// The number of an element among those of its name beside it, from 1.
+  static int placeOf(const Node &element) {
+    int place = 1;
+    for (const Node *node = element.parent != nullptr ? element.parent->element()->firstChild() : &element;
+         node != &element; node = node->next)
+      place += node->isElement() && node->name() == element.name() ? 1 : 0;
+    return place;
   }
 
   static bool isShowable(std::string_view text) {
@@ -333,7 +344,7 @@ HRESULT MSXML::IXMLDOMDocument::save(const char *path) const {
   const kestrune::dom::Writer writer(kestrune::dom::Document::of(this)->tree);
   const int error = kestrune::platform::SaveFile(path, writer);
   if (error != 0)
-    kestrune::dom::Fail(E_FAIL, std::generic_category().message(error));
+    kestrune::dom::Fail(E_FAIL, kestrune::platform::SystemText(error));
   return S_OK;
 }
 

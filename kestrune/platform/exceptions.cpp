@@ -2,10 +2,10 @@
 
 #include "kestrune/platform/code_page.h"
 #include "kestrune/platform/message_box.h"
+#include "kestrune/platform/system_text.h"
 
 #include <cstring>
 #include <string>
-#include <system_error>
 #include <utility>
 
 namespace kestrune::platform {
@@ -62,7 +62,7 @@ CFileException::CFileException(int cause, long osError, const char *fileName)
 CFileException::~CFileException() = default;
 
 BOOL CFileException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT /*pnHelpContext*/) const {
-  const std::string reason = std::generic_category().message(static_cast<int>(m_lOsError));
+  const std::string reason = kestrune::platform::SystemText(static_cast<int>(m_lOsError));
   kestrune::platform::CopyErrorMessage(m_strFileName + ": " + reason.c_str(), lpszError, nMaxError);
   return TRUE;
 }

@@ -2,6 +2,7 @@
 
 #include "kestrune/platform/drives.h"
 
+#include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,8 +18,11 @@ void MadeFolders::make(const char *name) {
   if (!ToHostPath(name, path))
     return;
   m_paths.push_back(std::move(path));
-  if (::mkdir(m_paths.back().c_str(), 0777) != 0)
+  if (::mkdir(m_paths.back().c_str(), 0777) != 0) {
+    if (errno != EEXIST)
+      m_error = errno;
     m_paths.pop_back();
+  }
 }
 
 } // namespace kestrune::platform

@@ -17,9 +17,12 @@ public:
   /// Creates one folder if it does not exist.
   void make(const char *name);
   void keep() { m_paths.clear(); }
+  /// Why the last one that could not be created could not; 0 if there is none.
+  int error() const { return m_error; }
 
 private:
   std::vector<std::string> m_paths; // host paths, so that removing them needs no memory
+  int m_error = 0;
 };
 
 } // namespace kestrune::platform

@@ -118,6 +118,8 @@ long CStdXcvr3::LoadFromFile(const char *name) {
   result = user.LoadFromFile(userFile);
   if (result >= 0)
     merge(Transceivers3, user.Transceivers3);
+  else
+    kestrune::Reporting::passOver();
   return result;
 }
 

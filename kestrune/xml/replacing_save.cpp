@@ -2,8 +2,7 @@
 
 #include "kestrune/errors/result_text.h"
 #include "kestrune/platform/file_saving.h"
-
-#include <system_error>
+#include "kestrune/platform/system_text.h"
 
 namespace {
 
@@ -34,6 +33,6 @@ long kestrune::ReplaceFile(const char *path, std::string_view text, std::string 
   const platform::SaveWayScope scope(platform::SaveWay::kReplacing);
   const int error = platform::SaveFile(path, GivenText(text));
   if (reason != nullptr)
-    *reason = error != 0 ? std::generic_category().message(error) : std::string();
+    *reason = error != 0 ? platform::SystemText(error) : std::string();
   return error != 0 ? KRX_E_SAVE_FAILED : S_OK;
 }

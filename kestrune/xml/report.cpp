@@ -5,13 +5,13 @@
 #include "kestrune/platform/drives.h"
 #include "kestrune/platform/input_file.h"
 #include "kestrune/platform/lasting.h"
+#include "kestrune/platform/system_text.h"
 #include "kestrune/xml/reporting.h"
 
 #include <algorithm>
 #include <map>
 #include <memory>
 #include <mutex>
-#include <system_error>
 #include <utility>
 
 namespace kestrune {
@@ -46,16 +46,14 @@ std::string quoted(const CString &text) {
   return view.size() <= kLongest ? "'" + std::string(view) + "'" : "of " + std::to_string(view.size()) + " bytes";
 }
 
-std::string wordsOf(int error) { return std::generic_category().message(error); }
-
 /// The system's words for not reading a file.
 std::string readFailure(const char *file) {
   std::string path;
   if (!platform::ToHostPath(file, path))
-    return wordsOf(ENOENT);
+    return platform::SystemText(ENOENT);
   platform::InputFile input(path);
   char byte = 0;
-  return input.read(&byte, 1) < 0 ? wordsOf(input.error()) : std::string();
+  return input.read(&byte, 1) < 0 ? platform::SystemText(input.error()) : std::string();
 }
 
 } // namespace
@@ -149,19 +147,30 @@ long Reporting::addUnsaved(const _com_error &error) noexcept {
   return KRX_E_SAVE_FAILED;
 }
 
+void Reporting::explain(const std::string &reason) noexcept {
+  if (!m_findings.empty())
+    tried([&] { m_findings.back().reason = reason; });
+}
+
+void Reporting::passOver() noexcept {
+  if (innermost != nullptr && !innermost->m_findings.empty())
+    tried([] { innermost->m_findings.back().reason += "; nothing of this file is used"; });
+}
+
 long Reporting::complete(long result) noexcept {
   if (result < 0 && m_findings.empty())
     add(result);
   return result;
 }
 
-void Reporting::leaveOut(const CString &keyName, const MSXML::IXMLDOMNodeList &elements, long index,
-                         const CString &key) noexcept {
+void Reporting::leaveOut(const CString &keyName, const MSXML::IXMLDOMNodeList &elements, long index, const CString &key,
+                         bool isTaken) noexcept {
   if (innermost != nullptr && innermost->m_places.size() < kMostPlaces)
-    tried([&] { innermost->addLeftOut(keyName, elements, index, key); });
+    tried([&] { innermost->addLeftOut(keyName, elements, index, key, isTaken); });
 }
 
-void Reporting::addLeftOut(const CString &keyName, MSXML::IXMLDOMNodeList elements, long index, const CString &key) {
+void Reporting::addLeftOut(const CString &keyName, MSXML::IXMLDOMNodeList elements, long index, const CString &key,
+                           bool isTaken) {
   const auto numberOf = [](const IXMLDOMElementPtr &element) {
     return dom::Element::of(element.GetInterfacePtr())->order();
   };
@@ -178,6 +187,8 @@ void Reporting::addLeftOut(const CString &keyName, MSXML::IXMLDOMNodeList elemen
     reason = "the key of this " + item + " is empty; it is left out";
   else if (earlier != 0)
     reason = "the key " + quoted(key) + " is used twice; this " + item + " is left out";
+  else if (isTaken)
+    reason = quoted(key) + " is the key of an earlier " + item + "; this one is left out";
   add(KRX_E_DUPLICATE_KEY, reason.c_str());
   m_places.push_back({m_findings.size() - 1, numberOf(element), earlier});
 }

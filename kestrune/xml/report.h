@@ -15,7 +15,7 @@ struct Finding {
   long result = S_OK; ///< The failure, such as KRX_E_UNEXPECTED_DATA.
   std::string file;   ///< The full path in drive form; empty where there is no file, or none could be named.
   long line = 0;      ///< Counts from 1; 0 if it is not known, as for a save, or for a pipe.
-  long column = 0;    ///< Counts bytes from 1; 0 if it is not known.
+  long column = 0;    ///< Counts characters from 1; 0 if it is not known.
   std::string reason; ///< The words of the parser, the system or the library, in the code page.
 
   /// All of it, such as "C:\types\Vorlan.xml:12:5: mismatched tag (KRX_E_UNEXPECTED_DATA)".

@@ -36,9 +36,13 @@ public:
   /// Adds that a document cannot be saved, and which text of it. Returns KRX_E_SAVE_FAILED.
   long addUnsaved(const _com_error &error) noexcept;
   /// Adds, to the load in progress, that the item at `index` of `elements` was left out because its `key`, which its
-  /// attribute `keyName` has, is empty or used by an earlier one.
-  static void leaveOut(const CString &keyName, const MSXML::IXMLDOMNodeList &elements, long index,
-                       const CString &key) noexcept;
+  /// attribute `keyName` has, is empty or used by an earlier one; or `isTaken`, which is the key of one in another way.
+  static void leaveOut(const CString &keyName, const MSXML::IXMLDOMNodeList &elements, long index, const CString &key,
+                       bool isTaken) noexcept;
+  /// Adds, to what the load in progress has found last, in another file, that nothing of that file is used.
+  static void passOver() noexcept;
+  /// Gives what was found last another reason.
+  void explain(const std::string &reason) noexcept;
   /// Adds `result` if it is a failure about which there is nothing yet. Returns it.
   long complete(long result) noexcept;
 
@@ -60,7 +64,8 @@ private:
     std::uint32_t earlier;
   };
 
-  void addLeftOut(const CString &keyName, MSXML::IXMLDOMNodeList elements, long index, const CString &key);
+  void addLeftOut(const CString &keyName, MSXML::IXMLDOMNodeList elements, long index, const CString &key,
+                  bool isTaken);
   void findPlacesIn(platform::InputFile &file);
 
   CXMLFolder &m_folder;

@@ -268,7 +268,7 @@ long CXMLCollectionFolder::Load(MSXML::IXMLDOMElement *parent) {
     CXMLFolder *const item = AddCollectionItem(key);
     const long status = item != nullptr ? item->Load(element) : KRX_E_DUPLICATE_KEY;
     if (item == nullptr)
-      kestrune::Reporting::leaveOut(m_keyName, elements, index, key);
+      kestrune::Reporting::leaveOut(m_keyName, elements, index, key, !key.IsEmpty() && FindItem(key) != nullptr);
     if (status < 0 && result == S_OK) {
       result = status;
       traceMessage("non-S_OK HRESULT =  0x%X while adding item '%s' to collection\n",

@@ -3,6 +3,7 @@
 #include "kestrune/platform/drives.h"
 #include "kestrune/platform/file.h"
 #include "kestrune/platform/made_folders.h"
+#include "kestrune/platform/system_text.h"
 #include "kestrune/xml/reporting.h"
 #include "kestrune/xml/text_compare.h"
 #include "kestrune/xml/xml_folder.h"
@@ -81,6 +82,10 @@ long saveTree(CXMLFolder &folder, const CString &tag, const IXMLDOMDocumentPtr &
   }
 }
 
+std::string emptyNameText(const CString &name) {
+  return "nothing is left of the name '" + std::string(name) + "' when its macros are replaced";
+}
+
 } // namespace
 
 long CXMLFolder::LoadFromFile(const char *name, const char *base) {
@@ -89,7 +94,7 @@ long CXMLFolder::LoadFromFile(const char *name, const char *base) {
     m_fileName = name;
   const CFilename resolved = resolve(m_fileName, base);
   if (resolved.IsEmpty())
-    return report.add(KRX_E_LOAD_NOT_NAMED);
+    return report.add(KRX_E_LOAD_NOT_NAMED, m_fileName.IsEmpty() ? "" : emptyNameText(m_fileName).c_str());
   if ((GetFileAttributesA(resolved) & FILE_ATTRIBUTE_DIRECTORY) != 0) // INVALID_FILE_ATTRIBUTES has the bit too
     return report.addUnreadable(KRX_E_FILE_NOT_FOUND, resolved);
   const long result = LoadFromXMLFile(resolved);
@@ -117,6 +122,10 @@ long CXMLFolder::SaveToFile(const char *name, const char *base, bool overwrite) 
   if (result >= 0) {
     made.keep();
     PutModified(0);
+  } else if (resolved.IsEmpty()) {
+    report.explain(emptyNameText(m_fileName));
+  } else if (result == KRX_E_SAVE_FAILED && made.error() != 0 && folder.IsDirectory() == 0) {
+    report.explain("its folder cannot be made: " + kestrune::platform::SystemText(made.error()));
   }
   return result;
 }

@@ -34,6 +34,7 @@ TEST_F(Report, AFailedLoadSaysWhereAndWhy) {
       {"T:\\none\\a.xml", "", "T:\\none\\a.xml: No such file or directory (KRX_E_FILE_NOT_FOUND)"},
       {"T:\\", "", "T:\\: Is a directory (KRX_E_FILE_NOT_FOUND)"},
       {"", "", "the name is empty (KRX_E_LOAD_NOT_NAMED)"},
+      {"$NONE$", "", "nothing is left of the name '$NONE$' when its macros are replaced (KRX_E_LOAD_NOT_NAMED)"},
   };
   for (const auto &row : rows) {
     if (!row.bytes.empty())
@@ -68,13 +69,17 @@ TEST_F(Report, EachOfTheFilesThatALoadReadsHasItsFindings) {
   write("Vorlan-2.xml", model);
   CVorlanTyp4 chips;
   EXPECT_GE(chips.LoadFromFile("T:\\Vorlan.xml"), 0) << "the result of the last";
-  EXPECT_EQ(ReportText(chips), "T:\\Vorlan-1.xml:1:12: no element found (KRX_E_UNEXPECTED_DATA)");
+  EXPECT_EQ(ReportText(chips),
+            "T:\\Vorlan-1.xml:1:12: the file ends before '<VorlanTyp>' is closed; nothing of this file is used "
+            "(KRX_E_UNEXPECTED_DATA)");
   write("StdXcvr.xml", "<StdXcvr/>");
   write("UserXcvr.xml",
         "<StdXcvr><Transceivers><Transceiver Name='a'/><Transceiver Name='a'/></Transceivers></StdXcvr>");
   CStdXcvr3 transceivers;
   EXPECT_EQ(transceivers.LoadFromFile("T:\\StdXcvr.xml"), KRX_E_DUPLICATE_KEY);
-  EXPECT_EQ(kestrune::ReportOf(transceivers).at(0).file, "T:\\UserXcvr.xml");
+  EXPECT_EQ(ReportText(transceivers),
+            "T:\\UserXcvr.xml:1:47: the key 'a' is used twice; this Transceiver is left out, the first is in line 1; "
+            "nothing of this file is used (KRX_E_DUPLICATE_KEY)");
 }
 
 TEST_F(Report, AFailedSaveSaysWhatCannotBeSaved) {
@@ -90,6 +95,9 @@ TEST_F(Report, AFailedSaveSaysWhatCannotBeSaved) {
        "(KRX_E_SAVE_FAILED)"},
       {"sound", "T:\\file\\a.xml", "T:\\file\\a.xml: Not a directory (KRX_E_SAVE_FAILED)"},
       {"sound", "T:\\", "T:\\: Is a directory (KRX_E_SAVE_FAILED)"},
+      {"sound", "T:\\file\\new\\a.xml",
+       "T:\\file\\new\\a.xml: its folder cannot be made: Not a directory (KRX_E_SAVE_FAILED)"},
+      {"sound", "$NONE$", "nothing is left of the name '$NONE$' when its macros are replaced (KRX_E_SAVE_FAILED)"},
       {"sound", nullptr, "there is no name to save under (KRX_E_SAVE_NOT_NAMED)"},
   };
   for (const auto &row : rows) {
@@ -102,8 +110,9 @@ TEST_F(Report, AFailedSaveSaysWhatCannotBeSaved) {
   document.List.Add("\x02");
   std::string text;
   kestrune::SaveToText(document, text);
-  EXPECT_EQ(ReportText(document), "a text holds a control character that XML cannot carry, in /Root/Items/Item/@Name "
-                                  "(KRX_E_SAVE_FAILED)");
+  EXPECT_EQ(ReportText(document),
+            "a text holds a control character that XML cannot carry, in /Root/Items/Item[1]/@Name "
+            "(KRX_E_SAVE_FAILED)");
 }
 
 } // namespace
