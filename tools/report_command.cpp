@@ -174,6 +174,15 @@ void checkNames(const Report &report) {
     modelNamed(report, name);
 }
 
+bool hasFileCalled(const Report &report, const std::string &name) {
+  return std::any_of(report.files.begin(), report.files.end(), [&](const ReportFile &file) {
+    if (file.loaded == nullptr)
+      return std::filesystem::path(hostPath(file.name)).filename() == name;
+    const auto &parts = file.loaded->parts();
+    return std::any_of(parts.begin(), parts.end(), [&](const auto &part) { return fileNameOf(*part) == name; });
+  });
+}
+
 /// Tells what changed since a file, or since the files of a folder that are called as those of the report.
 void compareWith(const std::string &against, const FileOptions &files, Report &report) {
   const std::filesystem::path path = hostPath(against);
@@ -196,6 +205,14 @@ void compareWith(const std::string &against, const FileOptions &files, Report &r
     }
     if (!isCompared)
       throw CouldNotWork(against + ": it has no file of the report");
+    // Where a whole folder was given, what only the older one has is gone.
+    const bool isWhole = std::any_of(files.files.begin(), files.files.end(), [](const std::string &name) {
+      return std::filesystem::is_directory(hostPath(name));
+    });
+    for (const std::string &name : isWhole ? withoutFolders({against}) : std::vector<std::string>()) {
+      if (!hasFileCalled(report, std::filesystem::path(hostPath(name)).filename()))
+        report.gone.push_back(name);
+    }
     return;
   }
   if (against == "-" && std::count(files.files.begin(), files.files.end(), "-") > 0)

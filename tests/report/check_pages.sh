@@ -17,6 +17,13 @@ sed '0,/<RAMend>0xF1FF/s//<RAMend>0xF8FF/; s/Vorlan 1802-T/Elsewhere/; s/KVO-180
 counts=$("$1" diff "$2/Types/Vorlan.xml" "$work/Vorlan.xml" | tail -1) || true
 grep -qF ": $counts</p>" "$work/page.html" || { echo "the page does not say: $counts"; exit 1; }
 
+# So are the files of a folder that are gone.
+mkdir "$work/now"
+cp "$2/Types/Vorlan.xml" "$work/now"
+"$1" report "$work/now" --against "$2/Types" -o "$work/page.html"
+diff <({ "$1" diff "$2/Types" "$work/now" || true; } | sed -n 's/^- //p') \
+  <(sed 's/<p>/\n/g' "$work/page.html" | sed -n 's|^.*/\([^/]*\) is gone: .*|\1|p')
+
 # The page has the findings of check and no other, with what .kestrune-check passes over.
 mkdir "$work/known"
 cp "$2"/Types/*.xml "$work/known"

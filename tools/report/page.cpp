@@ -161,6 +161,8 @@ void writeSince(Html &html, const Report &report) {
         html.element("li", tag + ": " + countsText(counts));
     }
   }
+  for (const std::string &name : report.gone)
+    html.element("p", readable(name, 300) + " is gone: there is no file of that name any more");
 }
 
 /// Each finding that the page names, once.

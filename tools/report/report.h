@@ -24,6 +24,7 @@ struct Report {
   std::unique_ptr<Remarks> remarks;
   std::vector<std::string> only;    ///< Names of the records that are wanted; empty for all.
   std::vector<std::string> compare; ///< Names of the models whose maps stand side by side.
+  std::vector<std::string> gone;    ///< Older files that have no newer one.
 
   std::map<long long, std::string> channelTypes;           ///< Names, by number.
   std::map<std::string, std::string, std::less<>> anchors; ///< The ids of transceivers, by name.
