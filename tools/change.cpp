@@ -163,8 +163,7 @@ std::string savedBytes(const Document &document) {
   std::string bytes;
   const long result = kestrune::SaveToText(*document.folder(), bytes);
   if (result < 0)
-    throw CouldNotWork(document.name() + ": " + std::string(kestrune::ResultText(result)) + " (" +
-                       std::string(kestrune::ResultName(result)) + ")");
+    throw CouldNotWork(failureText(document.name(), *document.folder()));
   return bytes;
 }
 

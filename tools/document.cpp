@@ -1,9 +1,11 @@
 #include "tools/document.h"
 
+#include "kestrune/xml/report.h"
 #include "tools/messages.h"
 
 #include <algorithm>
 #include <map>
+#include <new>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -29,6 +31,15 @@ std::unordered_map<std::string, int> countTexts(const std::vector<std::string> &
 
 } // namespace
 
+std::string failureText(const std::string &name, const CXMLFolder &folder) {
+  std::vector<kestrune::Finding> findings = kestrune::ReportOf(folder);
+  if (findings.empty())
+    throw std::bad_alloc(); // there was no memory for a report
+  findings.front().file = name;
+  return findings.front().text() +
+         (findings.size() > 1 ? ", and " + std::to_string(findings.size() - 1) + " more" : std::string());
+}
+
 Document::Document(Source source, int version) : m_source(std::move(source)), m_outline(m_source.bytes) {
   load(version);
 }
@@ -50,7 +61,8 @@ void Document::load(int version) {
     m_folder = m_kind->make(version == 0 ? m_kind->newest() : version);
     m_result = kestrune::LoadFromText(*m_folder, m_source.bytes);
     if (m_result < 0)
-      m_failure = name() + ": " + std::string(kestrune::ResultText(m_result));
+      m_failure = failureText(name(), *m_folder);
+    return;
   }
   if (m_result < 0)
     m_failure += " (" + std::string(kestrune::ResultName(m_result)) + ")";

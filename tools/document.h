@@ -104,6 +104,10 @@ private:
   std::string m_failure;
 };
 
+/// What went wrong in the last load or save of a document, which failed, under that name of its file: the first finding
+/// of its report, and how many more there are.
+std::string failureText(const std::string &name, const CXMLFolder &folder);
+
 /// Reads a file, of which everything has to be loaded. Throws CouldNotWork.
 std::unique_ptr<Document> openDocument(const std::string &file, const std::string &inputName = {}, int version = 0);
 
