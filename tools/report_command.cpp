@@ -183,6 +183,19 @@ bool hasFileCalled(const Report &report, const std::string &name) {
   });
 }
 
+/// Tells what changed since the file of the same name in a folder, or that there is none. Returns whether there is one.
+bool compareWithin(const std::filesystem::path &folder, const Document &now, Remarks &remarks) {
+  const std::filesystem::path before = folder / fileNameOf(now);
+  std::unique_ptr<Document> document;
+  std::error_code ignored;
+  if (std::filesystem::exists(before, ignored))
+    document = openDocument(before.string());
+  if (document != nullptr)
+    checkSameKind(*document, now);
+  remarks.compare(now, document.get());
+  return document != nullptr;
+}
+
 /// Tells what changed since a file, or since the files of a folder that are called as those of the report.
 void compareWith(const std::string &against, const FileOptions &files, Report &report) {
   const std::filesystem::path path = hostPath(against);
@@ -193,14 +206,7 @@ void compareWith(const std::string &against, const FileOptions &files, Report &r
       if (file.loaded == nullptr)
         continue;
       for (const std::unique_ptr<Document> &part : file.loaded->parts()) {
-        const std::filesystem::path before = path / fileNameOf(*part);
-        std::unique_ptr<Document> document;
-        if (std::filesystem::exists(before, ignored))
-          document = openDocument(before.string());
-        if (document != nullptr)
-          checkSameKind(*document, *part);
-        report.remarks->compare(*part, document.get());
-        isCompared = isCompared || document != nullptr;
+        isCompared = compareWithin(path, *part, *report.remarks) || isCompared;
       }
     }
     if (!isCompared)
@@ -219,16 +225,21 @@ void compareWith(const std::string &against, const FileOptions &files, Report &r
     throw CouldNotWork("the standard input can only be one of the two files");
   const std::unique_ptr<Document> document = openDocument(against, files.inputName);
   // One of several of the kind is the one of that name.
-  const Document *now = nullptr;
+  const Loaded *now = nullptr;
   for (const ReportFile &file : report.files) {
     if (file.loaded == nullptr || file.loaded->main().kind() != document->kind())
       continue;
     if (now == nullptr || fileNameOf(file.loaded->main()) == fileNameOf(*document))
-      now = &file.loaded->main();
+      now = file.loaded.get();
   }
   if (now == nullptr)
     throw CouldNotWork(against + ": this is a file of " + document->kind()->name + ", and no other one is");
-  report.remarks->compare(*now, document.get());
+  report.remarks->compare(now->main(), document.get());
+  // The files that programs read with it have their older ones beside that.
+  for (const std::unique_ptr<Document> &part : now->parts()) {
+    if (part.get() != &now->main() && against != "-")
+      compareWithin(path.parent_path(), *part, *report.remarks);
+  }
 }
 
 int report(const Options &options) {

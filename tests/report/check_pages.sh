@@ -36,6 +36,15 @@ for folder in "$2/Types" "$2/../faulty" "$work/known"; do
   [ "$found" = "$page" ] || { diff <(echo "$found") <(echo "$page"); exit 1; }
 done
 grep -q 'this line suppresses nothing: KD404' "$work/page.html"
+# What programs read with a file is compared too.
+cp "$2"/Types/*.xml "$work/now"
+sed -i '0,/<RAMend>0xEFFF/s//<RAMend>0xEEFF/' "$work/now/Vorlan-1.xml"
+cp -r "$2/Types" "$work/old"
+rm "$work/old/Vorlan-2.xml"
+"$1" report --as-installed "$work/now/Vorlan.xml" --against "$work/old/Vorlan.xml" -o "$work/page.html"
+marks=$(grep -o '<span class="badge change">[a-z]*' "$work/page.html" | sort | uniq -c | tr -s ' \n' ' ')
+[ "$marks" = ' 1 <span class="badge change">changed 5 <span class="badge change">new ' ] ||
+  { echo "marked in the add-ons: $marks"; exit 1; }
 # Without an older file, or with a name that nothing has, there is no page.
 mkdir "$work/empty"
 for bad in "--against=$work/none.xml" "--against=$2/Types/StdXcvr.xml" "--against=$work/empty" --only=none --compare-models=none; do

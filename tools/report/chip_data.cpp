@@ -90,6 +90,11 @@ Schemes schemesOf(const ReportFile &file) {
   return schemes;
 }
 
+void writeComplaints(Html &html, const MemoryMap &map) {
+  for (const std::string &complaint : map.complaints)
+    html.element("p", {{"class", "wrong"}}, readable(complaint));
+}
+
 void writeModel(Html &html, const Report &report, const Schemes &schemes, const Item &item, const MemoryMap &map) {
   const std::string name = readable(item.text("Name"), 100);
   {
@@ -99,8 +104,7 @@ void writeModel(Html &html, const Report &report, const Schemes &schemes, const 
       MapScale scale;
       scale.include(map);
       drawMap(html, map, scale, item.id, "Memory map of " + name);
-      for (const std::string &complaint : map.complaints)
-        html.element("p", {{"class", "wrong"}}, readable(complaint));
+      writeComplaints(html, map);
     }
     const auto facts = html.in("div");
     html.element("h4", "Clock");
@@ -114,7 +118,7 @@ void writeModel(Html &html, const Report &report, const Schemes &schemes, const 
       if (scheme != schemes.end())
         html.element("a", {{"href", "#" + scheme->second.first}}, text).text(": " + scheme->second.second);
       else
-        html.text(text + ", which is not in this file");
+        html.text(text.empty() ? "without a number" : text + ", which is not in this file");
     }
     html.element("h4", "Transceivers");
     const std::vector<std::string> transceivers = partsOf(item.text("TransceiverList"), ";");
@@ -141,7 +145,9 @@ void writeComparison(Html &html, const Report &report, const ReportFile &file, c
   std::vector<Loaded::Item> items = file.loaded->items(collection);
   for (const std::string &name : report.compare) {
     for (const Loaded::Item &found : items) {
-      if (!isCalled(*found.document, found.record, name))
+      const bool isThere = std::any_of(chosen.begin(), chosen.end(),
+                                       [&](const auto &one) { return one.first.record.folder == found.record.folder; });
+      if (isThere || !isCalled(*found.document, found.record, name))
         continue;
       Item item{found.document, found.record, found.document->members(found.record), "c" + std::to_string(number++)};
       MemoryMap map = memoryMapOf(item.record, item.members);
@@ -158,6 +164,7 @@ void writeComparison(Html &html, const Report &report, const ReportFile &file, c
     const std::string name = readable(item.text("Name"), 100);
     html.element("figcaption", name);
     drawMap(html, map, scale, item.id, "Memory map of " + name + ", on the scale of all");
+    writeComplaints(html, map);
   }
 }
 
@@ -263,7 +270,10 @@ void writeMatrix(Html &html, const Links &links, const std::vector<std::string> 
                  const std::map<std::string, std::string> &names) {
   const auto scroll = html.in("div", {{"class", "scroll"}});
   const auto table = html.in("table", {{"class", "matrix"}});
-  html.element("caption", {{"class", "spoken"}}, "Links between the models " + group.front() + " to " + group.back());
+  std::string numbers;
+  for (const std::string &number : group)
+    numbers += (numbers.empty() ? "" : ", ") + number;
+  html.element("caption", {{"class", "spoken"}}, "Links between the models " + numbers);
   {
     const auto head = html.in("thead");
     const auto row = html.in("tr");
@@ -332,9 +342,9 @@ void writeModels(Html &html, const Report &report, const ReportFile &file, const
     }
     for (const Memory kind : {Memory::kRom, Memory::kEeprom, Memory::kExtended, Memory::kRam})
       cells.push_back(sizeCell(map, kind));
-    cells.push_back(
-        {readable(item.text("minFWrelease"), 40) + " \xE2\x80\x93 " + readable(item.text("maxFWrelease"), 40),
-         item.number("maxFWrelease")});
+    const std::string lowest = readable(item.text("minFWrelease"), 40);
+    const std::string highest = readable(item.text("maxFWrelease"), 40);
+    cells.push_back({lowest == highest ? lowest : lowest + " \xE2\x80\x93 " + highest, item.number("maxFWrelease")});
     const Member *const scheme = item.member("ClockingScheme");
     cells.push_back(scheme != nullptr ? cellOf(shape, *scheme) : Cell());
     table.add(item, cells, item.document == &file.loaded->main() ? "" : fileNameOf(*item.document),
@@ -347,12 +357,16 @@ void writeModels(Html &html, const Report &report, const ReportFile &file, const
 void writeSchemes(Html &html, const Report &report, const ReportFile &file, const Member &collection) {
   const Document &document = file.loaded->main();
   std::map<double, std::vector<std::string>> users;
+  std::set<double> wanted; // by the models that are shown
   const Member models = document.member(document.root(), "VorlanModels");
-  if (models.shape != nullptr) {
-    for (const Item &model : itemsOf(report, file, models)) {
-      if (const auto number = model.number("ClockingScheme"))
-        users[*number].push_back(readable(model.text("Name"), 100));
-    }
+  for (const Loaded::Item &found : file.loaded->items(models)) {
+    const Item model{found.document, found.record, found.document->members(found.record), {}};
+    const auto number = model.number("ClockingScheme");
+    if (!number)
+      continue;
+    users[*number].push_back(readable(model.text("Name"), 100));
+    if (report.wants(*found.document, found.record))
+      wanted.insert(*number);
   }
   html.element("h3", {{"id", anchorOf(file, collection.shape->tag, "")}}, "Clocking schemes");
   std::size_t place = 0;
@@ -361,7 +375,7 @@ void writeSchemes(Html &html, const Report &report, const ReportFile &file, cons
                       anchorOf(file, collection.shape->tag, std::to_string(place++))};
     const auto number = scheme.number("Id");
     const auto used = number ? users.find(*number) : users.end();
-    if (!report.only.empty() && used == users.end())
+    if (!report.wants(document, record) && !(number && wanted.count(*number) > 0))
       continue;
     const auto &change = report.remarks->changes(document, record.address);
     const auto &findings = report.remarks->findings(document, record.element);
@@ -403,11 +417,17 @@ void writeLinks(Html &html, const Report &report, const ReportFile &file, const 
   Links links;
   for (const Record &record : document.items(document.root(), collection)) {
     const Item item{&document, record, document.members(record), {}};
-    const std::string from = readable(item.text("Name"), 40);
+    // What is no plain number never matches a model.
+    const auto isNumber = [](std::string_view text) { return judge(Reading::kModelNumber, text).finding == 0; };
+    const std::string from(item.text("Name"));
+    if (!isNumber(from))
+      continue;
     links.placeOf(from);
     for (const std::string &to : partsOf(item.text("LinkCompatibleList"), ";,\n")) {
-      links.placeOf(readable(to, 40));
-      links.lists[from].insert(readable(to, 40));
+      if (!isNumber(to))
+        continue;
+      links.placeOf(to);
+      links.lists[from].insert(to);
     }
   }
   std::map<std::string, std::string> names;
@@ -424,26 +444,35 @@ void writeLinks(Html &html, const Report &report, const ReportFile &file, const 
       wanted.insert(text);
   }
   html.element("h3", {{"id", anchorOf(file, collection.shape->tag, "")}}, "Link table");
-  html.element(
-      "p", {{"class", "note"}},
-      "A row lists the models in its columns: \xE2\x97\x8F both list each other, \xE2\x86\x92 only the row lists "
-      "the column. Groups of models without a link between them stand apart.");
+  if (!links.lists.empty())
+    html.element(
+        "p", {{"class", "note"}},
+        "A row lists the models in its columns: \xE2\x97\x8F both list each other, \xE2\x86\x92 only the row lists "
+        "the column, a dashed cell: only the column lists the row. Groups of models without a link between them stand "
+        "apart.");
   for (const Record &record : document.items(document.root(), collection)) {
     const auto &change = report.remarks->changes(document, record.address);
-    if (change.kind == Remarks::ItemChange::Kind::kSame)
+    using Kind = Remarks::ItemChange::Kind;
+    if (change.kind == Kind::kSame && report.remarks->findings(document, record.element).empty())
       continue;
-    const bool isNew = change.kind == Remarks::ItemChange::Kind::kAdded;
-    html.element("h4", readable(nameOf(document, record), 60) + (isNew ? " is new" : " changed"));
+    const char *const what = change.kind == Kind::kAdded ? " is new" : change.kind == Kind::kChanged ? " changed" : "";
+    html.element("h4", "Model " + readable(nameOf(document, record), 60) + what);
     writeRemarks(html, report, {&document, record, {}, {}});
   }
+  std::string alone;
   const auto matrices = html.in("div", {{"class", "matrices"}});
   for (const std::vector<std::string> &group : groupsOf(links)) {
     if (!report.only.empty() &&
         std::none_of(group.begin(), group.end(), [&](const std::string &number) { return wanted.count(number) > 0; }))
       continue;
-    if (group.size() <= kMostInMatrix)
+    if (group.size() == 1) {
+      const auto name = names.find(group.front());
+      alone += (alone.empty() ? "" : ", ") + group.front() + (name != names.end() ? " (" + name->second + ")" : "");
+    } else if (group.size() <= kMostInMatrix)
       writeMatrix(html, links, group, names);
     else
       writeLinkList(html, links, group);
   }
+  if (!alone.empty())
+    html.element("p", "Without a link to another model: " + alone);
 }

@@ -89,21 +89,25 @@ std::string describe(const MemoryMap &map) {
     if (area->isWrong && area->kind == What::kUninitialised)
       text += ", outside of the EEPROM";
   }
+  for (const std::string &complaint : map.complaints)
+    text += (text.empty() ? "" : "; ") + readable(complaint);
   return (text.empty() ? "No memory" : text) + ".";
 }
 
 void addGaps(MemoryMap &map) {
+  // What could not be drawn may lie anywhere.
+  const char *const name = map.complaints.empty() ? "free" : "not known";
   std::vector<Area> memories;
   std::copy_if(map.areas.begin(), map.areas.end(), std::back_inserter(memories), isMemory);
   std::sort(memories.begin(), memories.end(), [](const Area &a, const Area &b) { return a.first < b.first; });
   long long next = 0;
   for (const Area &memory : memories) {
     if (memory.first > next)
-      map.areas.push_back({What::kGap, "free", next, memory.first - 1, false});
+      map.areas.push_back({What::kGap, name, next, memory.first - 1, false});
     next = std::max(next, memory.last + 1);
   }
   if (next <= map.last)
-    map.areas.push_back({What::kGap, "free", next, map.last, false});
+    map.areas.push_back({What::kGap, name, next, map.last, false});
 }
 
 void addOverlaps(MemoryMap &map) {
@@ -229,12 +233,18 @@ MemoryMap memoryMapOf(const Record &model, const std::vector<Member> &members) {
       const Judgement judgement = judge(*meaning, member->text());
       isSound = isSound && !judgement.number.empty();
       if (judgement.number.empty())
-        map.complaints.push_back(name + " cannot be drawn: " + tag + " is " + judgement.words);
+        map.complaints.push_back(name + " cannot be drawn: " + tag + " " + judgement.words);
       else
         ends[i] = std::stoll(judgement.number);
     }
-    if (!isGiven || !isSound || !memory->isThere(ends[0], ends[1]))
+    if (!isGiven || !isSound)
       continue;
+    if (!memory->isThere(ends[0], ends[1])) {
+      if (memory->first == nullptr && ends[1] != 0)
+        map.complaints.push_back(name + " is not drawn: " + memory->last + " is " + addressText(ends[1]) +
+                                 ", the default");
+      continue;
+    }
     if (ends[0] > ends[1] || ends[0] < 0) {
       map.complaints.push_back(name + " cannot be drawn: it begins at " + addressText(ends[0]) + " and ends at " +
                                addressText(ends[1]));

@@ -61,7 +61,41 @@ void writeCollection(Html &html, const Report &report, const ReportFile &file, c
   }
 }
 
-std::string nameOfKind(const Document &document) { return capitalised(document.kind()->name); }
+/// "Chip data", or "Chip data: Vorlan.xml" where there are several files of that kind.
+std::string titleOf(const Report &report, const ReportFile &file) {
+  const Document &document = file.loaded->main();
+  const auto isOfKind = [&](const ReportFile &other) {
+    return other.loaded != nullptr && other.loaded->main().kind() == document.kind();
+  };
+  const std::string kind = capitalised(document.kind()->name);
+  return std::count_if(report.files.begin(), report.files.end(), isOfKind) > 1
+             ? kind + ": " + readable(fileNameOf(document), 100)
+             : kind;
+}
+
+/// Whether the report wants anything of a collection; of schemes and links also for the models that it wants.
+bool isShown(const Report &report, const ReportFile &file, const Member &collection) {
+  if (report.only.empty() || !itemsOf(report, file, collection).empty())
+    return true;
+  const std::string &tag = collection.shape->folder->tag;
+  const Document &document = file.loaded->main();
+  return (tag == "ClockingScheme" || tag == "LinkCompatibleModel") &&
+         !itemsOf(report, file, document.member(document.root(), "VorlanModels")).empty();
+}
+
+/// The collections of a file of which there is something to show.
+std::vector<Member> shownCollections(const Report &report, const ReportFile &file) {
+  std::vector<Member> shown;
+  for (const Member &member : file.loaded->main().members(file.loaded->main().root())) {
+    if (member.collection != nullptr && isShown(report, file, member))
+      shown.push_back(member);
+  }
+  return shown;
+}
+
+bool isShown(const Report &report, const ReportFile &file) {
+  return report.only.empty() || file.loaded == nullptr || !shownCollections(report, file).empty();
+}
 
 void writeFile(Html &html, const Report &report, const ReportFile &file) {
   const auto section = html.in("section", {{"id", file.id}});
@@ -72,7 +106,7 @@ void writeFile(Html &html, const Report &report, const ReportFile &file) {
   }
   const Loaded &loaded = *file.loaded;
   const Document &document = loaded.main();
-  html.element("h2", nameOfKind(document));
+  html.element("h2", titleOf(report, file));
   {
     const auto line = html.in("p", {{"class", "files"}});
     html.text(readable(partNames(loaded)));
@@ -89,7 +123,8 @@ void writeFile(Html &html, const Report &report, const ReportFile &file) {
   }
   for (const Member &member : document.members(document.root())) {
     if (member.collection != nullptr) {
-      writeCollection(html, report, file, member);
+      if (isShown(report, file, member))
+        writeCollection(html, report, file, member);
     } else if (member.folder != nullptr) {
       const Record record = document.folderOf(document.root(), member);
       const Item item{&document, record, document.members(record), {}};
@@ -123,15 +158,15 @@ void writeNavigation(Html &html, const Report &report) {
     html.element("a", {{"href", "#changes"}}, "What changed");
   }
   for (const ReportFile &file : report.files) {
+    if (!isShown(report, file))
+      continue;
     const auto entry = html.in("li");
     html.element("a", {{"href", "#" + file.id}},
-                 file.loaded != nullptr ? nameOfKind(file.loaded->main()) : readable(file.name, 100));
+                 file.loaded != nullptr ? titleOf(report, file) : readable(file.name, 100));
     if (file.loaded == nullptr)
       continue;
     const auto inner = html.in("ul");
-    for (const Member &member : file.loaded->main().members(file.loaded->main().root())) {
-      if (member.collection == nullptr)
-        continue;
+    for (const Member &member : shownCollections(report, file)) {
       const auto part = html.in("li");
       html.element("a", {{"href", "#" + anchorOf(file, member.shape->tag, "")}}, member.shape->tag);
     }
@@ -218,8 +253,10 @@ std::string reportPage(const Report &report) {
     for (const std::string &line : report.remarks->useless())
       html.element("p", {{"class", "wrong"}}, readable(line));
     writeSince(html, report);
-    for (const ReportFile &file : report.files)
-      writeFile(html, report, file);
+    for (const ReportFile &file : report.files) {
+      if (isShown(report, file))
+        writeFile(html, report, file);
+    }
     writeExplanations(html, report);
   }
   return html.line().take();

@@ -132,7 +132,9 @@ Column columnOf(const RecordShape &record, std::string_view member) {
 
 Cell cellOf(const RecordShape &record, const Member &member) {
   const std::string note = numberNote(record, member);
-  return {readable(member.text(), kMostInCell) + (note.empty() ? "" : " " + note), numberIn(record, member)};
+  return {readable(member.text(), kMostInCell) + (note.empty() ? "" : " " + note) +
+              (member.isInFile() ? "" : " (default)"),
+          numberIn(record, member)};
 }
 
 RecordTable::RecordTable(Html &html, const Report &report, std::string id, std::string caption,

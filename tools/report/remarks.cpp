@@ -75,8 +75,15 @@ Remarks::Remarks(const std::vector<const Document *> &documents) {
 void Remarks::compare(const Document &now, const Document *before) {
   File &file = m_files[&now];
   file.since = std::make_unique<Since>();
-  if (before == nullptr)
+  if (before == nullptr) {
+    for (const Member &member : now.members(now.root())) {
+      if (member.collection == nullptr)
+        continue;
+      for (const Record &item : now.items(now.root(), member))
+        file.changes[item.address] = {ItemChange::Kind::kAdded, {}};
+    }
     return;
+  }
   // From now to then, since the addresses have to be those of the file that is shown.
   file.since->name = before->name();
   file.since->comparison = ::compare(now, *before);

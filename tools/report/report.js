@@ -34,7 +34,12 @@ document.addEventListener("DOMContentLoaded", () => {
       button.addEventListener("click", () => sort(own, head, column));
     });
     own.more = element("button", {type: "button", class: "more", hidden: ""});
-    own.more.addEventListener("click", () => { own.most += own.step; show(own); });
+    own.more.addEventListener("click", () => {
+      const first = own.found[own.most]; // of those that come in
+      own.most += own.step;
+      show(own);
+      first.row.cells[0].querySelector("a")?.focus();
+    });
     table.parentElement.after(own.more);
     if (records.length > body.rows.length) show(own);
     return own;
@@ -119,7 +124,7 @@ document.addEventListener("DOMContentLoaded", () => {
     own.more.hidden = shown.length === own.found.length;
     const next = Math.min(own.step, own.found.length - shown.length);
     own.more.textContent = `Show ${next} more (${shown.length} of ${own.found.length.toLocaleString("en")} are shown)`;
-    own.table.hidden = own.found.length === 0 && own.records.length > 0;
+    own.table.parentElement.hidden = own.found.length === 0 && own.records.length > 0;
   }
 
   function close(record) {
@@ -177,10 +182,13 @@ document.addEventListener("DOMContentLoaded", () => {
     const inside = tables.filter((own) => block.contains(own.table));
     if (inside.length === 0) continue;
     const id = `search${++number}`;
+    const title = [...block.querySelectorAll("h3")].at(-1)?.textContent ?? "";
     const field = element("input", {type: "search", id, autocomplete: "off", spellcheck: "false"});
     const answer = element("output", {for: id});
     const form = element("div", {class: "filter", role: "search"}, element("label", {for: id}, "Search"), field, answer);
+    field.setAttribute("aria-label", `Search in ${title}`);
     inside[0].table.parentElement.before(form);
+    for (const own of inside) own.field = field;
     field.addEventListener("input", () => {
       const words = field.value.toLowerCase().split(/\s+/).filter(Boolean);
       const found = inside.reduce((sum, own) => sum + filter(own, words), 0);
@@ -195,24 +203,49 @@ document.addEventListener("DOMContentLoaded", () => {
     for (const own of tables) {
       const record = own.records.find((one) => idOf(one) === id);
       if (!record) continue;
+      if (!own.found.includes(record)) {
+        own.field.value = "";
+        own.field.dispatchEvent(new Event("input"));
+      }
       const row = rowOf(record);
-      own.table.hidden = false;
       if (!row.isConnected) own.body.append(row);
-      if (row.cells[0].querySelector("a")) open(own, record);
+      const link = row.cells[0].querySelector("a");
+      if (link) open(own, record);
       row.scrollIntoView();
+      link?.focus({preventScroll: true});
       return;
     }
     const target = document.getElementById(id);
     if (target?.matches("details")) target.open = true;
   }
   addEventListener("hashchange", reveal);
+  // A link that was followed before changes nothing in the address.
+  document.addEventListener("click", (event) => {
+    const link = event.target.closest("a[href^='#']");
+    if (link && !event.defaultPrevented && link.hash === location.hash) reveal();
+  });
   reveal();
 
-  // On paper nothing can be opened: what is short enough is open there.
+  // On paper nothing can be opened: what is short enough is there in full.
+  const MOST_ON_PAPER = 2000; // rows of a table
   let opened = [];
   addEventListener("beforeprint", () => {
+    for (const own of tables) {
+      if (own.found.length <= own.most || own.found.length > MOST_ON_PAPER) continue;
+      own.before = own.most;
+      own.most = MOST_ON_PAPER;
+      show(own);
+    }
     opened = [...document.querySelectorAll("details.scheme:not([open]), details.all-findings:not([open])")];
     for (const details of opened) details.open = true;
   });
-  addEventListener("afterprint", () => { for (const details of opened) details.open = false; });
+  addEventListener("afterprint", () => {
+    for (const details of opened) details.open = false;
+    for (const own of tables) {
+      if (!own.before) continue;
+      own.most = own.before;
+      own.before = null;
+      show(own);
+    }
+  });
 });

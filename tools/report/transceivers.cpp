@@ -79,8 +79,6 @@ void writeTransceivers(Html &html, const Report &report, const ReportFile &file,
 
 void writeTable(Html &html, const Report &report, const ReportFile &file, const Member &collection) {
   const std::vector<Item> items = itemsOf(report, file, collection);
-  if (items.empty() && !report.only.empty())
-    return;
   html.element("h3", {{"id", anchorOf(file, collection.shape->tag, "")}}, collection.shape->tag);
   std::vector<const Item *> rows;
   rows.reserve(items.size());
@@ -112,7 +110,9 @@ void writeDropped(Html &html, const Report &report, const ReportFile &file, cons
     html.element("td", readable(fileNameOf(*item.document)));
     const auto cell = html.in("td");
     const auto &findings = report.remarks->findings(*item.document, item.record.element);
-    if (findings.empty())
+    if (!item.document->failure().empty())
+      html.text("nothing of this file is used: " + readable(item.document->failure(), 500));
+    else if (findings.empty())
       html.text("its name or number is there already");
     else
       writeFindings(html, findings, item.document->name());
