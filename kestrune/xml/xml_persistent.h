@@ -132,6 +132,10 @@ public:
   friend std::strong_ordering operator<=>(const CXMLPersistent &value, Int number) {
     return value.toInt() <=> number;
   }
+  template <std::same_as<int> Int>
+  friend std::strong_ordering operator<=>(Int number, const CXMLPersistent &value) {
+    return number <=> value.toInt();
+  }
   ///@}
 
 #pragma GCC diagnostic push
@@ -205,11 +209,24 @@ public:
   operator int();
   operator int() const;
   ///@}
-  /// Compares that number. Throws as the conversion.
+  /// Compares that number. Throws as the conversion. @{
   template <std::same_as<int> Int>
   friend bool operator==(const CXMLBoolAttribute &flag, Int number) {
     return flag.operator int() == number;
   }
+  template <std::same_as<int> Int>
+  friend bool operator==(Int number, const CXMLBoolAttribute &flag) {
+    return flag.operator int() == number;
+  }
+  template <std::same_as<int> Int>
+  friend std::strong_ordering operator<=>(const CXMLBoolAttribute &flag, Int number) {
+    return flag.operator int() <=> number;
+  }
+  template <std::same_as<int> Int>
+  friend std::strong_ordering operator<=>(Int number, const CXMLBoolAttribute &flag) {
+    return number <=> flag.operator int();
+  }
+  ///@}
   /// True if the text is TRUE: despite its name it returns the value itself, not the opposite. Throws like the
   /// conversion to int. @{
   bool operator!();
