@@ -1,6 +1,10 @@
 #include "tests/document_support.h"
 #include "tests/xml/sample_records.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -80,6 +84,26 @@ TEST_F(Report, EachOfTheFilesThatALoadReadsHasItsFindings) {
   EXPECT_EQ(ReportText(transceivers),
             "T:\\UserXcvr.xml:1:47: the key 'a' is used twice; this Transceiver is left out, the first is in line 1; "
             "nothing of this file is used (KRX_E_DUPLICATE_KEY)");
+}
+
+TEST_F(Report, ANameThatIsTheKeyOfAnotherModelIsTaken) {
+  CVorlanTyp4 chips;
+  EXPECT_EQ(kestrune::LoadFromText(chips,
+                                   "<VorlanTyp><VorlanModels>\n<VorlanModel Name='a'><Key>B</Key></VorlanModel>\n"
+                                   "<VorlanModel Name='b'/></VorlanModels></VorlanTyp>"),
+            KRX_E_DUPLICATE_KEY);
+  EXPECT_EQ(ReportText(chips),
+            "3:1: 'b' is the key of an earlier VorlanModel; this one is left out (KRX_E_DUPLICATE_KEY)");
+}
+
+TEST_F(Report, ALockIsCalledOne) {
+  write("a.xml", "<Root/>");
+  const int handle = ::open((m_folder / "a.xml").c_str(), O_RDWR);
+  ASSERT_EQ(::flock(handle, LOCK_EX), 0);
+  Document document;
+  EXPECT_EQ(document.SaveToFile("T:\\a.xml", nullptr, true), KRX_E_SAVE_FAILED);
+  EXPECT_EQ(ReportText(document), "T:\\a.xml: another program has locked it (KRX_E_SAVE_FAILED)");
+  ::close(handle);
 }
 
 TEST_F(Report, AFailedSaveSaysWhatCannotBeSaved) {
