@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 
 /// A memory of a chip model, and the members that bound it.
 struct Memory {

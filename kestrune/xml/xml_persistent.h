@@ -119,22 +119,23 @@ public:
     return toInt();
   }
   ///@}
-  /// Compares as numbers, also with 0, which would otherwise be taken for a null text. Throws as the conversion. @{
-  template <std::same_as<int> Int>
-  friend bool operator==(const CXMLPersistent &value, Int number) {
-    return value.toInt() == number;
+  /// Compares as numbers, also with 0, which would otherwise be taken for a null text. Throws as the conversion of the
+  /// value's class. @{
+  template <std::derived_from<CXMLPersistent> Value, std::same_as<int> Int>
+  friend bool operator==(const Value &value, Int number) {
+    return static_cast<int>(value) == number;
   }
-  template <std::same_as<int> Int>
-  friend bool operator==(Int number, const CXMLPersistent &value) {
-    return value.toInt() == number;
+  template <std::derived_from<CXMLPersistent> Value, std::same_as<int> Int>
+  friend bool operator==(Int number, const Value &value) {
+    return number == static_cast<int>(value);
   }
-  template <std::same_as<int> Int>
-  friend std::strong_ordering operator<=>(const CXMLPersistent &value, Int number) {
-    return value.toInt() <=> number;
+  template <std::derived_from<CXMLPersistent> Value, std::same_as<int> Int>
+  friend std::strong_ordering operator<=>(const Value &value, Int number) {
+    return static_cast<int>(value) <=> number;
   }
-  template <std::same_as<int> Int>
-  friend std::strong_ordering operator<=>(Int number, const CXMLPersistent &value) {
-    return number <=> value.toInt();
+  template <std::derived_from<CXMLPersistent> Value, std::same_as<int> Int>
+  friend std::strong_ordering operator<=>(Int number, const Value &value) {
+    return number <=> static_cast<int>(value);
   }
   ///@}
 
@@ -208,24 +209,6 @@ public:
   /// 1 for TRUE and 0 for FALSE, ignoring case. Throws CKRXException* (text 101) for any other text. @{
   operator int();
   operator int() const;
-  ///@}
-  /// Compares that number. Throws as the conversion. @{
-  template <std::same_as<int> Int>
-  friend bool operator==(const CXMLBoolAttribute &flag, Int number) {
-    return flag.operator int() == number;
-  }
-  template <std::same_as<int> Int>
-  friend bool operator==(Int number, const CXMLBoolAttribute &flag) {
-    return flag.operator int() == number;
-  }
-  template <std::same_as<int> Int>
-  friend std::strong_ordering operator<=>(const CXMLBoolAttribute &flag, Int number) {
-    return flag.operator int() <=> number;
-  }
-  template <std::same_as<int> Int>
-  friend std::strong_ordering operator<=>(Int number, const CXMLBoolAttribute &flag) {
-    return number <=> flag.operator int();
-  }
   ///@}
   /// True if the text is TRUE: despite its name it returns the value itself, not the opposite. Throws like the
   /// conversion to int. @{
