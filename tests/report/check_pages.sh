@@ -55,6 +55,29 @@ for bad in "--against=$work/none.xml" "--against=$2/Types/StdXcvr.xml" "--agains
     exit 1
   fi
 done
+# What the page says of odd data: a change to the sample, options, and a text that it has then. "!" is one that it has not.
+while IFS='|' read -r change options text; do
+  sed "$change" "$2/Types/Vorlan.xml" >"$work/odd.xml"
+  # shellcheck disable=SC2086 # they are several words
+  "$1" report "$work/odd.xml" $options -o "$work/page.html"
+  has=0
+  grep -qF -- "${text#!}" "$work/page.html" || has=1
+  [ $has = "$([ "${text:0:1}" != '!' ]; echo $?)" ] || { echo "$change, $options: expected $text"; exit 1; }
+done <<'EOF'
+0,/<RAMend>0xF1FF/s//<RAMend>0xE000/||RAM cannot be drawn: it begins at 0xF000 and ends at 0xE000
+0,/<RAMend>0xF1FF/s//<RAMend>0xE000/|--compare-models 8,9|RAM cannot be drawn
+0,/<RAMend>0xF1FF/s//<RAMend>0xE000/|--only 8|not known 0x
+0,/<RAMend>0xF1FF/s//<RAMend>x/|--only 8|RAM cannot be drawn: RAMend 'x' is not
+0,/<ROMend>[^<]*/s//<ROMend>0xFFFF/|--only 8|ROM is not drawn: ROMend is 0xFFFF, the default
+0,/<LinkCompatibleList>9</s//<LinkCompatibleList>0x9</||never matches
+0,/<LinkCompatibleList>9</s//<LinkCompatibleList>0x9</||!<th scope="col">0x9</th>
+||!cannot be drawn
+|--only 8|<strong>Scheme 1</strong>
+|--only 8|!<strong>Scheme 2</strong>
+|--only 8|2 models</span>
+|--only 2|<strong>Scheme 2</strong>
+|--only 2|!VorlanModels-t
+EOF
 # Beside a file that cannot be read the others are shown; a data file is never written over.
 cp "$2/Types/StdXcvr.xml" "$work/kept.xml"
 for arguments in "$work/none.xml -o $work/page.html" "-o /dev/full" "-o $work/none/page.html" "-o $work/kept.xml"; do
